@@ -1,0 +1,83 @@
+#include "container/ContainerImpl.h"
+#include "container/Facades.h"
+#include "design/Primitive.h"
+#include "design/Table.h"
+#include "property/DesignPrimitiveImpl.h"
+#include "property/DesignTableImpl.h"
+#include "property/Facades.h"
+#include "record/Base.h"
+#include "record/Guard.h"
+
+namespace lumivard::platform::data {
+
+using Record::Guard;
+
+bool ContainerImpl::destroy(WideString name) {
+    const Guard guard(store());
+    return _container->remove(name.value());
+}
+
+bool ContainerImpl::rename(WideString name) {
+    const Guard guard(store());
+    const unsigned int parent = _container->parent();
+    if (Record::peek(store(), parent) != Record::kContainer) return false;
+    return Structural::Container(store(), parent, false).rename(_container->tag(), name.value());
+}
+
+SharedPtr<structure::IContainer> ContainerImpl::create(tType type, WideString name, metadata::ISchema* schema) {
+    const Guard guard(store());
+    if (schema || !isFree(name)) return {};
+    unsigned int offset;
+    {
+        const Structural::Container made(store(), type, name.value());
+        offset = made.offset();
+        _container->add(offset);
+    }
+    auto child = std::make_unique<Structural::Container>(store(), offset, false);
+    // A new node comes without its role side; the same node has it when it is asked for by name.
+    if (type == kNode) return plainFacade(std::move(child));
+    return typedFacade(std::move(child));
+}
+
+SharedPtr<metadata::IPrimitive> ContainerImpl::create(WideString name, metadata::tValue value) {
+    const Guard guard(store());
+    if (!isFree(name)) return {};
+    unsigned int offset;
+    {
+        const Design::Primitive made(store(), value, name.value());
+        offset = made.offset();
+        _container->add(offset);
+    }
+    return DesignPrimitiveImpl::open(store(), offset);
+}
+
+SharedPtr<metadata::ITable> ContainerImpl::create(WideString name, metadata::ISchema* schema) {
+    const Guard guard(store());
+    if (schema || !isFree(name)) return {};
+    unsigned int offset;
+    {
+        const Design::Table made(store(), name.value());
+        offset = made.offset();
+        _container->add(offset);
+    }
+    return DesignTableImpl::open(store(), offset);
+}
+
+SharedPtr<metadata::IProperty> ContainerImpl::property(WideString name) {
+    const Guard guard(store());
+    return openProperty(store(), _container->lookup(name.value()));
+}
+
+bool ContainerImpl::validates(metadata::ISchema*, bool) {
+    return false;
+}
+
+bool ContainerImpl::validates(WideString, metadata::ISchema*, bool) {
+    return false;
+}
+
+bool ContainerImpl::isFree(const WideString& name) const {
+    return name.value() && _container->find(name.value()) == IDataStore::BADOFF;
+}
+
+}  // namespace lumivard::platform::data

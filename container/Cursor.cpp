@@ -1,0 +1,41 @@
+#include "container/Cursor.h"
+
+#include "record/Container.h"
+#include "record/Guard.h"
+#include "record/Offsets.h"
+
+namespace lumivard::platform::data {
+
+using Record::Guard;
+
+Cursor::Cursor(const ContainerImpl& container, tAccepts accepts) : _store(container.store()), _accepts(accepts) {
+    const unsigned int list = Record::Container(_store, container.item()->offset()).children();
+    if (list != IDataStore::BADOFF) _offsets = Record::Offsets(_store, list).get();
+    const Guard guard(_store);
+    forward();
+}
+
+bool Cursor::next() {
+    if (_index >= _offsets.size()) return false;
+    ++_index;
+    const Guard guard(_store);
+    return forward();
+}
+
+bool Cursor::prev() {
+    if (_index == 0) return false;
+    const Guard guard(_store);
+    for (std::size_t index = _index; index > 0; --index) {
+        if (!_accepts(Record::peek(_store, _offsets[index - 1]))) continue;
+        _index = index - 1;
+        return true;
+    }
+    return false;
+}
+
+bool Cursor::forward() {
+    while (_index < _offsets.size() && !accepted()) ++_index;
+    return _index < _offsets.size();
+}
+
+}  // namespace lumivard::platform::data

@@ -1,0 +1,81 @@
+#include <cstring>
+#include <cwchar>
+
+#include "design/Subtree.h"
+#include "metadata/Set.h"
+#include "record/Container.h"
+#include "record/Offsets.h"
+#include "record/Primitive.h"
+#include "record/Table.h"
+
+namespace lumivard::platform::data::Metadata {
+
+namespace {
+
+/// Replaces the name of a record of one of the three kinds.
+template <class Kind>
+bool putName(IDataStore* store, unsigned int offset, const std::vector<char>& section) {
+    return Kind(store, offset).arrays(Kind::kName, section.data(), section.size());
+}
+
+}  // namespace
+
+bool Set::remove(const wchar_t* name) {
+    const unsigned int offset = find(name);
+    if (offset == BADOFF) return false;
+    if (Record::Entity(_store, offset).flags() & Record::kInherited) return false;
+    if (!Design::Subtree::unreferenced(_store, {offset})) return false;
+    Design::Subtree::erase(_store, {offset});
+    forget(name);
+    Record::Offsets(_store, _children).removeVal(offset);
+    return true;
+}
+
+bool Set::rename(const wchar_t* from, const wchar_t* to) {
+    if (!from || !to || find(to) != BADOFF) return false;
+    const unsigned int offset = find(from);
+    if (offset == BADOFF) return false;
+    if (Record::Entity(_store, offset).flags() & Record::kInherited) return false;
+
+    // The section of a renamed item is twice as long as its name needs, and records in use have it so. Readers stop at
+    // the terminator; the second half is zero.
+    const std::size_t length = std::wcslen(to);
+    std::vector<char> section(2 * (length + 1) * sizeof(wchar_t));
+    std::memcpy(section.data(), to, length * sizeof(wchar_t));
+    bool done = false;
+    switch (Record::peek(_store, offset)) {
+        case Record::kPrimitive:
+            done = putName<Record::Primitive>(_store, offset, section);
+            break;
+        case Record::kTable:
+            done = putName<Record::Table>(_store, offset, section);
+            break;
+        case Record::kContainer:
+            done = putName<Record::Container>(_store, offset, section);
+            break;
+        default:
+            break;
+    }
+    if (!done) return false;
+    forget(from);
+    index(offset, to);
+    return true;
+}
+
+bool Set::unreferenced() {
+    return Design::Subtree::unreferenced(_store, indexed());
+}
+
+void Set::cleanup() {
+    if (_children == BADOFF) return;
+    Design::Subtree::erase(_store, indexed());
+    if (Record::peek(_store, _children) == Record::kOffsets) _store->erase(_children);
+    _children = BADOFF;
+    forgetAll();
+}
+
+unsigned int Set::duplicate(IDataStore* target, unsigned int parent) {
+    return Design::Subtree::duplicate(_store, _children, target, parent);
+}
+
+}  // namespace lumivard::platform::data::Metadata

@@ -1,0 +1,178 @@
+#include "design/Subtree.h"
+
+#include <algorithm>
+#include <memory>
+#include <unordered_set>
+
+#include "metadata/Set.h"
+#include "record/Container.h"
+#include "record/Locale.h"
+#include "record/Offsets.h"
+#include "record/Primitive.h"
+#include "record/Table.h"
+
+namespace lumivard::platform::data::Design::Subtree {
+
+namespace {
+
+constexpr unsigned int BADOFF = IDataStore::BADOFF;
+
+/// Visits records and everything below them, parents before children: `visit(record)` gets each as an `Entity` and
+/// returns whether to go on.
+template <class Visit>
+bool walk(IDataStore* store, const std::vector<unsigned int>& records, Visit visit) {
+    std::vector<unsigned int> waiting(records.rbegin(), records.rend());
+    std::unordered_set<unsigned int> seen;
+    while (!waiting.empty()) {
+        const unsigned int offset = waiting.back();
+        waiting.pop_back();
+        if (!seen.insert(offset).second) continue;
+        const Record::Entity record(store, offset);
+        if (!visit(record)) return false;
+        const std::vector<unsigned int> children = Metadata::Set::children(store, record.children());
+        waiting.insert(waiting.end(), children.rbegin(), children.rend());
+    }
+    return true;
+}
+
+/// What a record says that it owns.
+tOwned ownedBy(const Record::Entity& record) {
+    tOwned owned{.locale = record.locale(), .children = record.children()};
+    if (record.type() == Record::kTable) owned.defaults = Record::Table(record.store(), record.offset()).defaults();
+    return owned;
+}
+
+/// The copying of one subtree. Each open level is a list whose entries are being copied.
+class Cloning {
+public:
+    Cloning(IDataStore* store, IDataStore* target) : _store(store), _target(target) {}
+
+    /// Copies what the levels hold, to the end.
+    void run() {
+        while (!_levels.empty()) {
+            tLevel& level = _levels.back();
+            if (level.next == level.entries.size()) {
+                closeLevel();
+            } else {
+                copyEntry(level, level.entries[level.next++]);
+            }
+        }
+    }
+
+    /// Copies one record without what is below it, and opens a level for that.
+    unsigned int copyRecord(const Record::Entity& source, const tOwned& owned, unsigned int parent) {
+        const unsigned int copied = source.clone(_target);
+        // A damaged list may foretell the offset of a copy, which is no source.
+        _seen.insert(source.offset());
+        if (_target == _store) _seen.insert(copied);
+        Record::Entity copy(_target, copied);
+        copy.parent(parent);
+        copy.locale(cloneOwned(owned.locale, Record::kLocale));
+        copy.refs(0);
+        if (source.type() != Record::kPrimitive) {
+            copy.children(owned.children == BADOFF ? BADOFF : openLevel(owned.children, copied));
+        }
+        copy.update(true);
+        if (source.type() == Record::kTable) cloneDefaults(copied, owned.defaults);
+        return copied;
+    }
+
+    /// Makes a new list in the target for copies of the entries of another, and returns its offset.
+    unsigned int openLevel(unsigned int list, unsigned int parent) {
+        tLevel level;
+        level.entries = Record::Offsets(_store, list).get();
+        level.list = Record::Offsets(_target).offset();
+        level.parent = parent;
+        _levels.push_back(std::move(level));
+        return _levels.back().list;
+    }
+
+private:
+    struct tLevel {
+        std::vector<unsigned int> entries;  ///< the records to copy
+        std::vector<unsigned int> copies;   ///< what the new list gets
+        std::size_t next = 0;               ///< the entry whose turn it is
+        unsigned int list = BADOFF;         ///< the new list
+        unsigned int parent = BADOFF;       ///< the owner of the copies
+    };
+
+    void copyEntry(tLevel& level, unsigned int offset) {
+        const Record::tType kind = Record::peek(_store, offset);
+        if (kind != Record::kPrimitive && kind != Record::kTable && kind != Record::kContainer) {
+            level.copies.push_back(offset);
+            return;
+        }
+        if (_seen.contains(offset)) return;
+        const std::size_t here = _levels.size() - 1;
+        const Record::Entity source(_store, offset);
+        const unsigned int copied = copyRecord(source, ownedBy(source), level.parent);
+        _levels[here].copies.push_back(copied);  // copyRecord may have moved the levels
+    }
+
+    void closeLevel() {
+        const tLevel level = std::move(_levels.back());
+        _levels.pop_back();
+        if (!level.copies.empty()) Record::Offsets(_target, level.list).add(level.copies);
+    }
+
+    void cloneDefaults(unsigned int copied, unsigned int defaults) {
+        Record::Table copy(_target, copied);
+        // The list holds units and kinds, no offsets: its bytes are right as they are.
+        copy.defaults(cloneOwned(defaults, Record::kOffsets));
+        copy.update(true);
+    }
+
+    /// Copies the bytes of a record; `BADOFF` where there is none of that kind.
+    unsigned int cloneOwned(unsigned int offset, Record::tType kind) {
+        return Record::peek(_store, offset) == kind ? Record::Base(_store, offset).clone(_target) : BADOFF;
+    }
+
+    IDataStore* _store;
+    IDataStore* _target;
+    std::vector<tLevel> _levels;
+    std::unordered_set<unsigned int> _seen;
+};
+
+}  // namespace
+
+bool unreferenced(IDataStore* store, const std::vector<unsigned int>& records) {
+    return walk(store, records, [](const Record::Entity& record) { return record.refs() == 0; });
+}
+
+void erase(IDataStore* store, const std::vector<unsigned int>& records) {
+    std::vector<unsigned int> dead;
+    // A damaged record may name one of another kind, which is not its own.
+    const auto bury = [&](unsigned int offset, Record::tType kind) {
+        if (Record::peek(store, offset) == kind) dead.push_back(offset);
+    };
+    walk(store, records, [&](const Record::Entity& record) {
+        const tOwned owned = ownedBy(record);
+        dead.push_back(record.offset());
+        bury(owned.locale, Record::kLocale);
+        bury(owned.children, Record::kOffsets);
+        bury(owned.defaults, Record::kOffsets);
+        return true;
+    });
+    // From the leaves up, so that what is left after a failure still hangs together. Two damaged records may own one.
+    for (auto offset = dead.rbegin(); offset != dead.rend(); ++offset) {
+        if (store->size(*offset) != 0) store->erase(*offset);
+    }
+}
+
+unsigned int clone(IDataStore* store, unsigned int record, const tOwned& owned, IDataStore* target) {
+    Cloning cloning(store, target);
+    const Record::Entity source(store, record);
+    const unsigned int copied = cloning.copyRecord(source, owned, source.parent());
+    cloning.run();
+    return copied;
+}
+
+unsigned int duplicate(IDataStore* store, unsigned int list, IDataStore* target, unsigned int parent) {
+    if (list == BADOFF) return BADOFF;
+    Cloning cloning(store, target);
+    const unsigned int copied = cloning.openLevel(list, parent);
+    cloning.run();
+    return copied;
+}
+
+}  // namespace lumivard::platform::data::Design::Subtree

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <vector>
+
+#include "lumivard/platform/core/storage/datastore/IDataStore.h"
+
+/// What is done to a record and everything below it. The walks keep their own stacks, so that their need of the
+/// thread's stack does not grow with the depth of the tree, and visit no record twice, so that a damaged store, in
+/// which a record is found below itself, ends them.
+namespace lumivard::platform::data::Design::Subtree {
+
+using core::storage::datastore::IDataStore;
+
+/// Whether no object stands over any of the records or any record below them, which is read from their counts.
+bool unreferenced(IDataStore* store, const std::vector<unsigned int>& records);
+
+/// Erases the records, everything below them, and all lists and localized names that they own.
+void erase(IDataStore* store, const std::vector<unsigned int>& records);
+
+/// What a record owns: localized names, a list of children and a list of defaults; `BADOFF` for what it has not.
+struct tOwned {
+    unsigned int locale = IDataStore::BADOFF;
+    unsigned int children = IDataStore::BADOFF;
+    unsigned int defaults = IDataStore::BADOFF;
+};
+
+/// Copies one record of an entity, with everything below it, into a store, which may be the same, and returns the
+/// offset of the copy. What the record itself owns is told by `owned`: an open item copies what it owned when it was
+/// opened, and what it was given since. The copy counts no object; its `parent` still is the source's number.
+unsigned int clone(IDataStore* store, unsigned int record, const tOwned& owned, IDataStore* target);
+
+/// Copies the records of a list, with everything below them, below `parent` in `target`, and returns the offset of the
+/// new list. A listed record that is no primitive, table or container is not copied: its number stands in the new list.
+unsigned int duplicate(IDataStore* store, unsigned int list, IDataStore* target, unsigned int parent);
+
+}  // namespace lumivard::platform::data::Design::Subtree

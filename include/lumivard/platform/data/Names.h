@@ -1,0 +1,14 @@
+#pragma once
+
+#include "lumivard/platform/core/memory/SharedPtr.h"
+#include "lumivard/platform/core/storage/datastore/IDataStore.h"
+#include "lumivard/platform/core/string/WideString.h"
+
+/// The interfaces of the data library. What holds for all of them stands in `lumivard/platform/data.h`.
+namespace lumivard::platform::data {
+
+using core::memory::SharedPtr;
+using core::storage::datastore::IDataStore;
+using core::string::WideString;
+
+}  // namespace lumivard::platform::data

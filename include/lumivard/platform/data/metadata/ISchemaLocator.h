@@ -1,0 +1,45 @@
+#pragma once
+
+#include "lumivard/platform/core/Export.h"
+#include "lumivard/platform/data/Names.h"
+
+namespace lumivard::platform::data::metadata {
+
+class ISchema;
+
+/// Finds schemas by their URI. A schema is a table in a store, and its URI is its name at the top of that store, or its
+/// path from there. A locator searches a set of stores, and keeps what it has found: a URI goes on meaning the same
+/// table, whatever is added or changed later.
+///
+/// It does not own the stores; they outlive it, those that `reset` dropped included. A table that it keeps as a schema
+/// is in use, so that `destroy` refuses it.
+///
+/// Threads: `resolve` may run on several at once; `push`, `pop` and `reset` run while nothing else does on this
+/// locator. No operation takes a store's guard: who shares a store of schemas holds it still.
+class LVP_EXPORT ISchemaLocator {
+public:
+    virtual ~ISchemaLocator() = default;
+
+    /// The schema behind a URI, or behind several joined by ";", in that order, one that is named twice standing twice.
+    /// A URI that no store knows is passed over in silence; null when none is left, or without a text. Where several
+    /// stores know a URI that was not found before, any of them may be taken.
+    ///
+    /// Costs one look in a table for a URI that was found before, and otherwise a search in each store and a walk over
+    /// the schema.
+    virtual SharedPtr<ISchema> resolve(WideString uri) = 0;
+
+    /// Adds a store to the set; nothing happens if it is there already.
+    virtual void push(IDataStore* store) = 0;
+
+    /// Takes a store out of the set, whichever it is, and forgets the schemas that were found in it: the `ISchema`s
+    /// that show one of them are dead. False, with nothing forgotten, when the store is not in the set.
+    virtual bool pop(IDataStore* store) = 0;
+
+    /// Takes all stores out of the set, but keeps the schemas that were found: they still resolve.
+    virtual void reset() = 0;
+
+    /// Makes a locator over one store, or over none for null.
+    static SharedPtr<ISchemaLocator> make(IDataStore* store);
+};
+
+}  // namespace lumivard::platform::data::metadata

@@ -1,0 +1,101 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "metadata/Item.h"
+
+namespace lumivard::platform::data::Metadata {
+
+/// An item that owns children: the records in the `Offsets` list that its own record names.
+///
+/// It keeps an index of their names, taken when it was opened, that follows what is done through this object and
+/// nothing else; `update` catches up with the store. Names are unique in the index. The order of the list is the order
+/// of adding.
+///
+/// Defined elsewhere: what is done to a whole subtree (`remove`, `rename`, `unreferenced`, `cleanup`, `duplicate`) in
+/// design/Set+Subtree.cpp, how a dotted path is followed (`lookup`) in schema/Set+Lookup.cpp.
+class Set : public Item {
+public:
+    ~Set() override;
+
+    /// Drops the index and loads it again from the store.
+    void update();
+
+    /// Loads the index from the list of children. Reads each child once.
+    void populate();
+
+    /// The direct child of that exact name, dots included, in the index; `BADOFF` for an unknown or null name. No store
+    /// access.
+    unsigned int find(const wchar_t* name) const;
+
+    /// Makes an existing record a child: sets its `parent`, and adds it to the list and the index. False, with nothing
+    /// changed, for a record that is no primitive, table or container, or whose name the index has. Costs the same
+    /// whatever the number of children.
+    bool add(unsigned int offset);
+
+    /// The number of names in the index.
+    unsigned int items() const { return static_cast<unsigned int>(_names.size()); }
+
+    /// The entry of the stored list at a position, read now; `BADOFF` past its end.
+    unsigned int at(unsigned int index) const;
+
+    /// The first `items()` entries of the stored list, read now: what `at` gives for them one by one.
+    std::vector<unsigned int> entries() const;
+
+    /// Destroys a child and everything below it. False, with nothing changed, for an unknown name, a child that came
+    /// from a schema, and a child that is open elsewhere, itself or in part.
+    bool remove(const wchar_t* name);
+
+    /// Changes a child's name. False, with nothing changed, when `to` is taken, `from` is unknown, either is null, or
+    /// the child came from a schema. Objects that are open on the child keep its old name.
+    bool rename(const wchar_t* from, const wchar_t* to);
+
+    /// Whether no record below this one is open. Reads the whole subtree.
+    bool unreferenced() override;
+
+    /// Erases all children in the index, with everything below them, and the list. Nothing holds it back.
+    void cleanup();
+
+    /// Copies all children of the stored list into another store, below a record there, and returns the offset of the
+    /// new list, or `BADOFF` when there is no list. An entry of an unknown kind is not copied: its number stands in
+    /// the new list.
+    unsigned int duplicate(IDataStore* target, unsigned int parent);
+
+    /// The child of a name or, where there is a ".", what the dotted path leads to from here; `BADOFF` for nothing, and
+    /// for null.
+    unsigned int lookup(const wchar_t* name) const;
+
+    /// The children that a set opened on `list` now would have in its index, in the order of the list: records of the
+    /// three kinds, of each name the first.
+    static std::vector<unsigned int> children(IDataStore* store, unsigned int list);
+
+    /// The offset of the first child of that name in `list`, as `find` on a set opened now would answer.
+    static unsigned int search(IDataStore* store, unsigned int list, const wchar_t* name);
+
+protected:
+    Set() = default;
+
+    unsigned int _children = BADOFF;
+
+private:
+    struct tEntry : core::memory::PooledObject {
+        unsigned int offset = BADOFF;
+        std::wstring name;
+    };
+
+    /// The offsets in the index, in no particular order.
+    std::vector<unsigned int> indexed() const;
+
+    /// Adds an entry to the index unless it has the name.
+    void index(unsigned int offset, std::wstring name);
+    void forget(const wchar_t* name);
+    void forgetAll();
+
+    /// Adds an offset to the stored list, which is made when there is none.
+    void append(unsigned int offset);
+
+    TextMap<tEntry*> _names;
+};
+
+}  // namespace lumivard::platform::data::Metadata

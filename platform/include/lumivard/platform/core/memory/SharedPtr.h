@@ -1,0 +1,80 @@
+#pragma once
+
+#include <memory>
+#include <utility>
+
+#include "lumivard/platform/core/memory/PointerCounter.h"
+
+namespace lumivard::platform::core::memory {
+
+/// A counted pointer: the form in which the public interfaces hand out objects. The last pointer to go deletes the
+/// object. Two plain pointers: the object and its counter.
+///
+/// Threads: copies of one pointer may be made and dropped on different threads; one `SharedPtr` object belongs to one
+/// thread at a time.
+template <class T>
+class SharedPtr {
+public:
+    /// A null pointer, without a counter.
+    SharedPtr() noexcept = default;
+
+    /// Takes over a fresh object with its fresh counter, adding the first reference and the first use. A null object
+    /// comes with a null counter.
+    SharedPtr(T* object, IPointerCounter* counter) : _object(object), _counter(counter) {
+        if (_counter) {
+            _counter->addRef();
+            _counter->addUse();
+        }
+    }
+
+    SharedPtr(const SharedPtr& other) noexcept : _object(other._object), _counter(other._counter) {
+        if (_counter) _counter->addUse();
+    }
+
+    SharedPtr(SharedPtr&& other) noexcept
+        : _object(std::exchange(other._object, nullptr)), _counter(std::exchange(other._counter, nullptr)) {}
+
+    SharedPtr& operator=(SharedPtr other) noexcept {
+        std::swap(_object, other._object);
+        std::swap(_counter, other._counter);
+        return *this;
+    }
+
+    ~SharedPtr() {
+        if (_counter) _counter->releaseUse();
+    }
+
+    T* get() const noexcept { return _object; }
+    T* operator->() const noexcept { return _object; }
+    T& operator*() const noexcept { return *_object; }
+    explicit operator bool() const noexcept { return _object != nullptr; }
+
+    /// Drops the object and becomes null.
+    void reset() noexcept { *this = SharedPtr(); }
+
+    /// The counter, owned by all pointers to the object together; null for a null pointer.
+    IPointerCounter* counter() const noexcept { return _counter; }
+
+private:
+    T* _object = nullptr;
+    IPointerCounter* _counter = nullptr;
+};
+
+/// Gives a fresh object of the class `Whole` a counter, and returns it as its base `T`. The object is deleted when the
+/// counter cannot be made.
+template <class T, class Whole>
+SharedPtr<T> share(std::unique_ptr<Whole> object) {
+    if (!object) return {};
+    auto* counter = new _Private::_Counter::_CounterImp<Whole>(object.get());
+    Whole* whole = object.release();
+    return SharedPtr<T>(whole, counter);
+}
+
+/// How an object that is held by an owning pointer of a type is deleted.
+template <class T>
+struct PointerTraits {
+    /// Deletes the object through its virtual destructor; null does nothing.
+    static void _Deletor(const void* object) { delete static_cast<const T*>(object); }
+};
+
+}  // namespace lumivard::platform::core::memory

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "lumivard/platform/core/Export.h"
+#include "lumivard/platform/core/LVPUUID.h"
+#include "lumivard/platform/core/io/IDataWriter.h"
+
+namespace lumivard::platform::core::xml {
+
+/// Writes one XML document in UTF-8, element by element, as it is told: no indentation, no line ends of its own, since
+/// white space is content. It does not check that names are XML names, nor that there is one outermost element.
+///
+/// What a parser would change on reading goes out as a character reference: tab, line feed and carriage return in
+/// attributes, the carriage return in text. A character that XML cannot carry becomes U+FFFD.
+///
+/// Operations out of order, told below, throw `std::logic_error` and write nothing. Exceptions of the writer pass
+/// through every operation; the document is then broken off for good. Threads: one at a time.
+class LVP_EXPORT XMLSerializer {
+public:
+    /// `id` is not used.
+    explicit XMLSerializer(LVPUUID& id);
+    virtual ~XMLSerializer();
+    XMLSerializer(const XMLSerializer&) = delete;
+    XMLSerializer& operator=(const XMLSerializer&) = delete;
+
+    /// Begins a document in `writer`, which is open, not owned, and stays until `detach`. Output is gathered and
+    /// reaches the writer in blocks of some 64 KiB. What was not detached from a writer before is thrown away.
+    virtual void attach(io::IDataWriter* writer);
+    /// Writes the XML declaration, with the line end behind it. Out of order inside an element.
+    virtual void emitXMLHeader();
+    /// Opens an element. Out of order without a writer. `extra` is not used.
+    virtual void startElement(const wchar_t* name, const wchar_t* extra);
+    /// Adds an attribute to the element that was just opened; a null value leaves the attribute out. Out of order once
+    /// the element has content. `extra` is not used.
+    virtual void addAttribute(const wchar_t* name, const wchar_t* value, const wchar_t* extra);
+    /// Adds text to the innermost open element. Pieces join with nothing between; an empty or null piece is no content.
+    /// Out of order when no element is open.
+    virtual void addCharacterData(const wchar_t* text);
+    /// Closes the innermost open element: as `<x/>` when it has no content. Out of order when none is open. `flag` is
+    /// not used.
+    virtual void endElement(bool flag);
+    /// Hands everything that was written to the writer and lets it go. Elements that are open stay so in the document.
+    /// Without a writer it does nothing.
+    virtual void detach();
+
+private:
+    void closeStartTag();
+    void escape(const wchar_t* text, bool attribute);
+    void drain();
+
+    io::IDataWriter* _writer = nullptr;
+    std::string _buffer;
+    std::vector<std::string> _open;
+    bool _inStartTag = false;
+};
+
+}  // namespace lumivard::platform::core::xml

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "lumivard/platform/core/memory/PooledHeap.h"
+#include "lumivard/platform/data/metadata/IPropertyFilter.h"
+#include "property/DesignTableImpl.h"
+
+namespace lumivard::platform::data {
+
+/// A cursor over the properties of a table. It stands over the table's record with an object of its own, whose list it
+/// reads anew at each step; how many items it looks at is settled when it is made.
+class DesignTableImpl::DesignFilter final : public metadata::IPropertyFilter, public core::memory::PooledObject {
+public:
+    /// Stands on the first property, if there is one.
+    explicit DesignFilter(DesignTableImpl* table);
+    ~DesignFilter() override;
+
+    bool next() override;
+    bool prev() override;
+    SharedPtr<metadata::IProperty> current() override;
+
+private:
+    /// Move to the next or previous property, the present position included, and return it; `BADOFF` when there is
+    /// none.
+    unsigned int forward();
+    unsigned int backward();
+    bool onProperty() const;
+
+    std::unique_ptr<Design::Table> _table;
+    unsigned int _index = 0;
+    unsigned int _count = 0;
+};
+
+}  // namespace lumivard::platform::data

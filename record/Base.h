@@ -1,0 +1,100 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+
+#include "lumivard/platform/core/storage/datastore/IDataStore.h"
+#include "record/tType.h"
+
+namespace lumivard::platform::data::Record {
+
+using core::storage::datastore::IDataStore;
+
+/// The buffer sizes that records are given, in bytes, so that a record that grows a little stays where it is.
+inline constexpr std::array<unsigned int, 13> kpAllocations{8,   16,  32,   48,   64,   96,   128,
+                                                            256, 512, 1024, 2048, 4096, 16384};
+
+/// The buffer size for a record of `size` bytes: the next entry of `kpAllocations`, or `size` itself above the last.
+unsigned int allocator(unsigned int size);
+
+/// The kind of a record, without loading it; `kRoot` for an offset that names no record, `BADOFF` included.
+tType peek(IDataStore* store, unsigned int offset);
+
+/// A private working copy of one record: load it, look at the bytes or change them, write them back with `update`, drop
+/// it. It sees no change that reaches the store by another way, and of two copies of one record the last one written
+/// wins. Offsets inside a record are in bytes; fields are unaligned and in host byte order.
+///
+/// Bytes that were loaded are measured before they are followed: a field that the record is too short for reads as
+/// absent. It belongs to one thread, inside the store's guard. Exceptions of the store pass through.
+class Base {
+public:
+    static constexpr unsigned int BADOFF = IDataStore::BADOFF;
+
+    /// Prepares a record of `size` bytes, all zero but for the kind. The store does not know it before `update`.
+    /// Throws `std::bad_alloc` when `size` does not fit in 32 bits.
+    Base(IDataStore* store, std::uint64_t size, tType type);
+
+    /// Loads a record; an offset that names no record gives an empty copy.
+    Base(IDataStore* store, unsigned int offset);
+
+    virtual ~Base();
+    Base(const Base&) = delete;
+    Base& operator=(const Base&) = delete;
+
+    IDataStore* store() const { return _store; }
+
+    /// Where the record lies; `BADOFF` before the first `update` of a new one.
+    unsigned int offset() const { return _offset; }
+
+    /// The bytes in use, and the bytes allocated.
+    unsigned int size() const { return _size; }
+    unsigned int capacity() const { return _capacity; }
+
+    /// The working bytes, `size()` of them; null for an empty record.
+    const char* bytes() const { return _buffer; }
+
+    /// The kind byte; `kRoot` for an empty record.
+    tType type() const { return static_cast<tType>(byte(0)); }
+
+    /// Writes the working bytes as a new record into a store, which may be any, and returns its offset. This object
+    /// goes on standing for its own record.
+    unsigned int clone(IDataStore* target) const;
+
+    /// Writes the working bytes to the store: as a new record the first time, in place afterwards. `changed` is what
+    /// `IDataStore::update` takes.
+    void update(bool changed);
+
+    /// Adds `count` bytes at the end: zero, unless a section was replaced before. False, and nothing done, when the
+    /// record would outgrow 32 bits.
+    bool grow(unsigned int count);
+
+    /// Cuts out `count` bytes at `position`, both inside the record, and zeroes as many that fall free behind the end.
+    void shrink(unsigned int position, unsigned int count);
+
+protected:
+    /// The byte or the 32-bit field at `position`, or `absent` where the record is too short for it.
+    unsigned char byte(unsigned int position, unsigned char absent = 0) const;
+    unsigned int word(unsigned int position, unsigned int absent = 0) const;
+
+    /// Sets a field; does nothing where the record is too short for it.
+    void putByte(unsigned int position, unsigned char value);
+    void putWord(unsigned int position, unsigned int value);
+
+    /// The wide text at `position`, up to its terminator or the end of `length` bytes or of the record.
+    std::wstring text(std::uint64_t position, std::uint64_t length) const;
+
+    /// Puts another buffer in the place of this one, which is freed. `buffer` comes from `PooledHeap`.
+    void adopt(char* buffer, unsigned int size, unsigned int capacity);
+
+    char* buffer() { return _buffer; }
+
+private:
+    IDataStore* _store;
+    unsigned int _offset;
+    char* _buffer = nullptr;
+    unsigned int _size = 0;
+    unsigned int _capacity = 0;
+};
+
+}  // namespace lumivard::platform::data::Record

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "record/Base.h"
+
+namespace lumivard::platform::data::Record {
+
+/// The localized names of one entity.
+///
+///     0       1               5           8
+///     +-------+---------------+-----------+---------------------------------------+
+///     | type  |    length     |     0     | locale, 0, name, 0, locale, 0, ...    |
+///     +-------+---------------+-----------+---------------------------------------+
+///       u8          u32                     payload: wide texts in pairs, each ended by a zero
+///
+/// It is no entity: it has no parent and no count. A record of another kind reads as an empty payload.
+class Locale : public Base {
+public:
+    static constexpr unsigned int kLength = 1;
+    static constexpr unsigned int kPayload = 8;
+
+    /// Makes a new empty record and writes it to the store.
+    explicit Locale(IDataStore* store);
+    Locale(IDataStore* store, unsigned int offset) : Base(store, offset) {}
+
+    /// The payload as wide characters, terminators included.
+    std::wstring payload() const;
+
+    /// Replaces the payload by `length` bytes from `data` and writes the record. False, with nothing done, when the
+    /// record would outgrow 32 bits.
+    bool payload(std::uint64_t length, const char* data);
+};
+
+}  // namespace lumivard::platform::data::Record

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <vector>
+
+#include "record/Base.h"
+
+namespace lumivard::platform::data::Record {
+
+/// A list of offsets: the children of a set in the order in which they came, or the pairs of a table's defaults.
+///
+///     0       1           4
+///     +-------+-----------+-----------+-----------+
+///     | type  |     0     |  entry 0  |  entry 1  |  ...
+///     +-------+-----------+-----------+-----------+
+///       u8                     u32         u32
+///
+/// It is no entity: it has no parent and no count. A record of another kind reads as an empty list.
+class Offsets : public Base {
+public:
+    static constexpr unsigned int kEntries = 4;
+    static constexpr unsigned int kEntry = 4;
+
+    /// Makes a new empty list and writes it to the store.
+    explicit Offsets(IDataStore* store);
+    Offsets(IDataStore* store, unsigned int offset) : Base(store, offset) {}
+
+    /// The number of entries.
+    unsigned int items() const;
+
+    /// An entry; `BADOFF` past the end.
+    unsigned int get(unsigned int index) const { return index < items() ? word(kEntries + index * kEntry) : BADOFF; }
+
+    /// All entries, in order.
+    std::vector<unsigned int> get() const;
+
+    /// Writes an entry and the record. Past the end the list grows, with zeros in the gap. False, with nothing done,
+    /// when the list would outgrow 32 bits or the record is of another kind.
+    bool set(unsigned int index, unsigned int value);
+
+    /// Adds an entry at the end and writes the record. False as in `set`.
+    bool add(unsigned int value);
+
+    /// Adds entries at the end and writes the record once. False as in `set`.
+    bool add(const std::vector<unsigned int>& values);
+
+    /// Removes the first entry that equals `value` and writes the record; false, and nothing written, when there is
+    /// none.
+    bool removeVal(unsigned int value);
+
+    /// One entry of the list at `offset`, without loading the list where the store can do that; `BADOFF` past the end.
+    static unsigned int at(IDataStore* store, unsigned int offset, unsigned int index);
+};
+
+}  // namespace lumivard::platform::data::Record

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "record/Entity.h"
+
+namespace lumivard::platform::data::Record {
+
+/// The record at the top of a store, which has no parent. Its name is given once and never changes.
+///
+///     0                  14              18              22      24
+///     +------------------+---------------+---------------+-------+--------------+
+///     |  entity header   |   children    |  name length  |   0   | name         |
+///     +------------------+---------------+---------------+-------+--------------+
+///                              u32             u32          u16    wide, ended by a zero
+class Root : public Entity {
+public:
+    static constexpr unsigned int kNameLength = kChildren + 4;
+    static constexpr unsigned int kName = kNameLength + 4 + 2;
+    static_assert(kNameLength == 18 && kName == 24);
+
+    /// Makes a new record and writes it to the store.
+    Root(IDataStore* store, const wchar_t* name);
+    Root(IDataStore* store, unsigned int offset) : Entity(store, offset) {}
+
+    /// The first byte of the name; the argument is not used. Null for a record that has no room for one.
+    const char* arrays(unsigned int) const { return size() > kName ? bytes() + kName : nullptr; }
+};
+
+}  // namespace lumivard::platform::data::Record

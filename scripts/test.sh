@@ -1,0 +1,13 @@
+#!/usr/bin/env bash
+# Builds and runs the tests. Takes a fresh Debian 12 machine to the end by itself.
+#   scripts/test.sh            the development build: every day, and what the README names
+#   scripts/test.sh PRESET     another one of CMakePresets.json: release, asan-ubsan, tsan, coverage
+set -euo pipefail
+cd "$(dirname "$0")/.."
+source scripts/packages.sh
+
+preset=${1:-dev}
+install_packages "${build_packages[@]}" "${test_packages[@]}"
+cmake --preset "$preset"
+cmake --build --preset "$preset"
+ctest --preset "$preset"

@@ -1,0 +1,104 @@
+#pragma once
+
+#include <exception>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "lumivard/platform/core/storage/datastore/IDataStore.h"
+#include "lumivard/platform/core/storage/datastore/IRecordAccess.h"
+#include "lumivard/platform/stores/tMode.h"
+#include "stores/core/RecordTable.h"
+#include "stores/engine/Engine.h"
+
+namespace lumivard::platform::stores {
+
+/// A store: the rules of `IDataStore` over records in memory, which an engine below keeps for longer.
+///
+/// It hands out offsets, brings records in when they are first asked for, knows which have changed, and hands the
+/// changes down as one batch. Without an engine there is nothing below, and the records last as long as the object. It
+/// knows neither files nor transactions.
+///
+/// Two kinds of change are kept apart. Content (`create`, `append`, `update` with `changed`, `erase`, `version`) is
+/// what a flush is for. Bookkeeping (`update` without `changed`) never makes a flush work and is refused by nothing,
+/// since it comes from destructors: it travels with content, or is written when the store closes.
+///
+/// Errors: `StoreError` with this store's name and the attempt, or `std::bad_alloc`; what throws has changed nothing.
+/// Threads: the guard excludes; the operations are for one thread at a time.
+class Core final : public core::storage::datastore::IDataStore, public core::storage::datastore::IRecordAccess {
+public:
+    /// `engine` may be null. `name` is what messages call the store. With `tMode::kRead` changes of content throw.
+    /// Throws where the engine's header cannot be read.
+    Core(std::string name, std::unique_ptr<Engine> engine, tMode mode);
+
+    /// Hands down what has changed, bookkeeping included where the stored bytes differ, as far as that still succeeds.
+    ~Core() override;
+
+    ILock* lock() override;
+    void flush() override;
+    void version(unsigned int number) override;
+    unsigned int version() const override;
+    unsigned long long extent() override;
+    unsigned int create(const void* data, unsigned int size) override;
+    void append(unsigned int offset, const void* data, unsigned int size) override;
+    void update(unsigned int offset, const void* data, unsigned int size, bool changed) override;
+    unsigned int size(unsigned int offset) override;
+    void read(unsigned int offset, void* buffer, unsigned int size) override;
+    void erase(unsigned int offset) override;
+    core::storage::datastore::IRecordAccess* access() override { return this; }
+
+    unsigned int read(unsigned int offset, unsigned int position, void* buffer, unsigned int size) override;
+
+private:
+    class Guard;
+
+    // What an operation is about to do, in words for the message of its failure.
+    struct Attempt {
+        const char* verb;
+        unsigned int offset = BADOFF;  // the record, if it is about one
+        std::string text() const;
+    };
+
+    // Asks the engine, and puts its reason into a sentence when it fails.
+    template <class Question>
+    auto _ask(const Attempt& attempt, Question question) const;
+
+    void _takeGuard();
+    void _giveGuard() noexcept;
+    void _receive(const Engine::News& news);
+
+    RecordSlot* _find(unsigned int offset);
+    RecordSlot& _existing(const Attempt& attempt);
+    RecordSlot* _bringIn(unsigned int offset);
+
+    // Every change goes in three steps: what can fail before (the first two), the change itself, the note of it.
+    void _refuseChange(const Attempt& attempt) const;
+    void _makeRoom(std::vector<unsigned int>& list) const;
+    void _noteContent(unsigned int offset, RecordSlot& slot) noexcept;
+    void _noteBookkeeping(unsigned int offset, RecordSlot& slot) noexcept;
+
+    bool _hasChanges() const;
+    Engine::Batch _changes();
+    void _addBookkeeping(Engine::Batch& batch);
+    void _commit(const Engine::Batch& batch);
+    void _settle() noexcept;
+    void _close();
+
+    const std::string _name;
+    const tMode _mode;
+    std::recursive_mutex _guard;
+    unsigned int _depth = 0;  // how often the thread that has the guard took it
+
+    RecordTable _records;
+    unsigned long long _extent = 0;
+    unsigned int _version = 0;
+    bool _versionChanged = false;
+    std::vector<unsigned int> _changed;  // offsets whose slot is marked so; no offset twice
+    std::vector<unsigned int> _counted;  // likewise
+    std::exception_ptr _failure;         // what the flush threw that failed
+
+    std::unique_ptr<Engine> _engine;
+};
+
+}  // namespace lumivard::platform::stores

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <array>
+#include <memory>
+#include <vector>
+
+#include "stores/core/RecordBytes.h"
+
+namespace lumivard::platform::stores {
+
+/// What the core knows of one offset.
+struct RecordSlot {
+    enum class tPlace : unsigned char {
+        kAway,  ///< not asked for yet: the engine may have it
+        kHere,  ///< in memory
+        kGone   ///< names no record
+    };
+
+    RecordBytes bytes;  ///< of a record that is here
+    tPlace place = tPlace::kAway;
+    bool changed = false;  ///< content differs from what is stored; listed among the changes
+    bool counted = false;  ///< was updated by bookkeeping alone; listed among those
+};
+
+/// All offsets of a store, found in constant time.
+///
+/// Slots stand in pages that are made when they are first asked for and never move, so that no write ever pays for the
+/// number of records before it. Not thread-safe.
+class RecordTable {
+public:
+    /// The slot of an offset; a new one is away. The reference holds until `clear`. Throws `std::bad_alloc`.
+    RecordSlot& at(unsigned int offset);
+
+    /// The slot of an offset, or null where its page was never made.
+    RecordSlot* find(unsigned int offset) noexcept;
+
+    /// Puts an offset back to what it was before it was first asked for.
+    void forget(unsigned int offset) noexcept;
+
+    /// Forgets all offsets.
+    void clear() noexcept { _pages.clear(); }
+
+private:
+    static constexpr unsigned int kPageSlots = 1024;
+    using Page = std::array<RecordSlot, kPageSlots>;
+
+    std::vector<std::unique_ptr<Page>> _pages;
+};
+
+}  // namespace lumivard::platform::stores

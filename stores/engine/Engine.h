@@ -1,0 +1,68 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <span>
+#include <vector>
+
+namespace lumivard::platform::stores {
+
+/// Where a store's records are kept when they are not in memory: what the core asks of a file or a database.
+///
+/// It knows nothing of caching, of which records have changed, or of the rules of `IDataStore`: it gives a stored
+/// record, takes a batch of changes as one whole, and tells what others have committed. It always answers from one
+/// consistent state, its snapshot, which moves only in `commit` and `guardTaken`.
+///
+/// Errors: `EngineError` with the reason alone. Threads: one call at a time, on any thread; `guardTaken` and the
+/// `guardReleased` after it come on the same one.
+class Engine {
+public:
+    /// What is kept of a store beside its records.
+    struct Header {
+        unsigned long long extent = 0;  ///< how many offsets were handed out: the next offset
+        unsigned int version = 0;       ///< the number that IDataStore::version sets
+    };
+
+    /// One record that differs from what is stored.
+    struct Change {
+        unsigned int offset = 0;
+        bool erased = false;               ///< the record is gone; it may never have been stored
+        std::span<const std::byte> bytes;  ///< its whole contents otherwise
+    };
+
+    /// What becomes durable together: each record at most once, by rising offset.
+    struct Batch {
+        Header header;
+        std::vector<Change> changes;
+    };
+
+    /// What others have committed since the snapshot before.
+    struct News {
+        Header header;
+        bool everything = false;            ///< any record may have changed
+        std::vector<unsigned int> offsets;  ///< else: these have changed, come or gone
+    };
+
+    virtual ~Engine() = default;
+
+    /// The header as stored in the snapshot.
+    virtual Header header() = 0;
+
+    /// The contents of a record in the snapshot, or nothing when it holds no such record. The bytes belong to the
+    /// engine and stand until its next call.
+    virtual std::optional<std::span<const std::byte>> load(unsigned int offset) = 0;
+
+    /// Makes a batch durable, all of it or, when it throws, none of it, and moves the snapshot there. After a failure
+    /// `load` still answers from the snapshot before, and nothing else will be committed.
+    virtual void commit(const Batch& batch) = 0;
+
+    /// A thread that did not have the store's guard has taken it. The engine may move its snapshot, and then says what
+    /// that makes stale. It names no record with a change that has not been committed. When it throws, the guard is
+    /// not taken.
+    virtual std::optional<News> guardTaken() { return std::nullopt; }
+
+    /// The thread has the guard no longer. Called from a destructor: lets nothing out.
+    virtual void guardReleased() noexcept {}
+};
+
+}  // namespace lumivard::platform::stores

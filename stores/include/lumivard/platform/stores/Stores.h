@@ -1,0 +1,69 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include "lumivard/platform/core/Export.h"
+#include "lumivard/platform/core/storage/datastore/IDataStore.h"
+#include "lumivard/platform/stores/tMode.h"
+
+/// The stores that come with the platform.
+///
+/// All of them keep to `IDataStore`, and say more than it does in these points:
+///
+/// - A read or a `size` of an offset that names no record gives nothing; `update`, `append` and `erase` of one throw.
+/// - `access()` is never null.
+/// - Offsets are handed out from 0 upwards, one after the other, and an erased one never comes back. When all
+///   4,294,967,295 of them are gone `create` throws.
+/// - `extent()` is how many offsets were ever handed out.
+/// - `lock()` excludes other threads that take it, readers and writers alike; the thread that has it may take it again.
+///   The guard has to be deleted on the thread that took it.
+/// - Every failure is a `StoreError`, or `std::bad_alloc` where memory ran out.
+/// - A record is found, read, changed or appended to at a cost that does not depend on how many there are.
+/// - Closing a store is deleting it. No guard on it may be left, and no exception comes out.
+namespace lumivard::platform::stores {
+using core::storage::datastore::IDataStore;
+
+/// Opens a new, empty store that lives in memory and is gone with the returned object; `flush` has nothing to do.
+LVP_EXPORT std::unique_ptr<IDataStore> memory();
+
+/// Opens the store in the file `path`, which with `tMode::kWrite` is created if nothing is there.
+///
+/// Durability. `flush` writes everything that has changed since the last flush in one transaction: when it returns, the
+/// changes outlast the death of the process and of the machine. A process that dies leaves exactly the last flush, or
+/// the one under way where it died inside `flush`. Deleting the store does the same as `flush`, but cannot tell of a
+/// failure: flush first where it matters. A flush without changes does nothing. An `update` with `changed` false alone
+/// is no change: it is kept in memory and written along with the store's closing, if the bytes differ then.
+///
+/// Failure. When a flush has failed, the file holds the flush before. What is in memory can still be read, but every
+/// further flush and change of content throws the same error, until the store is opened anew: the system may have lost
+/// a part of what it was given. Updates with `changed` false go on in memory, since they come from destructors.
+///
+/// Reading. A store opened with `tMode::kRead` shows the last flush of the writer, as it was when a thread took the
+/// guard without having it already: all that is read under one guard belongs together. Changes of content throw. An
+/// `update` with `changed` false is kept in memory until the view moves on to the writer's next flush, and is passed
+/// over where the writer has erased the record. While a view stands still, space that the writer frees is not used
+/// again.
+///
+/// Memory. Records are loaded when they are first asked for and stay until the store is closed.
+///
+/// Refused, each with a sentence: a missing file (`kRead`) or folder, a file that is no store or is empty, one written
+/// by a newer version or on a machine with another byte order or width of `wchar_t`; a second handle on one file in a
+/// process; a second process that wants to write (at once, without waiting; a dead process is in nobody's way); a file
+/// with several names (hard links); and file systems on a network, on which neither locks nor mapped files can be
+/// relied upon.
+///
+/// Beside the file stands another one with "-lock" added to its name, in which readers and the writer meet. It may be
+/// deleted when nobody has the store open. A reader needs to be able to write it. A child made by fork() must open the
+/// store itself: through a handle of its parent it can change nothing. As long as it lives and has not called exec() it
+/// shares its parent's right to write, so that others find the file open for writing.
+///
+/// The file grows as needed; space of erased records is used again, but the file does not get smaller.
+LVP_EXPORT std::unique_ptr<IDataStore> file(const std::filesystem::path& path, tMode mode);
+
+/// Opens what `location` names: "memory:" is `memory()`, whatever the mode; "postgresql://..." is refused, since this
+/// version has no such store; everything else is the path of a file, as for `file`.
+LVP_EXPORT std::unique_ptr<IDataStore> open(const std::string& location, tMode mode);
+
+}  // namespace lumivard::platform::stores

@@ -1,0 +1,59 @@
+#include "stores/lmdb/Environment.h"
+
+#include <string>
+
+#include "stores/core/Failure.h"
+#include "stores/engine/EngineError.h"
+
+namespace lumivard::platform::stores::lmdb {
+namespace {
+
+// 8 bytes each in the lock file: enough for every process that a machine is likely to run.
+constexpr unsigned int kMostReaders = 1022;
+
+constexpr mdb_mode_t kFileMode = 0666;  // less what the process's umask takes away
+
+std::string reason(int status) {
+    switch (status) {
+        case MDB_INVALID:
+        case MDB_VERSION_MISMATCH:
+            return "it is not a store file, or it is damaged";
+        case MDB_CORRUPTED:
+        case MDB_PAGE_NOTFOUND:
+            return "it is damaged";
+        case MDB_PANIC:
+            return "an earlier failure has left it unusable until it is opened again";
+        case MDB_READERS_FULL:
+            return "too many others are reading it";
+        default:
+            return status > 0 ? systemReason(status) : mdb_strerror(status);
+    }
+}
+
+}  // namespace
+
+void check(int status) {
+    if (status != MDB_SUCCESS) throw EngineError(reason(status));
+}
+
+Environment openEnvironment(const std::filesystem::path& path, unsigned int flags, std::size_t mapSize) {
+    MDB_env* made = nullptr;
+    check(mdb_env_create(&made));
+    Environment environment(made);
+    check(mdb_env_set_maxreaders(made, kMostReaders));
+    check(mdb_env_set_mapsize(made, mapSize));
+    check(mdb_env_open(made, path.c_str(), flags | MDB_NOSUBDIR | MDB_NOTLS, kFileMode));
+    return environment;
+}
+
+Transaction begin(const Environment& environment, unsigned int flags) {
+    MDB_txn* transaction = nullptr;
+    check(mdb_txn_begin(environment.get(), nullptr, flags, &transaction));
+    return Transaction(transaction);
+}
+
+int commit(Transaction transaction) noexcept {
+    return mdb_txn_commit(transaction.release());
+}
+
+}  // namespace lumivard::platform::stores::lmdb

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <lmdb.h>
+
+#include <cstddef>
+#include <filesystem>
+#include <memory>
+
+namespace lumivard::platform::stores::lmdb {
+
+/// Handles of LMDB that close themselves, and its status codes as exceptions. What it does itself is told in lmdb.h.
+
+struct CloseEnvironment {
+    void operator()(MDB_env* environment) const noexcept { mdb_env_close(environment); }
+};
+struct AbortTransaction {
+    void operator()(MDB_txn* transaction) const noexcept { mdb_txn_abort(transaction); }
+};
+using Environment = std::unique_ptr<MDB_env, CloseEnvironment>;
+using Transaction = std::unique_ptr<MDB_txn, AbortTransaction>;
+
+/// Throws `EngineError` with the cause in plain words unless `status` is MDB_SUCCESS.
+void check(int status);
+
+/// Opens the single file `path` as an environment. `flags` come on top of MDB_NOSUBDIR and MDB_NOTLS; `mapSize` is in
+/// bytes. An empty file is laid out as a new environment unless `flags` has MDB_RDONLY.
+Environment openEnvironment(const std::filesystem::path& path, unsigned int flags, std::size_t mapSize);
+
+/// Begins a transaction; `flags` is 0 or MDB_RDONLY.
+Transaction begin(const Environment& environment, unsigned int flags);
+
+/// Ends a transaction durably and gives LMDB's status.
+int commit(Transaction transaction) noexcept;
+
+}  // namespace lumivard::platform::stores::lmdb

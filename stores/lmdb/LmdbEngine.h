@@ -1,0 +1,60 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <cstddef>
+#include <filesystem>
+#include <optional>
+
+#include "lumivard/platform/stores/tMode.h"
+#include "stores/engine/Engine.h"
+#include "stores/lmdb/Environment.h"
+#include "stores/lmdb/FileHandle.h"
+
+namespace lumivard::platform::stores {
+
+/// Keeps records in one file, through LMDB; the layout of the file is told in HeaderFormat.h.
+///
+/// The snapshot is one long read transaction. A commit is one write transaction, and durable when it returns, since
+/// nothing of LMDB's syncing and locking is relaxed. It relies on LMDB for the soundness of pages: a damaged file may
+/// crash the process. Threads and errors as for `Engine`, with `EngineError`.
+class LmdbEngine final : public Engine {
+public:
+    struct Settings {
+        std::size_t mapSize = 0;         ///< bytes of address space to begin with; 0: by the size of the file
+        std::optional<long> fileSystem;  ///< instead of what statfs says
+    };
+
+    /// Opens the file, created before with `tMode::kWrite` if there is none. Throws `EngineError` when it is refused.
+    LmdbEngine(const std::filesystem::path& path, tMode mode, const Settings& settings);
+    ~LmdbEngine() override;
+
+    Header header() override;
+    std::optional<std::span<const std::byte>> load(unsigned int offset) override;
+    void commit(const Batch& batch) override;
+
+    /// A reader moves to the last commit of the writer. A writer has no news: nobody else commits.
+    std::optional<News> guardTaken() override;
+
+private:
+    void _requireUsable() const;
+    std::optional<std::span<const std::byte>> _get(std::uint64_t key) const;
+    int _write(const Batch& batch);
+    void _openDatabase();
+    void _renew();
+    void _growMap();
+    void _setMapSize(std::size_t size);
+    std::size_t _mapSize() const;
+    void _followMap();
+
+    const tMode _mode;
+    const pid_t _process;
+    std::optional<FileHandle> _file;
+    lmdb::Environment _environment;
+    lmdb::Transaction _snapshot;
+    MDB_dbi _records = 0;
+    std::size_t _told = 0;  // the commit that guardTaken has last told of
+    bool _mapped = true;
+};
+
+}  // namespace lumivard::platform::stores

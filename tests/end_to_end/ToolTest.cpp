@@ -1,0 +1,129 @@
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <cstdlib>
+#include <string>
+
+#include "tests/support/TemporaryFolder.h"
+
+// The command-line tool, run as a user runs it.
+
+namespace {
+
+struct tRun {
+    int status;
+    std::string out;
+    std::string err;
+};
+
+class Tool : public testing::Test {
+protected:
+    /// Runs the tool; the arguments are given as to a shell.
+    tRun run(const std::string& arguments) const {
+        const auto out = (_folder / "out").string();
+        const auto err = (_folder / "err").string();
+        const std::string command = std::string(LVP_TOOL) + " " + arguments + " >" + out + " 2>" + err;
+        const int status = std::system(command.c_str());
+        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, bytesOf(out), bytesOf(err)};
+    }
+
+    std::string path(const std::string& name) const { return (_folder / name).string(); }
+    std::string document(const std::string& text) const { return _folder.file("document.xml", text).string(); }
+    std::string imported(const std::string& text) const {
+        EXPECT_EQ(run("import " + document(text) + " " + path("store.lvp")).status, 0);
+        return path("store.lvp");
+    }
+
+    const std::string materials = LVP_SOURCE_DIR "/examples/data/materials.xml";
+
+private:
+    TemporaryFolder _folder;
+};
+
+TEST_F(Tool, ImportsExportsAndImportsTheSame) {
+    ASSERT_EQ(run("import " + materials + " " + path("a.lvp")).status, 0);
+    ASSERT_EQ(run("export " + path("a.lvp") + " -o " + path("a.xml")).status, 0);
+    ASSERT_EQ(run("import " + path("a.xml") + " " + path("b.lvp")).status, 0);
+    const tRun exported = run("export " + path("b.lvp"));
+    EXPECT_EQ(exported.status, 0);
+    EXPECT_EQ(exported.err, "");
+    EXPECT_EQ(exported.out, bytesOf(path("a.xml")));
+}
+
+TEST_F(Tool, PrintsFaultsWithTheirPlaceAndGoesOn) {
+    const std::string faulty = document("<root name=\"r\">\n  <nonsense/>\n  <group name=\"g\"/>\n</root>");
+    const tRun import = run("import " + faulty + " " + path("store.lvp"));
+    EXPECT_EQ(import.status, 1);
+    EXPECT_EQ(import.out, "");
+    EXPECT_EQ(import.err, faulty + ":2:3: nonsense : unknown element, skipping\n");
+    EXPECT_EQ(run("tree " + path("store.lvp")).out, "r  [root]\n└─ g  [group]\n");
+}
+
+TEST_F(Tool, TellsWhereADocumentBreaksOff) {
+    const std::string broken = document("<root name=\"r\">\n<group name=\"g\"></root>");
+    const tRun import = run("import " + broken + " " + path("store.lvp"));
+    EXPECT_EQ(import.status, 1);
+    EXPECT_NE(import.err.find(broken + ": line 2, column "), std::string::npos) << import.err;
+    EXPECT_EQ(run("tree " + path("store.lvp")).out, "r  [root]\n└─ g  [group]\n");
+}
+
+TEST_F(Tool, ShowsNamesKindsValuesAndUnits) {
+    const std::string store = imported(
+        "<root name=\"r\"><group name=\"g\"><name locale=\"de-de\">Gruppe</name>"
+        "<double name=\"length\" units=\"Meter\">2.5 3</double>"
+        "<string name=\"text\"><val>a</val><val>b</val></string></group>"
+        "<link name=\"l\" to=\"g\"/></root>");
+    EXPECT_EQ(run("tree " + store).out,
+              "r  [root]\n"
+              "├─ g  [group]  de-de \"Gruppe\"\n"
+              "│  ├─ length = 2.5 3 Meter  [double]\n"
+              "│  └─ text = a | b  [string]\n"
+              "└─ l  [link]  to g\n");
+    EXPECT_EQ(run("tree " + store + " g.length").out, "length = 2.5 3 Meter  [double]\n");
+}
+
+TEST_F(Tool, ExportsOneItemByItsPath) {
+    const std::string store = imported(
+        "<root name=\"r\"><group name=\"a\"><group name=\"a\"><int8 name=\"x\">5</int8></group></group></root>");
+    EXPECT_EQ(run("export " + store + " a.a").out,
+              "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<group name=\"a\"><int8 name=\"x\">5</int8></group>");
+    EXPECT_EQ(run("export " + store + " a.x").status, 3);
+}
+
+TEST_F(Tool, WritesHostileTextAsText) {
+    const std::string store = imported("<node name=\"n\xC2\x9B\"><string name=\"s\">a&#10;b</string></node>");
+    EXPECT_EQ(run("tree " + store).out, "n\\x9b  [node]\n└─ s = a\\nb  [string]\n");
+}
+
+TEST_F(Tool, NamesWhatItCannotOpen) {
+    const tRun noDocument = run("import " + path("no.xml") + " " + path("store.lvp"));
+    EXPECT_EQ(noDocument.status, 3);
+    EXPECT_NE(noDocument.err.find(path("no.xml") + ": No such file or directory"), std::string::npos) << noDocument.err;
+    EXPECT_FALSE(std::filesystem::exists(path("store.lvp"))) << "nothing is made for a document that is not there";
+
+    const tRun noStore = run("tree " + path("no.lvp"));
+    EXPECT_EQ(noStore.status, 3);
+    EXPECT_NE(noStore.err.find("no.lvp"), std::string::npos) << noStore.err;
+
+    const tRun noPath = run("tree " + imported("<root name=\"r\"/>") + " a.b");
+    EXPECT_EQ(noPath.status, 3);
+    EXPECT_NE(noPath.err.find("a.b"), std::string::npos) << noPath.err;
+}
+
+TEST_F(Tool, DoesNotImportOverAStoreThatHoldsData) {
+    const std::string store = imported("<root name=\"r\"/>");
+    const tRun again = run("import " + materials + " " + store);
+    EXPECT_EQ(again.status, 3);
+    EXPECT_NE(again.err.find(store), std::string::npos) << again.err;
+    EXPECT_EQ(run("tree " + store).out, "r  [root]\n");
+}
+
+TEST_F(Tool, TellsWrongUsage) {
+    EXPECT_EQ(run("").status, 2);
+    EXPECT_EQ(run("import onlyone").status, 2);
+    EXPECT_EQ(run("nonsense").status, 2);
+    EXPECT_EQ(run("--help").status, 0);
+    EXPECT_EQ(run("tree --help").status, 0);
+}
+
+}  // namespace

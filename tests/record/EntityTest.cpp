@@ -1,0 +1,171 @@
+// What all records of the tree have in common.
+#include "record/Entity.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "record/Container.h"
+#include "record/Locale.h"
+#include "record/Offsets.h"
+#include "record/Primitive.h"
+#include "record/Root.h"
+#include "record/Table.h"
+#include "tests/support/LoggingStore.h"
+#include "tests/support/RecordHelpers.h"
+#include "tests/support/StoreFixture.h"
+
+namespace {
+
+namespace Record = lumivard::platform::data::Record;
+namespace stored = lumivard::platform::test_support::stored;
+using lumivard::platform::test_support::hex;
+using lumivard::platform::test_support::LoggingStore;
+using lumivard::platform::test_support::makeRecord;
+using lumivard::platform::test_support::StoreTest;
+using lumivard::platform::test_support::wide;
+using Record::Entity;
+
+constexpr unsigned int BADOFF = Entity::BADOFF;
+
+class RecordEntity : public StoreTest {
+protected:
+    /// One new record of each of the four kinds, each with the name "n".
+    std::vector<unsigned int> oneOfEach() {
+        return {Record::Root(store(), L"n").offset(), Record::Primitive(store(), 12, L"n").offset(),
+                Record::Table(store(), L"n").offset(), Record::Container(store(), L"n").offset()};
+    }
+};
+LVP_ON_EACH_STORE(RecordEntity);
+
+TEST_P(RecordEntity, BeginsAloneUnusedAndWithoutFlags) {
+    for (const unsigned int offset : oneOfEach()) {
+        const Entity record(store(), offset);
+        EXPECT_EQ(record.parent(), BADOFF);
+        EXPECT_EQ(record.refs(), 0u);
+        EXPECT_EQ(record.locale(), BADOFF);
+        EXPECT_EQ(record.flags(), 0);
+        EXPECT_EQ(record.children(), BADOFF);
+        EXPECT_TRUE(record.whole());
+    }
+}
+
+TEST_P(RecordEntity, KeepsItsHeaderInTheFirst14Bytes) {
+    for (const unsigned int offset : oneOfEach()) {
+        const std::string before = hex(store(), offset);
+        Entity record(store(), offset);
+        record.parent(0x01020304);
+        record.refs(0x11121314);
+        record.locale(0x21222324);
+        record.flags(0x2A);
+        record.update(true);
+        EXPECT_EQ(hex(store(), offset), before.substr(0, 2) +
+                                            "04030201"
+                                            "14131211"
+                                            "24232221"
+                                            "2a" +
+                                            before.substr(28));
+    }
+}
+
+TEST_P(RecordEntity, GivesTheNameOfEachKind) {
+    for (const unsigned int offset : oneOfEach()) EXPECT_EQ(Entity(store(), offset).name(), L"n");
+}
+
+TEST_P(RecordEntity, HasNoNameForWhatIsNone) {
+    EXPECT_EQ(Entity(store(), Record::Offsets(store()).offset()).name(), L"");
+    EXPECT_EQ(Entity(store(), Record::Locale(store()).offset()).name(), L"");
+    EXPECT_EQ(Entity(store(), makeRecord(store(), "M" + std::string(100, 'x'))).name(), L"");
+    EXPECT_EQ(Entity(store(), BADOFF).name(), L"");
+}
+
+TEST_P(RecordEntity, HasChildrenUnlessItIsAPrimitive) {
+    for (const unsigned int offset : oneOfEach()) {
+        stored::putWord(store(), offset, 14, 99);
+        const Entity record(store(), offset);
+        EXPECT_EQ(record.children(), record.type() == Record::kPrimitive ? BADOFF : 99u);
+    }
+}
+
+TEST_P(RecordEntity, CountsAnObjectAndForgetsIt) {
+    for (const unsigned int offset : oneOfEach()) {
+        const std::string before = hex(store(), offset);
+        Entity(store(), offset).ref();
+        EXPECT_EQ(stored::refs(store(), offset), 1u);
+        Entity(store(), offset).ref();
+        EXPECT_EQ(stored::refs(store(), offset), 2u);
+        Entity(store(), offset).unref();
+        Entity(store(), offset).unref();
+        EXPECT_EQ(hex(store(), offset), before);
+    }
+}
+
+TEST_P(RecordEntity, WritesItsCountAsBookkeeping) {
+    const unsigned int offset = Record::Container(store(), L"n").offset();
+    LoggingStore log(*store());
+    Entity record(&log, offset);
+    record.ref();
+    record.unref();
+    const LoggingStore::Entry bookkeeping{LoggingStore::tCall::kUpdate, offset, 40, false};
+    EXPECT_THAT(log.updates(false), testing::ElementsAre(bookkeeping, bookkeeping));
+    EXPECT_TRUE(log.updates(true).empty());
+}
+
+TEST_P(RecordEntity, DoesNothingAtACountOfZero) {
+    const unsigned int offset = Record::Table(store(), L"n").offset();
+    Entity(store(), offset).unref();
+    EXPECT_EQ(stored::refs(store(), offset), 0xFFFFFFFFu);
+    Entity(store(), offset).ref();
+    EXPECT_EQ(stored::refs(store(), offset), 0u);
+}
+
+TEST_P(RecordEntity, CountsNothingOnARecordThatIsNotThere) {
+    LoggingStore log(*store());
+    for (const unsigned int offset : {BADOFF, 77u}) {
+        Entity(&log, offset).ref();
+        Entity(&log, offset).unref();
+    }
+    EXPECT_EQ(log.count(LoggingStore::tCall::kUpdate), 0u);
+    EXPECT_EQ(log.count(LoggingStore::tCall::kCreate), 0u);
+}
+
+TEST_P(RecordEntity, ReadsFieldsThatTheRecordIsTooShortForAsAbsent) {
+    for (unsigned int size = 0; size <= 18; ++size) {
+        const Entity record(store(), makeRecord(store(), ("\2" + std::string(17, '\1')).substr(0, size)));
+        EXPECT_EQ(record.whole(), size >= 14) << size;
+        EXPECT_EQ(record.parent(), size >= 5 ? 0x01010101 : BADOFF) << size;
+        EXPECT_EQ(record.refs(), size >= 9 ? 0x01010101u : 0u) << size;
+        EXPECT_EQ(record.locale(), size >= 13 ? 0x01010101 : BADOFF) << size;
+        EXPECT_EQ(record.flags(), size >= 14 ? 1 : 0) << size;
+        EXPECT_EQ(record.children(), size >= 18 ? 0x01010101 : BADOFF) << size;
+    }
+}
+
+TEST_P(RecordEntity, ChangesNoFieldThatTheRecordIsTooShortFor) {
+    for (unsigned int size = 1; size < 5; ++size) {
+        const std::string bytes = std::string("\2xxx").substr(0, size);
+        Entity record(store(), makeRecord(store(), bytes));
+        record.parent(0);
+        record.refs(0);
+        record.locale(0);
+        record.flags(0);
+        record.children(0);
+        record.update(true);
+        EXPECT_EQ(stored::bytes(store(), record.offset()), bytes);
+    }
+}
+
+TEST_P(RecordEntity, HasNoNameBeyondItsEndWhateverItsKindAndLength) {
+    for (const char kind : {'\0', '\1', '\2', '\4'}) {
+        for (unsigned int size = 1; size <= 60; ++size) {
+            // Every field that is there claims all it can.
+            const std::string bytes = kind + std::string(size - 1, '\xFF');
+            const std::wstring name = Entity(store(), makeRecord(store(), bytes)).name();
+            EXPECT_LE(name.size() * sizeof(wchar_t), size) << size;
+        }
+    }
+}
+
+}  // namespace

@@ -1,0 +1,298 @@
+// Files that are no store, or not one that can be used here, are refused by a sentence and left as they are.
+#include <array>
+#include <cstring>
+#include <filesystem>
+#include <functional>
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "lumivard/platform/stores.h"
+#include "stores/engine/EngineError.h"
+#include "stores/lmdb/Environment.h"
+#include "stores/lmdb/HeaderFormat.h"
+#include "stores/lmdb/LmdbEngine.h"
+#include "stores/lmdb/NetworkFileSystem.h"
+#include "tests/stores/ChildProcess.h"
+#include "tests/stores/Records.h"
+#include "tests/support/TemporaryFolder.h"
+
+namespace lumivard::platform::stores {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::HasSubstr;
+
+class FileRefusal : public testing::Test {
+protected:
+    fs::path path() const { return folder / "a.lvp"; }
+
+    /// Both modes refuse the file with this reason, and neither changes it.
+    void expectRefused(const std::string& reason) {
+        const std::string before = bytesOf(path());
+        for (const tMode mode : {tMode::kRead, tMode::kWrite}) {
+            EXPECT_EQ(messageOf<StoreError>([&] { file(path(), mode); }), sentence(reason));
+        }
+        EXPECT_TRUE(bytesOf(path()) == before);
+    }
+
+    std::string sentence(const std::string& reason) const {
+        return "Cannot open the store \"" + path().string() + "\": " + reason + ".";
+    }
+
+    /// Runs `change` in a transaction on the database of the file, past all rules.
+    void tamper(const std::function<void(MDB_txn*, MDB_dbi)>& change, unsigned int flags = 0) {
+        const auto environment = lmdb::openEnvironment(path(), MDB_NOLOCK, 1 << 20);
+        auto transaction = lmdb::begin(environment, 0);
+        MDB_dbi database = 0;
+        lmdb::check(mdb_dbi_open(transaction.get(), nullptr, flags, &database));
+        change(transaction.get(), database);
+        lmdb::check(lmdb::commit(std::move(transaction)));
+    }
+
+    /// Puts a value at the header's key, made from the sound one by `change`.
+    void tamperHeader(const std::function<void(std::string&)>& change) {
+        file(path(), tMode::kWrite).reset();
+        const auto sound = header::encode({});
+        std::string value(reinterpret_cast<const char*>(sound.data()), sound.size());
+        change(value);
+        tamper([&](MDB_txn* transaction, MDB_dbi database) {
+            std::uint64_t key = header::kKey;
+            MDB_val keyBytes{sizeof key, &key};
+            MDB_val bytes{value.size(), value.data()};
+            lmdb::check(mdb_put(transaction, database, &keyBytes, &bytes, 0));
+        });
+    }
+
+    TemporaryFolder folder;
+};
+
+void setNumber(std::string& value, std::size_t at, std::uint32_t number) {
+    std::memcpy(value.data() + at, &number, sizeof number);
+}
+
+// --- Names
+
+TEST_F(FileRefusal, AMissingFileIsRefusedForReadingAndNotCreated) {
+    EXPECT_EQ(messageOf<StoreError>([&] { file(path(), tMode::kRead); }), sentence("there is no such file"));
+    EXPECT_EQ(folder.entries(), 0);
+}
+
+TEST_F(FileRefusal, AMissingFolderIsRefused) {
+    const fs::path name = folder / "missing/a.lvp";
+    for (const tMode mode : {tMode::kRead, tMode::kWrite}) {
+        EXPECT_THAT(messageOf<StoreError>([&] { file(name, mode); }),
+                    HasSubstr("its folder cannot be entered: No such file or directory"));
+    }
+}
+
+TEST_F(FileRefusal, AFolderIsRefused) {
+    fs::create_directory(path());
+    for (const tMode mode : {tMode::kRead, tMode::kWrite}) {
+        EXPECT_EQ(messageOf<StoreError>([&] { file(path(), mode); }), sentence("it is not a regular file"));
+    }
+}
+
+TEST_F(FileRefusal, APipeIsRefusedWithoutWaitingForItsOtherEnd) {
+    ASSERT_EQ(::mkfifo(path().c_str(), 0600), 0);
+    for (const tMode mode : {tMode::kRead, tMode::kWrite}) {
+        EXPECT_EQ(messageOf<StoreError>([&] { file(path(), mode); }), sentence("it is not a regular file"));
+    }
+}
+
+TEST_F(FileRefusal, ALinkThatLeadsNowhereIsRefused) {
+    fs::create_symlink("missing.lvp", path());
+    for (const tMode mode : {tMode::kRead, tMode::kWrite}) {
+        EXPECT_EQ(messageOf<StoreError>([&] { file(path(), mode); }),
+                  sentence("it is a symbolic link that leads nowhere"));
+    }
+    EXPECT_EQ(folder.entries(), 1);
+}
+
+TEST_F(FileRefusal, AFileWithASecondNameIsRefused) {
+    file(path(), tMode::kWrite).reset();
+    fs::create_hard_link(path(), folder / "b.lvp");
+    EXPECT_THAT(messageOf<StoreError>([&] { file(path(), tMode::kRead); }), HasSubstr("several names (hard links)"));
+    fs::remove(folder / "b.lvp");
+    EXPECT_NO_THROW(file(path(), tMode::kRead));
+}
+
+TEST_F(FileRefusal, ANameWithoutFileIsRefused) {
+    EXPECT_THAT(messageOf<StoreError>([&] { file(folder / "missing/", tMode::kWrite); }),
+                HasSubstr("that is not the name of a file"));
+}
+
+TEST_F(FileRefusal, ControlCharactersOfANameAreShownEscaped) {
+    EXPECT_THAT(messageOf<StoreError>([&] { file(folder / "red\x1B[31m\n\x7F", tMode::kRead); }),
+                HasSubstr("red\\x1B[31m\\x0A\\x7F\""));
+}
+
+TEST_F(FileRefusal, OfAVeryLongNameTheEndIsShown) {
+    const std::string name = std::string(100, 'x') + std::string(98, 'y') + "é.lvp";
+    const std::string message = messageOf<StoreError>([&] { file(folder / name, tMode::kRead); });
+    EXPECT_THAT(message, HasSubstr("the store \"..." + std::string(96, 'x')));
+    EXPECT_THAT(message, HasSubstr(std::string(98, 'y') + "é.lvp\""));
+}
+
+TEST_F(FileRefusal, ANameIsNeverCutInsideACharacter) {
+    std::string name = "a";
+    for (int i = 0; i < 110; ++i) name += "é";
+    const std::string message = messageOf<StoreError>([&] { file(folder / name, tMode::kRead); });
+    EXPECT_THAT(message, HasSubstr("the store \"...é"));
+}
+
+// --- Contents
+
+TEST_F(FileRefusal, AnEmptyFileIsRefused) {
+    folder.file("a.lvp", "");
+    expectRefused("the file is empty, which no store file is");
+}
+
+TEST_F(FileRefusal, AStoreFileCutToNothingIsRefused) {
+    create(*file(path(), tMode::kWrite), "a");
+    fs::resize_file(path(), 0);
+    expectRefused("the file is empty, which no store file is");
+}
+
+TEST_F(FileRefusal, AStoreFileCutToItsFirstPageIsRefused) {
+    create(*file(path(), tMode::kWrite), "a");
+    fs::resize_file(path(), 4096);
+    expectRefused("it is not a store file, or it is damaged");
+}
+
+TEST_F(FileRefusal, OtherFilesAreRefusedWhateverTheirLength) {
+    for (const std::size_t length : {1UL, 100UL, 4096UL, 100000UL}) {
+        folder.file("a.lvp", std::string(length, '#'));
+        expectRefused("it is not a store file, or it is damaged");
+        folder.file("a.lvp", std::string(length, '\0'));
+        expectRefused("it is not a store file, or it is damaged");
+    }
+}
+
+TEST_F(FileRefusal, ADatabaseOfAnotherProgramIsRefused) {
+    tamper([](MDB_txn* transaction, MDB_dbi database) {
+        std::string key = "key";
+        MDB_val bytes{key.size(), key.data()};
+        lmdb::check(mdb_put(transaction, database, &bytes, &bytes, 0));
+    });
+    expectRefused("it is a database of another program");
+}
+
+TEST_F(FileRefusal, ADatabaseWithNumbersForKeysButNoHeaderIsRefused) {
+    tamper(
+        [](MDB_txn* transaction, MDB_dbi database) {
+            std::uint64_t key = 0;
+            MDB_val bytes{sizeof key, &key};
+            lmdb::check(mdb_put(transaction, database, &bytes, &bytes, 0));
+        },
+        MDB_INTEGERKEY);
+    expectRefused("it is a database of another program");
+}
+
+TEST_F(FileRefusal, ADatabaseThatLostItsOrderOfKeysIsRefused) {
+    tamper([](MDB_txn* transaction, MDB_dbi database) {
+        std::uint64_t key = header::kKey;
+        auto value = header::encode({});
+        MDB_val keyBytes{sizeof key, &key};
+        MDB_val bytes{value.size(), value.data()};
+        lmdb::check(mdb_put(transaction, database, &keyBytes, &bytes, 0));
+    });
+    expectRefused("it is a database of another program");
+}
+
+TEST_F(FileRefusal, AHeaderWithoutTheMagicIsRefused) {
+    tamperHeader([](std::string& value) { value[0] = 'X'; });
+    expectRefused("it is a database of another program");
+}
+
+TEST_F(FileRefusal, AHeaderTooShortForItsMagicIsRefused) {
+    for (const std::size_t length : {0UL, 7UL, 15UL}) {
+        fs::remove(path());
+        tamperHeader([&](std::string& value) { value.resize(length); });
+        expectRefused("it is a database of another program");
+    }
+}
+
+TEST_F(FileRefusal, AnotherByteOrderIsRefusedByName) {
+    tamperHeader([](std::string& value) { setNumber(value, header::kByteOrderAt, 0x04030201); });
+    expectRefused("it was written on a machine with another byte order");
+}
+
+TEST_F(FileRefusal, ANewerFormatIsRefusedByNameWhateverFollows) {
+    tamperHeader([](std::string& value) {
+        setNumber(value, header::kFormatAt, 2);
+        value.resize(100, '\xFF');
+    });
+    expectRefused("its format 2 is newer than format 1, the last that this version can read");
+}
+
+TEST_F(FileRefusal, AnotherWidthOfWideCharactersIsRefused) {
+    tamperHeader([](std::string& value) { setNumber(value, header::kWideAt, 2); });
+    expectRefused("it was written on a machine with another width of wide characters");
+}
+
+TEST_F(FileRefusal, ADamagedHeaderIsRefused) {
+    const std::array<std::function<void(std::string&)>, 4> damages = {
+        [](std::string& value) { setNumber(value, header::kFormatAt, 0); },
+        [](std::string& value) { value.resize(31); },
+        [](std::string& value) { value.push_back('\0'); },
+        [](std::string& value) { setNumber(value, header::kExtentAt + 4, 1); },
+    };
+    for (const auto& damage : damages) {
+        fs::remove(path());
+        tamperHeader(damage);
+        expectRefused("its header is damaged");
+    }
+}
+
+// --- Places
+
+TEST(NetworkFileSystem, IsKnownByTheNumbersOfTheSystem) {
+    EXPECT_STREQ(networkFileSystem(0x6969), "NFS");
+    EXPECT_STREQ(networkFileSystem(0x517B), "SMB");
+    EXPECT_STREQ(networkFileSystem(static_cast<long>(0xFF534D42)), "CIFS");
+    EXPECT_STREQ(networkFileSystem(static_cast<int>(0xFE534D42)), "SMB2");
+    EXPECT_EQ(networkFileSystem(0xEF53), nullptr);      // ext4
+    EXPECT_EQ(networkFileSystem(0x01021994), nullptr);  // tmpfs
+}
+
+TEST_F(FileRefusal, ANetworkFileSystemIsRefusedAndNothingIsCreatedThere) {
+    const LmdbEngine::Settings settings{.mapSize = 0, .fileSystem = 0x6969};
+    const std::string reason =
+        "it lies on a network file system (NFS), where locks and mapped files cannot be relied upon";
+    EXPECT_EQ(messageOf<EngineError>([&] { LmdbEngine(path(), tMode::kWrite, settings); }), reason);
+    EXPECT_EQ(folder.entries(), 0);
+    file(path(), tMode::kWrite).reset();
+    EXPECT_EQ(messageOf<EngineError>([&] { LmdbEngine(path(), tMode::kWrite, settings); }), reason);
+    EXPECT_EQ(messageOf<EngineError>([&] { LmdbEngine(path(), tMode::kRead, settings); }), reason);
+}
+
+/// The message of opening the file with the rights of anybody, as a child process tells it by its exit status.
+bool refusedForOthers(const fs::path& path, tMode mode, const std::string& expected) {
+    constexpr uid_t kNobody = 65534;
+    ChildProcess child([&](const ChildProcess::Line&) {
+        if (::geteuid() == 0 && ::setuid(kNobody) != 0) return 2;
+        return messageOf<StoreError>([&] { file(path, mode); }) == expected ? 0 : 1;
+    });
+    return child.wait() == 0;
+}
+
+TEST_F(FileRefusal, AFolderThatMayNotBeWrittenIsRefused) {
+    fs::permissions(folder / "", static_cast<fs::perms>(0555));
+    EXPECT_TRUE(refusedForOthers(path(), tMode::kWrite, sentence("it could not be created: Permission denied")));
+    fs::permissions(folder / "", fs::perms::owner_all);
+}
+
+TEST_F(FileRefusal, AFileThatMayNotBeWrittenIsRefusedForWriting) {
+    file(path(), tMode::kWrite).reset();
+    fs::permissions(folder / "", static_cast<fs::perms>(0555));
+    fs::permissions(path(), static_cast<fs::perms>(0444));
+    EXPECT_TRUE(refusedForOthers(path(), tMode::kWrite, sentence("Permission denied")));
+    fs::permissions(folder / "", fs::perms::owner_all);
+}
+
+}  // namespace
+}  // namespace lumivard::platform::stores

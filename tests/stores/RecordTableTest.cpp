@@ -1,0 +1,45 @@
+#include "stores/core/RecordTable.h"
+
+#include <gtest/gtest.h>
+
+namespace lumivard::platform::stores {
+namespace {
+
+TEST(RecordTable, ANewSlotIsAway) {
+    RecordTable table;
+    EXPECT_EQ(table.at(5).place, RecordSlot::tPlace::kAway);
+    EXPECT_EQ(table.at(5).bytes.size(), 0U);
+}
+
+TEST(RecordTable, SlotsNeverMoveSoThatNoWritePaysForThoseBefore) {
+    RecordTable table;
+    const RecordSlot* const first = &table.at(0);
+    const RecordSlot* const last = &table.at(1023);
+    for (unsigned int offset = 1024; offset < 200000; ++offset) table.at(offset);
+    EXPECT_EQ(&table.at(0), first);
+    EXPECT_EQ(&table.at(1023), last);
+}
+
+TEST(RecordTable, TheHighestOffsetHasASlot) {
+    RecordTable table;
+    table.at(0xFFFFFFFE).bytes.assign("x", 1);
+    EXPECT_EQ(table.at(0xFFFFFFFE).bytes.size(), 1U);
+    EXPECT_EQ(table.at(0xFFFFFFFD).bytes.size(), 0U);
+}
+
+TEST(RecordTable, AForgottenOffsetIsAsBefore) {
+    RecordTable table;
+    RecordSlot& slot = table.at(7);
+    slot.bytes.assign("x", 1);
+    slot.place = RecordSlot::tPlace::kHere;
+    slot.changed = slot.counted = true;
+    table.forget(7);
+    EXPECT_EQ(table.at(7).place, RecordSlot::tPlace::kAway);
+    EXPECT_EQ(table.at(7).bytes.size(), 0U);
+    EXPECT_FALSE(table.at(7).changed);
+    EXPECT_FALSE(table.at(7).counted);
+    table.forget(5000000);
+}
+
+}  // namespace
+}  // namespace lumivard::platform::stores

@@ -1,0 +1,61 @@
+#include "tools/Files.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <system_error>
+
+#include "lumivard/platform/core/io/FileReader.h"
+#include "lumivard/platform/stores.h"
+#include "tools/ExitStatus.h"
+
+namespace lvp::tool {
+
+namespace stores = lumivard::platform::stores;
+
+namespace {
+
+std::unique_ptr<IDataStore> openStore(const std::string& store, stores::tMode mode) {
+    try {
+        return stores::open(store, mode);
+    } catch (const stores::StoreError& error) {
+        throw Failure(kCannotOpen, error.what());
+    }
+}
+
+[[noreturn]] void cannotWrite() {
+    throw std::system_error(errno, std::generic_category(), "standard output");
+}
+
+}  // namespace
+
+std::unique_ptr<IDataStore> openToRead(const std::string& store) {
+    return openStore(store, stores::tMode::kRead);
+}
+
+std::unique_ptr<IDataStore> openToWrite(const std::string& store) {
+    return openStore(store, stores::tMode::kWrite);
+}
+
+void requireReadable(const std::string& document) {
+    lumivard::platform::core::io::FileReader reader(document);
+    errno = 0;
+    if (!reader.open()) {
+        throw Failure(kCannotOpen,
+                      "cannot read the document " + document + ": " + std::generic_category().message(errno));
+    }
+    reader.close();
+}
+
+void requireSetUp(IDataStore& store, const std::string& name) {
+    if (store.extent() == 0) throw Failure(kCannotOpen, "the store " + name + " is empty");
+}
+
+void StandardOutput::write(const void* data, unsigned long size) {
+    if (std::fwrite(data, 1, size, stdout) != size) cannotWrite();
+}
+
+void StandardOutput::close() {
+    if (std::fflush(stdout) != 0) cannotWrite();
+}
+
+}  // namespace lvp::tool
