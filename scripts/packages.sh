@@ -4,6 +4,7 @@
 build_packages=(ca-certificates cmake g++ git libcli11-dev libexpat1-dev liblmdb-dev libsparsehash-dev libtbb-dev
     libutfcpp-dev ninja-build pkg-config)
 test_packages=(libbenchmark-dev libgmock-dev libgtest-dev librapidcheck-dev)
+sanitizer_packages=(clang-14 libclang-rt-14-dev)
 
 install_packages() {
     local missing=()

@@ -8,6 +8,7 @@ source scripts/packages.sh
 
 preset=${1:-dev}
 install_packages "${build_packages[@]}" "${test_packages[@]}"
+[ "$preset" != asan-ubsan ] || install_packages "${sanitizer_packages[@]}"
 cmake --preset "$preset"
 cmake --build --preset "$preset"
 ctest --preset "$preset"

@@ -175,6 +175,7 @@ TEST_P(CleanupOfASet, ErasesTheChildrenAndTheListAndLeavesTheField) {
     for (const unsigned int offset : {c, p, list}) EXPECT_FALSE(there(offset));
     EXPECT_EQ(root.items(), 0u);
     EXPECT_EQ(root.at(0), BADOFF);
+    EXPECT_EQ(root.Set::duplicate(other(), 0), BADOFF) << "there is no list any more";
     EXPECT_EQ(children(_root), list) << "the field is for clear to empty";
 }
 

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "record/Container.h"
+#include "tests/support/LoggingStore.h"
 #include "tests/support/RecordHelpers.h"
 #include "tests/support/StoreFixture.h"
 #include "tests/support/TreeHelpers.h"
@@ -18,6 +19,7 @@ namespace tree = lumivard::platform::test_support::tree;
 using data::Structural::Container;
 using lumivard::platform::test_support::hex;
 using lumivard::platform::test_support::hexText;
+using lumivard::platform::test_support::LoggingStore;
 using lumivard::platform::test_support::StoreTest;
 using lumivard::platform::test_support::wide;
 using tree::IContainer;
@@ -54,6 +56,13 @@ TEST_P(StructuralContainer, IsStoredLikeThis) {
               "00000000"
               "00" +  // lengths, padding
                   hexText(L"c"));
+}
+
+TEST_P(StructuralContainer, WritesItsTypeAsAChangeAndItsCountAsBookkeeping) {
+    LoggingStore log(*store());
+    const Container item(&log, IContainer::kLink, L"c");
+    EXPECT_EQ(log.updates(true).size(), 1u);
+    EXPECT_EQ(log.updates(false).size(), 1u);
 }
 
 TEST_P(StructuralContainer, KeepsAnyType) {

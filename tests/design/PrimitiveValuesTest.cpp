@@ -214,8 +214,8 @@ TEST_P(Values, SharedByTwoObjectsAreCountedAsEachFoundThem) {
     EXPECT_EQ(second.dimension(), 4u);
     EXPECT_TRUE(set(first, {9}, 1));
     EXPECT_THAT(reopened(), ElementsAre(1, 9, 3, 4)) << "inside what the first object knows";
-    EXPECT_TRUE(set(first, {8}, 2));
-    EXPECT_THAT(reopened(), ElementsAre(1, 9, 8)) << "past what the first object knows";
+    EXPECT_TRUE(set(first, {8}, 3));
+    EXPECT_THAT(reopened(), ElementsAre(1, 9, 0, 8)) << "past what the first object knows";
 }
 
 TEST_P(Values, ThatAreGoneMeanwhileAreNeitherReadNorOverwritten) {

@@ -259,14 +259,14 @@ TEST_P(RemovingALocale, MakesTheLaterTextOfTheLastLocaleGoNowhere) {
 }
 
 TEST_P(RemovingALocale, MakesALaterRemovalTakeTheNextLocale) {
-    give({{L"en", L"x"}, {L"de", L"y"}, {L"fr", L"z"}});
+    give({{L"first-locale", L"x"}, {L"second-locale", L"y"}, {L"third-locale", L"z"}});
     {
         Container item(store(), _offset, false);
-        item.localize(nullptr, L"en");
-        EXPECT_EQ(item.localize(nullptr, L"de"), 1u);
-        EXPECT_EQ(item.localize(L"fr"), 2u) << "its entry is gone, its index is not";
+        item.localize(nullptr, L"first-locale");
+        EXPECT_EQ(item.localize(nullptr, L"second-locale"), 1u);
+        EXPECT_EQ(item.localize(L"third-locale"), 2u) << "its entry is gone, its index is not";
     }
-    EXPECT_THAT(reopened(), ElementsAre(Pair(L"de", L"y")));
+    EXPECT_THAT(reopened(), ElementsAre(Pair(L"second-locale", L"y")));
 }
 
 TEST_P(RemovingALocale, IsForgottenByTheNextObject) {

@@ -163,6 +163,19 @@ TEST_F(FileRefusal, AStoreFileCutToItsFirstPageIsRefused) {
     expectRefused("it is not a store file, or it is damaged");
 }
 
+TEST_F(FileRefusal, AFileThatClaimsMorePagesThanCanBeIsRefused) {
+    constexpr std::size_t kPage = 4096;
+    constexpr std::size_t kLastPageAt = 136;  // in each of the two meta pages
+    constexpr std::uint64_t kClaimed = 1ULL << 52;
+    create(*file(path(), tMode::kWrite), "a");
+    std::string bytes = bytesOf(path());
+    for (const std::size_t page : {std::size_t{0}, kPage}) {
+        std::memcpy(bytes.data() + page + kLastPageAt, &kClaimed, sizeof kClaimed);
+    }
+    folder.file("a.lvp", bytes);
+    expectRefused("it is damaged");
+}
+
 TEST_F(FileRefusal, OtherFilesAreRefusedWhateverTheirLength) {
     for (const std::size_t length : {1UL, 100UL, 4096UL, 100000UL}) {
         folder.file("a.lvp", std::string(length, '#'));

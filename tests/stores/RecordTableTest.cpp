@@ -27,6 +27,14 @@ TEST(RecordTable, TheHighestOffsetHasASlot) {
     EXPECT_EQ(table.at(0xFFFFFFFD).bytes.size(), 0U);
 }
 
+TEST(RecordTable, ALookForAnOffsetMakesNoSlot) {
+    RecordTable table;
+    EXPECT_EQ(table.find(5), nullptr);
+    EXPECT_EQ(table.find(0xFFFFFFFE), nullptr);
+    RecordSlot& slot = table.at(5);
+    EXPECT_EQ(table.find(5), &slot);
+}
+
 TEST(RecordTable, AForgottenOffsetIsAsBefore) {
     RecordTable table;
     RecordSlot& slot = table.at(7);

@@ -194,6 +194,13 @@ TEST_P(Struct, GivesNoTokenAndNoBytesToAFieldWithoutElements) {
     EXPECT_EQ(bytes(), packed(1, std::int8_t{2}, 3, std::int8_t{4}));
 }
 
+TEST_P(Struct, PassesOverTheBytesOfAFieldWithoutElements) {
+    locator[L"S"].add(metadata::kInt32).addOfSize(metadata::kString, 0, 8).add(metadata::kInt32);
+    const std::string document = "<struct name=\"p\" type=\"S\">1 2 3 4</struct>";
+    EXPECT_EQ(writtenAgain(document), document);
+    EXPECT_EQ(bytes(), packed(1, 0LL, 2, 3, 0LL, 4)) << "each field lies where the layout says";
+}
+
 TEST_P(Struct, WithALayoutOfNothingHasNoValue) {
     locator[L"None"];
     locator[L"Empty"].add(metadata::kInt8, 0);

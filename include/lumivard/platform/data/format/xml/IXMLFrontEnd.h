@@ -24,8 +24,9 @@ namespace lumivard::platform::data::format::xml {
 /// no reference: readers and writers are the caller's.
 ///
 /// Threads: several documents may be read and written at once, over different stores. No operation takes a store's
-/// guard: who shares the store holds it for the whole call. Time grows with the document, memory with its depth and its
-/// longest text, and there is no limit to either but the memory.
+/// guard: who shares the store holds it for the whole call. Time grows with the document, memory with its depth, its
+/// longest text and the values that it makes; a `dim` asks for its number of elements whatever stands in the document,
+/// up to 4 GB. There is no limit but the memory: look at documents of strangers before.
 class LVP_EXPORT IXMLFrontEnd {
 public:
     /// Hears what is wrong with a document. The caller implements it; it is called on the thread of `parse`, while that
@@ -35,8 +36,8 @@ public:
         virtual ~IErrorReporter() = default;
 
         /// An element could not be taken: the name of the element, " : ", and the fault, on one line without a line
-        /// end. The element is left out with all that it holds, and the reading goes on. A record that was made for it
-        /// stays in the store, with nothing that refers to it.
+        /// end. The element is left out with all that it holds, but for its text, which may join the value around it,
+        /// and the reading goes on. A record that was made for it stays in the store, with nothing that refers to it.
         virtual void report(const WideString& message) = 0;
 
         /// Comes right before each `report`: where the element begins, the line and the column from 1, the column in
@@ -59,7 +60,8 @@ public:
     /// elements are refused. `resolver` is not used. None of them is owned.
     ///
     /// An exception while reading, whoever throws it, ends the reading, is told to `malformed`, and goes no further: a
-    /// caller without a reporter does not learn of it. What `flush` throws passes through.
+    /// caller without a reporter does not learn of it. What `flush` throws passes through, and so does what the
+    /// reader's `open` throws, with nothing flushed.
     static void parse(IDataStore* store, core::io::IDataReader* reader, metadata::ISchemaLocator* locator,
                       metadata::IURIResolver* resolver, IErrorReporter* reporter);
 
@@ -81,7 +83,8 @@ public:
     /// and so the whole store. What is hidden is left out. Where there is nothing to write at the offset, the document
     /// has a declaration and no element.
     ///
-    /// `writer` is opened here, written to and closed, and not owned; that `open` gives false is not looked at.
+    /// `writer` is opened here, written to and closed, and not owned; that `open` gives false is not looked at: try
+    /// it before to learn the cause.
     /// `locator` finds the layouts of structs; with null, structs go out without a value. Real numbers go out with 7
     /// digits.
     ///
