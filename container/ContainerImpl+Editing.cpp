@@ -7,10 +7,12 @@
 #include "property/Facades.h"
 #include "record/Base.h"
 #include "record/Guard.h"
+#include "schema/SchemaImpl.h"
 
 namespace lumivard::platform::data {
 
 using Record::Guard;
+using Schema::SchemaImpl;
 
 bool ContainerImpl::destroy(WideString name) {
     const Guard guard(store());
@@ -26,7 +28,7 @@ bool ContainerImpl::rename(WideString name) {
 
 SharedPtr<structure::IContainer> ContainerImpl::create(tType type, WideString name, metadata::ISchema* schema) {
     const Guard guard(store());
-    if (schema || !isFree(name)) return {};
+    if (!isFree(name) || SchemaImpl::isForeign(schema)) return {};
     unsigned int offset;
     {
         const Structural::Container made(store(), type, name.value());
@@ -34,6 +36,7 @@ SharedPtr<structure::IContainer> ContainerImpl::create(tType type, WideString na
         _container->add(offset);
     }
     auto child = std::make_unique<Structural::Container>(store(), offset, false);
+    if (schema) child->inherit(schema);
     // A new node comes without its role side; the same node has it when it is asked for by name.
     if (type == kNode) return plainFacade(std::move(child));
     return typedFacade(std::move(child));
@@ -53,14 +56,14 @@ SharedPtr<metadata::IPrimitive> ContainerImpl::create(WideString name, metadata:
 
 SharedPtr<metadata::ITable> ContainerImpl::create(WideString name, metadata::ISchema* schema) {
     const Guard guard(store());
-    if (schema || !isFree(name)) return {};
+    if (!isFree(name) || SchemaImpl::isForeign(schema)) return {};
     unsigned int offset;
     {
         const Design::Table made(store(), name.value());
         offset = made.offset();
         _container->add(offset);
     }
-    return DesignTableImpl::open(store(), offset);
+    return DesignTableImpl::open(store(), offset, schema);
 }
 
 SharedPtr<metadata::IProperty> ContainerImpl::property(WideString name) {
@@ -68,12 +71,29 @@ SharedPtr<metadata::IProperty> ContainerImpl::property(WideString name) {
     return openProperty(store(), _container->lookup(name.value()));
 }
 
-bool ContainerImpl::validates(metadata::ISchema*, bool) {
-    return false;
+bool ContainerImpl::validates(metadata::ISchema* schema, bool quick) {
+    const auto* ours = SchemaImpl::of(schema);
+    const Guard guard(store());
+    return ours && ours->validates(*_container, _container->base(), quick);
 }
 
-bool ContainerImpl::validates(WideString, metadata::ISchema*, bool) {
-    return false;
+bool ContainerImpl::validates(WideString name, metadata::ISchema* schema, bool quick) {
+    const auto* ours = SchemaImpl::of(schema);
+    const Guard guard(store());
+    const unsigned int offset = _container->lookup(name.value());
+    if (!ours) return false;
+    switch (Record::peek(store(), offset)) {
+        case Record::kContainer: {
+            const Structural::Container child(store(), offset, true);
+            return ours->validates(child, child.base(), quick);
+        }
+        case Record::kTable: {
+            const Design::Table child(store(), offset, true);
+            return ours->validates(child, child.base(), quick);
+        }
+        default:
+            return false;
+    }
 }
 
 bool ContainerImpl::isFree(const WideString& name) const {

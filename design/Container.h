@@ -6,6 +6,10 @@
 #include "lumivard/platform/data/structure/IContainer.h"
 #include "metadata/Set.h"
 
+namespace lumivard::platform::data::metadata {
+class ISchema;
+}
+
 namespace lumivard::platform::data::Structural {
 
 using core::storage::datastore::IDataStore;
@@ -30,6 +34,11 @@ public:
 
     /// The schemas, joined by ";"; null when there are none.
     const wchar_t* base() const { return _base.empty() ? nullptr : _base.c_str(); }
+
+    /// Adds the names of a schema to the base list, and takes in hidden copies of the schema's items, but for those
+    /// whose names are taken, under the guard of the schema's store. False, with nothing changed, for null and for an object that no locator of ours made.
+    /// Defined in schema/Inherit.cpp.
+    bool inherit(metadata::ISchema* schema);
 
     /// The type when the object was opened.
     tType type() const { return _type; }

@@ -74,8 +74,7 @@ unsigned int Primitive::stride(metadata::tValue kind) {
 }
 
 unsigned int Primitive::dimension() const {
-    const unsigned int size = stride(_valuetype);
-    return _external || size == 0 ? 0 : _valuesize / size;
+    return _external ? 0 : Design::dimension(_valuetype, _valuesize);
 }
 
 void Primitive::valuelocale(const wchar_t* locale) {

@@ -14,4 +14,9 @@ constexpr unsigned int stride(metadata::tValue kind) {
     return kind <= metadata::kStruct ? kpIntegralSizes[kind] : 0;
 }
 
+/// The number of elements of a kind in so many bytes; 0 for a number that is no kind.
+constexpr unsigned int dimension(metadata::tValue kind, unsigned int bytes) {
+    return stride(kind) == 0 ? 0 : bytes / stride(kind);
+}
+
 }  // namespace lumivard::platform::data::Design

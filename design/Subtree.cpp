@@ -97,8 +97,7 @@ private:
     };
 
     void copyEntry(tLevel& level, unsigned int offset) {
-        const Record::tType kind = Record::peek(_store, offset);
-        if (kind != Record::kPrimitive && kind != Record::kTable && kind != Record::kContainer) {
+        if (!Record::isChild(Record::peek(_store, offset))) {
             level.copies.push_back(offset);
             return;
         }
@@ -165,6 +164,38 @@ unsigned int clone(IDataStore* store, unsigned int record, const tOwned& owned, 
     const unsigned int copied = cloning.copyRecord(source, owned, source.parent());
     cloning.run();
     return copied;
+}
+
+unsigned int clone(IDataStore* store, unsigned int record, IDataStore* target) {
+    return clone(store, record, ownedBy(Record::Entity(store, record)), target);
+}
+
+void on(IDataStore* store, unsigned int record, unsigned char bits) {
+    struct tLevel {
+        unsigned int offset;
+        std::vector<unsigned int> entries;
+        std::size_t next;
+    };
+    std::vector<tLevel> levels;
+    std::unordered_set<unsigned int> seen;
+    const auto enter = [&](unsigned int offset) {
+        const Record::Entity entity(store, offset);
+        if (!entity.whole() || !Record::isChild(entity.type()) || !seen.insert(offset).second) return;
+        const unsigned int list = entity.children();
+        levels.push_back({offset, list == BADOFF ? std::vector<unsigned int>() : Record::Offsets(store, list).get(), 0});
+    };
+    enter(record);
+    while (!levels.empty()) {
+        tLevel& level = levels.back();
+        if (level.next < level.entries.size()) {
+            enter(level.entries[level.next++]);
+            continue;
+        }
+        Record::Entity entity(store, level.offset);
+        entity.flags(static_cast<unsigned char>(entity.flags() | bits));
+        entity.update(true);
+        levels.pop_back();
+    }
 }
 
 unsigned int duplicate(IDataStore* store, unsigned int list, IDataStore* target, unsigned int parent) {

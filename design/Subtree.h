@@ -29,6 +29,12 @@ struct tOwned {
 /// opened, and what it was given since. The copy counts no object; its `parent` still is the source's number.
 unsigned int clone(IDataStore* store, unsigned int record, const tOwned& owned, IDataStore* target);
 
+/// The same for a record that nobody needs to open: what it owns is what it says in the store.
+unsigned int clone(IDataStore* store, unsigned int record, IDataStore* target);
+
+/// Sets flag bits in a record and in everything below it, children before their owners; none but the three kinds.
+void on(IDataStore* store, unsigned int record, unsigned char bits);
+
 /// Copies the records of a list, with everything below them, below `parent` in `target`, and returns the offset of the
 /// new list. A listed record that is no primitive, table or container is not copied: its number stands in the new list.
 unsigned int duplicate(IDataStore* store, unsigned int list, IDataStore* target, unsigned int parent);

@@ -13,6 +13,10 @@ namespace lumivard::platform::data::Record {
 class Table;
 }
 
+namespace lumivard::platform::data::metadata {
+class ISchema;
+}
+
 namespace lumivard::platform::data::Design {
 
 using core::storage::datastore::IDataStore;
@@ -39,6 +43,11 @@ public:
 
     /// The schemas, joined by ";"; null when there are none.
     const wchar_t* base() const { return _base.empty() ? nullptr : _base.c_str(); }
+
+    /// Adds the names of a schema to the base list, and takes in hidden copies of the schema's items, but for those
+    /// whose names are taken. False, with nothing changed, for null and for an object that no locator of ours made.
+    /// Defined in schema/Inherit.cpp.
+    bool inherit(metadata::ISchema* schema);
 
     /// Records the default unit and kind of the unit's group, in place of what the group had. False, with nothing
     /// changed, when either is 0.

@@ -12,9 +12,6 @@ using Record::Offsets;
 
 namespace {
 
-bool belongsInASet(Record::tType kind) {
-    return kind == Record::kPrimitive || kind == Record::kTable || kind == Record::kContainer;
-}
 
 /// Calls `visit(offset, name)` for each entry of a list that can be a child, in order, until it returns false.
 template <class Visit>
@@ -26,8 +23,16 @@ void eachChild(IDataStore* store, unsigned int list, Visit visit) {
     for (const unsigned int offset : entries) {
         if (!seen.insert(offset).second) continue;
         const Entity child(store, offset);
-        if (child.whole() && belongsInASet(child.type()) && !visit(offset, child.name())) return;
+        if (child.whole() && Record::isChild(child.type()) && !visit(offset, child.name())) return;
     }
+}
+
+/// The entries of a list up to a number of them.
+std::vector<unsigned int> firstEntries(IDataStore* store, unsigned int list, std::size_t most) {
+    if (list == IDataStore::BADOFF) return {};
+    std::vector<unsigned int> entries = Offsets(store, list).get();
+    if (entries.size() > most) entries.resize(most);
+    return entries;
 }
 
 }  // namespace
@@ -57,7 +62,7 @@ unsigned int Set::find(const wchar_t* name) const {
 
 bool Set::add(unsigned int offset) {
     Entity child(_store, offset);
-    if (!child.whole() || !belongsInASet(child.type())) return false;
+    if (!child.whole() || !Record::isChild(child.type())) return false;
     std::wstring name = child.name();
     if (_names.find(name.c_str())) return false;
     child.parent(_offset);
@@ -88,10 +93,11 @@ unsigned int Set::at(unsigned int index) const {
 }
 
 std::vector<unsigned int> Set::entries() const {
-    if (_children == BADOFF) return {};
-    std::vector<unsigned int> entries = Offsets(_store, _children).get();
-    if (entries.size() > items()) entries.resize(items());
-    return entries;
+    return firstEntries(_store, _children, items());
+}
+
+std::vector<unsigned int> Set::entries(IDataStore* store, unsigned int list) {
+    return firstEntries(store, list, children(store, list).size());
 }
 
 std::vector<unsigned int> Set::children(IDataStore* store, unsigned int list) {

@@ -14,7 +14,8 @@ namespace lumivard::platform::data::Metadata {
 /// of adding.
 ///
 /// Defined elsewhere: what is done to a whole subtree (`remove`, `rename`, `unreferenced`, `cleanup`, `duplicate`) in
-/// design/Set+Subtree.cpp, how a dotted path is followed (`lookup`) in schema/Set+Lookup.cpp.
+/// design/Set+Subtree.cpp, how a dotted path is followed (`lookup`) in schema/Set+Lookup.cpp, what comes from a schema
+/// (`inherit`, `hide`) in schema/Inherit.cpp.
 class Set : public Item {
 public:
     ~Set() override;
@@ -57,6 +58,14 @@ public:
     /// Erases all children in the index, with everything below them, and the list. Nothing holds it back.
     void cleanup();
 
+    /// Takes in a copy of a record of another store and of everything below it, as a child that came from a schema and
+    /// is hidden; not where the name is taken, in the index. A record that is no primitive, table or container is
+    /// passed over.
+    void inherit(IDataStore* source, unsigned int offset);
+
+    /// Marks a record and everything below it as come from a schema and hidden; none but the three kinds.
+    void hide(unsigned int offset);
+
     /// Copies all children of the stored list into another store, below a record there, and returns the offset of the
     /// new list, or `BADOFF` when there is no list. An entry of an unknown kind is not copied: its number stands in
     /// the new list.
@@ -69,6 +78,9 @@ public:
     /// The children that a set opened on `list` now would have in its index, in the order of the list: records of the
     /// three kinds, of each name the first.
     static std::vector<unsigned int> children(IDataStore* store, unsigned int list);
+
+    /// The entries of `list` that `entries` of a set opened on it now would give.
+    static std::vector<unsigned int> entries(IDataStore* store, unsigned int list);
 
     /// The offset of the first child of that name in `list`, as `find` on a set opened now would answer.
     static unsigned int search(IDataStore* store, unsigned int list, const wchar_t* name);

@@ -7,13 +7,15 @@
 #include "property/Facades.h"
 #include "record/Base.h"
 #include "record/Guard.h"
+#include "schema/SchemaImpl.h"
 
 namespace lumivard::platform::data {
 
 using Record::Guard;
 
-SharedPtr<metadata::ITable> DesignTableImpl::open(IDataStore* store, unsigned int offset) {
+SharedPtr<metadata::ITable> DesignTableImpl::open(IDataStore* store, unsigned int offset, metadata::ISchema* schema) {
     auto table = std::make_unique<Design::Table>(store, offset, false);
+    if (schema) table->inherit(schema);
     return core::memory::share<metadata::ITable>(std::make_unique<DesignTableImpl>(std::move(table)));
 }
 
@@ -31,20 +33,22 @@ SharedPtr<metadata::IPropertyFilter> DesignTableImpl::properties() {
     return core::memory::share<metadata::IPropertyFilter>(std::make_unique<DesignFilter>(this));
 }
 
-bool DesignTableImpl::validates(metadata::ISchema*) {
-    return false;
+bool DesignTableImpl::validates(metadata::ISchema* schema) {
+    const auto* ours = Schema::SchemaImpl::of(schema);
+    const Guard guard(store());
+    return ours && ours->validates(*table(), table()->base(), false);
 }
 
 SharedPtr<metadata::ITable> DesignTableImpl::create(WideString name, metadata::ISchema* schema) {
     const Guard guard(store());
-    if (schema || !isFree(name)) return {};
+    if (!isFree(name) || Schema::SchemaImpl::isForeign(schema)) return {};
     unsigned int offset;
     {
         const Design::Table made(store(), name.value());
         offset = made.offset();
         table()->add(offset);
     }
-    return open(store(), offset);
+    return open(store(), offset, schema);
 }
 
 SharedPtr<metadata::IPrimitive> DesignTableImpl::create(WideString name, metadata::tValue type, units::tUnit units) {

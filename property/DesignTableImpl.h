@@ -13,8 +13,10 @@ public:
 
     explicit DesignTableImpl(std::unique_ptr<Design::Table> table) : PropertyImpl(std::move(table)) {}
 
-    /// Opens a table's record and gives it its face. For callers that hold the guard.
-    static SharedPtr<metadata::ITable> open(IDataStore* store, unsigned int offset);
+    /// Opens a table's record and gives it its face, after it has inherited from a schema that is not null. For callers
+    /// that hold the guard.
+    static SharedPtr<metadata::ITable> open(IDataStore* store, unsigned int offset,
+                                            metadata::ISchema* schema = nullptr);
 
     metadata::IProperty* container() const override;
     SharedPtr<metadata::IProperty> lookup(WideString name) override;

@@ -12,6 +12,11 @@ enum tType : unsigned char {
     kLocale = 5,     ///< the localized names of an entity; see `Locale`
 };
 
+/// Whether a record of a kind can be the child of another.
+constexpr bool isChild(tType kind) {
+    return kind == kPrimitive || kind == kTable || kind == kContainer;
+}
+
 /// The bits of an entity's flags byte.
 enum tFlag : unsigned char {
     kOptional = 0x01,   ///< the item is optional; nothing below the public interfaces acts on it

@@ -1,12 +1,11 @@
 #include "schema/Finder.h"
 
-#include <algorithm>
-
 #include <string>
-#include <string_view>
+#include <vector>
 
 #include "metadata/Set.h"
 #include "record/Entity.h"
+#include "schema/Split.h"
 
 namespace lumivard::platform::data::Schema {
 
@@ -16,17 +15,14 @@ Finder::Finder(IDataStore* store, unsigned int start, const wchar_t* path) : off
         offset = BADOFF;
         return;
     }
-    const std::wstring_view text(path);
+    std::vector<std::wstring> pieces;
+    split(path, L'.', pieces);
     bool failed = false;
-    for (std::size_t begin = 0; begin <= text.size();) {
+    for (const std::wstring& piece : pieces) {
         if (failed) {
             offset = BADOFF;
             return;
         }
-        const std::size_t end = std::min(text.find(L'.', begin), text.size());
-        const std::wstring piece(text.substr(begin, end - begin));
-        begin = end + 1;
-
         const Record::Entity record(store, offset);
         const bool set =
             record.type() == Record::kRoot || record.type() == Record::kTable || record.type() == Record::kContainer;

@@ -6,9 +6,8 @@
 #include "design/Primitive.h"
 #include "design/Table.h"
 #include "lumivard/platform/core/string/StringAlgorithm.h"
-#include "lumivard/platform/data/metadata/ISchema.h"
-#include "lumivard/platform/data/metadata/ISchemaLocator.h"
 #include "record/Base.h"
+#include "xml/Inheriting.h"
 #include "xml/Nesting.h"
 
 namespace lumivard::platform::data {
@@ -41,8 +40,7 @@ std::unique_ptr<Item> XMLContainer::open(const char* const* attributes) {
     if (!name) return refuse(kMissingName);
     auto container = std::make_unique<Structural::Container>(_store, _type, StringAlgorithm::UTF8Decode(name).c_str());
     if (isOptional(attributes)) container->on(Record::kOptional);
-    const char* schema = find("class", attributes);
-    if (schema && _locator) _locator->resolve(StringAlgorithm::UTF8Decode(schema).c_str());
+    inheritClass(*container, attributes, _locator);
     const char* target = find("to", attributes);
     if (target && _type == tType::kLink) container->info(StringAlgorithm::UTF8Decode(target).c_str());
     return container;

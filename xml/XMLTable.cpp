@@ -5,9 +5,8 @@
 #include "design/Primitive.h"
 #include "design/Table.h"
 #include "lumivard/platform/core/string/StringAlgorithm.h"
-#include "lumivard/platform/data/metadata/ISchema.h"
-#include "lumivard/platform/data/metadata/ISchemaLocator.h"
 #include "record/Base.h"
+#include "xml/Inheriting.h"
 #include "xml/Nesting.h"
 #include "xml/ValueElements.h"
 
@@ -39,8 +38,7 @@ std::unique_ptr<Item> XMLTable::open(const char* const* attributes) {
     if (!name) return refuse(kMissingName);
     auto table = std::make_unique<Design::Table>(_store, StringAlgorithm::UTF8Decode(name).c_str());
     if (isOptional(attributes)) table->on(Record::kOptional);
-    const char* schema = find("class", attributes);
-    if (schema && _locator) _locator->resolve(StringAlgorithm::UTF8Decode(schema).c_str());
+    inheritClass(*table, attributes, _locator);
     return table;
 }
 

@@ -40,6 +40,7 @@ const std::map<std::string, tRooms>& mayKnow() {
         {"design", design},
         {"schema", schema},
         {"units", {kCore, kData, "units"}},
+        {"type", {kCore, kData}},
         {"property", property},
         {"container", container},
         {"xml", xml},

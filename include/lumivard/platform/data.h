@@ -42,10 +42,6 @@
 // opening of each set on the way. Names are found in constant time in an object that is open. To add a child costs the
 // same whatever is there already; any other change to an item rewrites its record, which is as long as its name and its
 // value, and a change to its localized texts rewrites all of them.
-//
-// Not there in this version: schemas, copies and string arrays. `create` with a schema that is not null gives null,
-// `validates`, `copy` and `clone` give false, all of them without a change; ISchemaLocator::make and IStringArray::to
-// give null.
 #include "lumivard/platform/data/Names.h"
 #include "lumivard/platform/data/format/xml/IXMLFrontEnd.h"
 #include "lumivard/platform/data/metadata/IPrimitive.h"
@@ -64,5 +60,6 @@
 #include "lumivard/platform/data/structure/IGroup.h"
 #include "lumivard/platform/data/structure/ILink.h"
 #include "lumivard/platform/data/structure/INode.h"
+#include "lumivard/platform/data/type/TypeIdentifiers.h"
 #include "lumivard/platform/data/units/tUnit.h"
 #include "lumivard/platform/data/units/tUnitGroup.h"
