@@ -12,9 +12,9 @@ namespace lvp::tool {
 namespace core = lumivard::platform::core;
 
 void readItem(core::storage::datastore::IDataStore& store, const std::string& storeName, const std::string& path,
-              XMLCallback& callback) {
+              lumivard::platform::data::metadata::ISchemaLocator* locator, XMLCallback& callback) {
     core::io::MemoryWriter document;
-    lumivard::platform::data::format::xml::IXMLFrontEnd::serialize(&store, &document, nullptr, 0);
+    lumivard::platform::data::format::xml::IXMLFrontEnd::serialize(&store, &document, locator, 0);
     core::io::MemoryReader reader(document.bytes());
     reader.open();
     SubtreeFilter filter(path, callback);

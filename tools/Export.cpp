@@ -11,6 +11,7 @@
 #include "tools/Commands.h"
 #include "tools/Document.h"
 #include "tools/Files.h"
+#include "tools/Schemas.h"
 
 namespace lvp::tool {
 
@@ -45,7 +46,9 @@ private:
 
 }  // namespace
 
-tExitStatus exportDocument(const std::string& storeName, const std::string& path, const std::string& output) {
+tExitStatus exportDocument(const std::string& storeName, const std::string& path, const std::string& output,
+                           const std::vector<std::string>& sources) {
+    const Schemas schemas(sources);
     const auto store = openToRead(storeName);
     requireSetUp(*store, storeName);
 
@@ -56,7 +59,7 @@ tExitStatus exportDocument(const std::string& storeName, const std::string& path
         serializer.attach(&subtree);
         serializer.emitXMLHeader();
         Rewriter rewriter(serializer);
-        readItem(*store, storeName, path, rewriter);
+        readItem(*store, storeName, path, schemas.locator(), rewriter);
         serializer.detach();
     }
 
@@ -72,12 +75,12 @@ tExitStatus exportDocument(const std::string& storeName, const std::string& path
                       "cannot write the document " + output + ": " + std::generic_category().message(errno));
     }
     if (path.empty()) {
-        lumivard::platform::data::format::xml::IXMLFrontEnd::serialize(store.get(), writer.get(), nullptr, 0);
+        lumivard::platform::data::format::xml::IXMLFrontEnd::serialize(store.get(), writer.get(), schemas.locator(), 0);
     } else {
         writer->write(subtree.bytes().data(), subtree.bytes().size());
         writer->close();
     }
-    return kDone;
+    return schemas.faulty() ? kFaults : kDone;
 }
 
 }  // namespace lvp::tool

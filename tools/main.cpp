@@ -11,6 +11,8 @@ namespace {
 
 constexpr const char* kStoreHelp = "The store: a file";
 constexpr const char* kPathHelp = "Names from the top down, joined by dots; the whole store when left out";
+constexpr const char* kItemHelp = "Names from the top down, joined by dots";
+constexpr const char* kUrisHelp = "The schemas, joined by ;";
 
 int run(const std::function<tExitStatus()>& command) {
     try {
@@ -24,44 +26,110 @@ int run(const std::function<tExitStatus()>& command) {
     }
 }
 
+/// The command line: what it says, and the command that it calls for.
+class CommandLine {
+public:
+    CommandLine() {
+        _app.require_subcommand(1);
+        _app.footer(
+            "Exit status: 0 done, 1 the input had faults or does not conform, 2 wrong usage, 3 cannot open, "
+            "4 cannot finish.");
+        addDocumentCommands();
+        addSchemaCommands();
+        addItemCommands();
+    }
+
+    /// The exit status of the whole.
+    int run(int argc, char** argv) {
+        try {
+            _app.parse(argc, argv);
+        } catch (const CLI::ParseError& error) {
+            return _app.exit(error) == 0 ? kDone : kWrongUsage;
+        }
+        return ::run(_command);
+    }
+
+private:
+    template <class Command>
+    CLI::App* add(const char* name, const char* help, const char* example, Command command) {
+        CLI::App* subcommand = _app.add_subcommand(name, help);
+        subcommand->footer(std::string("Example: lvp-data ") + example);
+        subcommand->callback([this, command] { _command = command; });
+        return subcommand;
+    }
+
+    CLI::Option* addSchemas(CLI::App* subcommand) {
+        return subcommand
+            ->add_option("--schemas", _schemas, "A store or document that holds schemas; may be given again")
+            ->expected(1)
+            ->allow_extra_args(false)
+            ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    }
+
+    void addDocumentCommands() {
+        auto* import = add("import", "Read an XML document into a new store", "import materials.xml materials.lvp",
+                           [this] { return importDocument(_document, _store, _schemas); });
+        import->add_option("DOCUMENT", _document, "The document: an XML file")->required();
+        import->add_option("STORE", _store, "The store: a file, made when it is not there")->required();
+        addSchemas(import);
+
+        auto* writing = add("export", "Write a store, or one item of it, as an XML document",
+                            "export materials.lvp Metal.Steel -o steel.xml",
+                            [this] { return exportDocument(_store, _path, _output, _schemas); });
+        writing->add_option("STORE", _store, kStoreHelp)->required();
+        writing->add_option("PATH", _path, kPathHelp);
+        writing->add_option("-o,--output", _output, "The document; standard output when left out");
+        addSchemas(writing);
+
+        auto* tree = add("tree", "Show names, kinds, values and units as a tree", "tree materials.lvp Metal",
+                         [this] { return printTree(_store, _path, _schemas); });
+        tree->add_option("STORE", _store, kStoreHelp)->required();
+        tree->add_option("PATH", _path, kPathHelp);
+        addSchemas(tree);
+    }
+
+    void addSchemaCommands() {
+        auto* validation = add("validate", "Tell whether a container or table conforms to schemas, and why not",
+                               "validate materials.lvp Metal.Steel \"Mechanical;Thermal\" --schemas schemas.xml",
+                               [this] { return validate(_store, _path, _uris, _schemas); });
+        validation->add_option("STORE", _store, kStoreHelp)->required();
+        validation->add_option("PATH", _path, kItemHelp)->required();
+        validation->add_option("URI", _uris, kUrisHelp)->required();
+        addSchemas(validation)->required();
+
+        auto* schema = add("schema", "Show how a struct of a schema is laid out",
+                           "schema Mechanical --schemas schemas.xml", [this] { return showSchema(_uris, _schemas); });
+        schema->add_option("URI", _uris, kUrisHelp)->required();
+        addSchemas(schema)->required();
+    }
+
+    void addItemCommands() {
+        auto* copying = add("cp", "Copy an item, with all that it holds", "cp materials.lvp Metal.Steel Metal.MySteel",
+                            [this] { return copyItem(_store, _path, _destination, _target); });
+        auto* moving = add("mv", "Move an item, with all that it holds", "mv materials.lvp Metal.Steel Alloys.Steel",
+                           [this] { return moveItem(_store, _path, _destination, _target); });
+        for (CLI::App* subcommand : {copying, moving}) {
+            subcommand->add_option("STORE", _store, kStoreHelp)->required();
+            subcommand->add_option("PATH", _path, kItemHelp)->required();
+            subcommand->add_option("DESTINATION", _destination, "CONTAINER.NAME: the new place and name")->required();
+            subcommand->add_option("--to", _target, "The store of the destination; the same one when left out");
+        }
+    }
+
+    CLI::App _app{"Reads, shows, changes and writes stores of structured, typed, localizable data.", "lvp-data"};
+    std::string _document;
+    std::string _store;
+    std::string _path;
+    std::string _output;
+    std::string _uris;
+    std::string _destination;
+    std::string _target;
+    std::vector<std::string> _schemas;
+    std::function<tExitStatus()> _command;
+};
+
 }  // namespace
 
 int main(int argc, char** argv) {
-    CLI::App app("Reads, shows and writes stores of structured, typed, localizable data.", "lvp-data");
-    app.require_subcommand(1);
-    app.footer("Exit status: 0 done, 1 the input had faults, 2 wrong usage, 3 cannot open, 4 cannot finish.");
-
-    std::string document;
-    std::string store;
-    std::string path;
-    std::string output;
-    std::function<tExitStatus()> command;
-
-    auto* import = app.add_subcommand("import", "Read an XML document into a new store");
-    import->add_option("DOCUMENT", document, "The document: an XML file")->required();
-    import->add_option("STORE", store, "The store: a file, made when it is not there")->required();
-    import->footer("Example: lvp-data import materials.xml materials.lvp");
-    import->callback([&] { command = [&] { return importDocument(document, store);
-};
-});
-
-auto* writing = app.add_subcommand("export", "Write a store, or one item of it, as an XML document");
-writing->add_option("STORE", store, kStoreHelp)->required();
-writing->add_option("PATH", path, kPathHelp);
-writing->add_option("-o,--output", output, "The document; standard output when left out");
-writing->footer("Example: lvp-data export materials.lvp Metal.Steel -o steel.xml");
-writing->callback([&] { command = [&] { return exportDocument(store, path, output); }; });
-
-auto* tree = app.add_subcommand("tree", "Show names, kinds, values and units as a tree");
-tree->add_option("STORE", store, kStoreHelp)->required();
-tree->add_option("PATH", path, kPathHelp);
-tree->footer("Example: lvp-data tree materials.lvp Metal");
-tree->callback([&] { command = [&] { return printTree(store, path); }; });
-
-try {
-    app.parse(argc, argv);
-} catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? kDone : kWrongUsage;
-}
-return run(command);
+    return CommandLine().run(argc, argv);
 }

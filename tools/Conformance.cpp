@@ -1,0 +1,113 @@
+#include "tools/Conformance.h"
+
+#include <vector>
+
+#include "lumivard/platform/data.h"
+#include "lumivard/platform/stores.h"
+#include "tools/Kinds.h"
+#include "tools/Text.h"
+
+namespace lvp::tool {
+
+using namespace lumivard::platform::data;
+
+namespace {
+
+constexpr const char* kTable = "table";
+
+/// A property of a set: its name, and the kind by which it is compared.
+struct tItem {
+    std::wstring name;
+    std::string kind;
+    SharedPtr<metadata::IProperty> property;
+
+    bool operator==(const tItem& other) const { return name == other.name && kind == other.kind; }
+};
+
+std::vector<tItem> itemsOf(const SharedPtr<metadata::IPropertyFilter>& cursor) {
+    std::vector<tItem> items;
+    for (bool more = true; more; more = cursor->next()) {
+        const auto property = cursor->current();
+        if (!property) continue;
+        auto* primitive = metadata::IPrimitive::to(property.get());
+        items.push_back({static_cast<const wchar_t*>(property->tag()),
+                         primitive ? nameOf(primitive->valuetype()) : kTable, property});
+    }
+    return items;
+}
+
+std::vector<tItem> itemsOf(const tItem& table) {
+    return itemsOf(metadata::ITable::to(table.property.get())->properties());
+}
+
+std::string quoted(const std::string& path, const std::wstring& name) {
+    return "'" + path + printable(WideString(name.c_str()).string()) + "'";
+}
+
+/// A set under test and the schema's table that it is compared with.
+struct tPair {
+    std::string path;  ///< with a dot behind it, or empty
+    std::vector<tItem> items;
+    std::vector<tItem> wanted;
+    bool isContainer;  ///< in which the search goes on behind a match, in a table on it
+    std::size_t cursor = 0;
+    std::size_t next = 0;  ///< of `wanted`
+};
+
+/// What is wrong with the item that `pair` wants next and did not find from its cursor on.
+std::string difference(const tPair& pair) {
+    const tItem& wanted = pair.wanted[pair.next];
+    const std::string name = quoted(pair.path, wanted.name);
+    const tItem* other = nullptr;
+    for (const tItem& item : pair.items) {
+        if (item.name != wanted.name) continue;
+        if (item == wanted) {
+            return name + " stands before " + quoted(pair.path, pair.wanted[pair.next - 1].name) +
+                   ", and in the schema behind it";
+        }
+        other = &item;
+    }
+    const std::string kind = wanted.kind == kTable ? "a table" : "of the kind " + wanted.kind;
+    if (!other) return name + " (" + wanted.kind + ") is missing";
+    return name + " is " + (other->kind == kTable ? "a table" : "of the kind " + other->kind) + ", and in the schema " +
+           kind;
+}
+
+std::string compare(std::vector<tItem> items, bool isContainer, metadata::ISchema* schema) {
+    // A table that inherits from a schema holds its items, which nothing else shows one by one.
+    const auto store = lumivard::platform::stores::memory();
+    const auto group = structure::IContainerFrontEnd::toplevel(store.get(), L"group");
+    const auto table = group->create(L"schema", schema);
+
+    std::vector<tPair> pairs;
+    pairs.push_back({"", std::move(items), itemsOf(table->properties()), isContainer});
+    while (!pairs.empty()) {
+        tPair& pair = pairs.back();
+        if (pair.next == pair.wanted.size()) {
+            pairs.pop_back();
+            continue;
+        }
+        const tItem& wanted = pair.wanted[pair.next];
+        while (pair.cursor < pair.items.size() && !(pair.items[pair.cursor] == wanted)) ++pair.cursor;
+        if (pair.cursor == pair.items.size()) return difference(pair);
+        const tItem& found = pair.items[pair.cursor];
+        if (pair.isContainer) ++pair.cursor;
+        ++pair.next;
+        if (wanted.kind != kTable) continue;
+        pairs.push_back({pair.path + printable(WideString(wanted.name.c_str()).string()) + ".", itemsOf(found),
+                         itemsOf(wanted), false});
+    }
+    return {};
+}
+
+}  // namespace
+
+std::string firstDifference(structure::IContainer& container, metadata::ISchema* schema) {
+    return compare(itemsOf(container.properties()), true, schema);
+}
+
+std::string firstDifference(metadata::ITable& table, metadata::ISchema* schema) {
+    return compare(itemsOf(table.properties()), false, schema);
+}
+
+}  // namespace lvp::tool

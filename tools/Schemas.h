@@ -1,0 +1,51 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "lumivard/platform/core/storage/datastore/IDataStore.h"
+#include "lumivard/platform/data/metadata/ISchema.h"
+#include "lumivard/platform/data/metadata/ISchemaLocator.h"
+
+namespace lvp::tool {
+
+using lumivard::platform::data::SharedPtr;
+using lumivard::platform::data::metadata::ISchema;
+using lumivard::platform::data::metadata::ISchemaLocator;
+
+/// One schema that a list of URIs names.
+struct tNamedSchema {
+    std::string uri;
+    SharedPtr<ISchema> schema;
+};
+
+/// The stores and documents of schemas that a command was given, and a locator over them.
+class Schemas {
+public:
+    /// Opens them all: a file that begins like XML is read as a document, whose schemas may use each other, each those
+    /// above it, and those of the sources before; any other is opened as a store. Faults of documents are printed.
+    explicit Schemas(const std::vector<std::string>& sources);
+
+    /// The locator; null when no source was given.
+    ISchemaLocator* locator() const { return _sources.empty() ? nullptr : _locator.get(); }
+
+    /// Whether a document had faults.
+    bool faulty() const { return _faulty; }
+
+    /// The schemas of a list of URIs, joined by ";", one by one. Throws a failure of `kCannotOpen` for one that is not
+    /// found.
+    std::vector<tNamedSchema> resolve(const std::string& uris) const;
+
+private:
+    using IDataStore = lumivard::platform::core::storage::datastore::IDataStore;
+
+    void readDocument(const std::string& document);
+
+    std::vector<std::string> _sources;
+    std::vector<std::unique_ptr<IDataStore>> _stores;
+    SharedPtr<ISchemaLocator> _locator = ISchemaLocator::make(nullptr);  // goes before the stores
+    bool _faulty = false;
+};
+
+}  // namespace lvp::tool
