@@ -182,7 +182,8 @@ void on(IDataStore* store, unsigned int record, unsigned char bits) {
         const Record::Entity entity(store, offset);
         if (!entity.whole() || !Record::isChild(entity.type()) || !seen.insert(offset).second) return;
         const unsigned int list = entity.children();
-        levels.push_back({offset, list == BADOFF ? std::vector<unsigned int>() : Record::Offsets(store, list).get(), 0});
+        levels.push_back(
+            {offset, list == BADOFF ? std::vector<unsigned int>() : Record::Offsets(store, list).get(), 0});
     };
     enter(record);
     while (!levels.empty()) {

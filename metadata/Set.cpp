@@ -12,7 +12,6 @@ using Record::Offsets;
 
 namespace {
 
-
 /// Calls `visit(offset, name)` for each entry of a list that can be a child, in order, until it returns false.
 template <class Visit>
 void eachChild(IDataStore* store, unsigned int list, Visit visit) {

@@ -12,8 +12,8 @@ namespace lumivard::platform::data::Schema {
 using core::storage::datastore::IDataStore;
 
 /// Decides whether a table or container has everything that a schema's table has, in that order; it may hold anything
-/// else besides. Primitives match by name and value kind, tables by name and content; containers match nothing, so below
-/// the top only tables are looked into. Units, values, dimensions, flags and locales do not matter.
+/// else besides. Primitives match by name and value kind, tables by name and content; containers match nothing, so
+/// below the top only tables are looked into. Units, values, dimensions, flags and locales do not matter.
 ///
 /// The first table of the right name decides. After a match in a container the search goes on behind the matched item,
 /// in a table on that item again.

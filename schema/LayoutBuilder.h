@@ -13,7 +13,7 @@
 namespace lumivard::platform::data::Record {
 class Primitive;
 class Table;
-}
+}  // namespace lumivard::platform::data::Record
 
 namespace lumivard::platform::data::Schema {
 

@@ -1,13 +1,10 @@
 #include <gtest/gtest.h>
 
 #include <map>
-#include <memory>
 #include <string>
 #include <vector>
 
-#include "lumivard/platform/core.h"
-#include "lumivard/platform/data.h"
-#include "lumivard/platform/stores.h"
+#include "tests/end_to_end/Documents.h"
 #include "tests/support/TemporaryFolder.h"
 
 // The main job on real input: a document of engineering materials into a store file and back.
@@ -19,31 +16,14 @@ using namespace lumivard::platform::data;
 
 const std::string kDocument = LVP_SOURCE_DIR "/examples/data/materials.xml";
 
-class Faults : public format::xml::IXMLFrontEnd::IErrorReporter {
-public:
-    void report(const WideString& message) override { messages.push_back(message.string()); }
-    void malformed(const WideString& message) override { messages.push_back(message.string()); }
-    std::vector<std::string> messages;
-};
-
-void read(IDataStore* store, core::io::IDataReader& reader) {
-    Faults faults;
-    format::xml::IXMLFrontEnd::parse(store, &reader, nullptr, nullptr, &faults);
-    EXPECT_EQ(faults.messages, std::vector<std::string>{});
-}
-
-std::string written(IDataStore* store) {
-    core::io::MemoryWriter writer;
-    format::xml::IXMLFrontEnd::serialize(store, &writer, nullptr, 0);
-    return writer.bytes();
-}
+using test_support::read;
+using test_support::written;
 
 class Materials : public testing::Test {
 protected:
     Materials() {
         const auto store = stores::file(path(), stores::tMode::kWrite);
-        core::io::FileReader reader(kDocument);
-        read(store.get(), reader);
+        read(store.get(), bytesOf(kDocument));
     }
 
     std::filesystem::path path() const { return _folder / "materials.lvp"; }
@@ -135,8 +115,7 @@ TEST_F(Materials, AreAllReachedThroughThePublicInterfaces) {
 TEST_F(Materials, AreWrittenTheSameFromTheSecondWritingOn) {
     const std::string first = written(reopened().get());
     const auto second = stores::memory();
-    core::io::MemoryReader reader(first);
-    read(second.get(), reader);
+    read(second.get(), first);
     EXPECT_EQ(written(second.get()), first);
 }
 

@@ -1,44 +1,14 @@
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
-#include <cstdlib>
 #include <string>
 
-#include "tests/support/TemporaryFolder.h"
+#include "tests/end_to_end/ToolFixture.h"
 
 // The command-line tool, run as a user runs it.
 
 namespace {
 
-struct tRun {
-    int status;
-    std::string out;
-    std::string err;
-};
-
-class Tool : public testing::Test {
-protected:
-    /// Runs the tool; the arguments are given as to a shell.
-    tRun run(const std::string& arguments) const {
-        const auto out = (_folder / "out").string();
-        const auto err = (_folder / "err").string();
-        const std::string command = std::string(LVP_TOOL) + " " + arguments + " >" + out + " 2>" + err;
-        const int status = std::system(command.c_str());
-        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, bytesOf(out), bytesOf(err)};
-    }
-
-    std::string path(const std::string& name) const { return (_folder / name).string(); }
-    std::string document(const std::string& text) const { return _folder.file("document.xml", text).string(); }
-    std::string imported(const std::string& text) const {
-        EXPECT_EQ(run("import " + document(text) + " " + path("store.lvp")).status, 0);
-        return path("store.lvp");
-    }
-
-    const std::string materials = LVP_SOURCE_DIR "/examples/data/materials.xml";
-
-private:
-    TemporaryFolder _folder;
-};
+using namespace lumivard::platform::test_support;
 
 TEST_F(Tool, ImportsExportsAndImportsTheSame) {
     ASSERT_EQ(run("import " + materials + " " + path("a.lvp")).status, 0);

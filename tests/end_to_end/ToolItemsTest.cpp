@@ -1,0 +1,133 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tests/end_to_end/ToolFixture.h"
+
+// Copying and moving with the tool.
+
+namespace {
+
+using namespace lumivard::platform::test_support;
+
+constexpr const char* kDocument =
+    "<root name='r'><group name='a'><node name='n'><int8 name='x'>5</int8></node>"
+    "<table name='t'><int8 name='y'>6</int8></table></group><group name='b'/></root>";
+
+class ToolItems : public Tool {
+protected:
+    /// Two stores: the first with content, the second with an empty group "c".
+    void SetUp() override {
+        first = imported(kDocument, "first.lvp");
+        second = imported("<root name='r'><group name='c'/></root>", "second.lvp");
+    }
+
+    std::string shown(const std::string& store, const std::string& path) const {
+        return run("tree " + store + " " + path).out;
+    }
+
+    /// The command says no with these words, and neither store changes.
+    void expectRefusal(const std::string& command, const std::string& words) const {
+        const std::string before = run("tree " + first).out + run("tree " + second).out;
+        const tRun refused = run(command);
+        EXPECT_EQ(refused.status, 3) << command;
+        EXPECT_EQ(refused.err, "lvp-data: " + words + "\n");
+        EXPECT_EQ(run("tree " + first).out + run("tree " + second).out, before) << command;
+    }
+
+    std::string first;
+    std::string second;
+};
+
+TEST_F(ToolItems, CopyAContainerUnderANewName) {
+    EXPECT_EQ(run("cp " + first + " a.n b.m").status, 0);
+    EXPECT_EQ(shown(first, "b"), "b  [group]\n└─ m  [node]\n   └─ x = 5  [int8]\n");
+    EXPECT_EQ(shown(first, "a.n"), "n  [node]\n└─ x = 5  [int8]\n");
+}
+
+TEST_F(ToolItems, CopyAValueAndATable) {
+    EXPECT_EQ(run("cp " + first + " a.n.x b.x").status, 0);
+    EXPECT_EQ(run("cp " + first + " a.t b.t").status, 0);
+    EXPECT_EQ(run("cp " + first + " a.t.y b.y").status, 0);
+    EXPECT_EQ(shown(first, "b"),
+              "b  [group]\n├─ x = 5  [int8]\n├─ t  [table]\n│  └─ y = 6  [int8]\n└─ y = 6  [int8]\n");
+}
+
+TEST_F(ToolItems, CopyAContainerIntoItself) {
+    EXPECT_EQ(run("cp " + first + " b b.b").status, 0);
+    EXPECT_EQ(shown(first, "b"), "b  [group]\n└─ b  [group]\n");
+}
+
+TEST_F(ToolItems, CopyToAnotherStore) {
+    EXPECT_EQ(run("cp " + first + " a c.a2 --to " + second).status, 0);
+    EXPECT_EQ(run("cp " + first + " a.t c.t --to " + second).status, 0);
+    EXPECT_EQ(run("cp " + first + " a.t.y c.z --to " + second).status, 0);
+    EXPECT_EQ(shown(second, "c"),
+              "c  [group]\n├─ a2  [group]\n│  ├─ n  [node]\n│  │  └─ x = 5  [int8]\n│  └─ t  [table]\n│     └─ y = 6  "
+              "[int8]\n├─ t  [table]\n│  └─ y = 6  [int8]\n└─ z = 6  [int8]\n");
+}
+
+TEST_F(ToolItems, MoveWithinAStore) {
+    EXPECT_EQ(run("mv " + first + " a.n b.m").status, 0);
+    EXPECT_EQ(run("mv " + first + " a.t.y b.y").status, 0);
+    EXPECT_EQ(
+        run("tree " + first).out,
+        "r  [root]\n├─ a  [group]\n│  └─ t  [table]\n└─ b  [group]\n   ├─ m  [node]\n   │  └─ x = 5  [int8]\n   └─ y "
+        "= 6  [int8]\n");
+}
+
+TEST_F(ToolItems, MoveToAnotherNameInTheSamePlace) {
+    EXPECT_EQ(run("mv " + first + " a.n a.nn").status, 0);
+    EXPECT_EQ(shown(first, "a.nn"), "nn  [node]\n└─ x = 5  [int8]\n");
+    EXPECT_EQ(run("tree " + first + " a.n").status, 3);
+}
+
+TEST_F(ToolItems, MoveToAnotherStore) {
+    EXPECT_EQ(run("mv " + first + " a.n c.m --to " + second).status, 0);
+    EXPECT_EQ(run("mv " + first + " a.t c.s --to " + second).status, 0);
+    EXPECT_EQ(shown(first, "a"), "a  [group]\n");
+    EXPECT_EQ(shown(second, "c"),
+              "c  [group]\n├─ m  [node]\n│  └─ x = 5  [int8]\n└─ s  [table]\n   └─ y = 6  [int8]\n");
+}
+
+TEST_F(ToolItems, GoNowhereWithoutAContainerToStandIn) {
+    const std::string words = " names no container to stand in: give CONTAINER.NAME";
+    expectRefusal("cp " + first + " a z", "the destination z" + words);
+    expectRefusal("cp " + first + " a b.", "the destination b." + words);
+    expectRefusal("mv " + first + " a.n .z", "the destination .z" + words);
+    expectRefusal("cp " + first + " a.n z.m", "the store " + first + " holds no container at the path z");
+    expectRefusal("cp " + first + " a.n a.t.m", "the store " + first + " holds no container at the path a.t");
+}
+
+TEST_F(ToolItems, DoNotCoverWhatIsThere) {
+    expectRefusal("cp " + first + " a.n a.t", "in the store " + first + ", a already holds t");
+    run("cp " + first + " a c.a --to " + second);
+    expectRefusal("cp " + first + " a c.a --to " + second, "in the store " + second + ", c already holds a");
+}
+
+TEST_F(ToolItems, AreNamedWhenTheyAreNotThere) {
+    const std::string words = "the store " + first + " holds no container, and no property in one, at the path a.";
+    expectRefusal("cp " + first + " a.z b.z", words + "z");
+    expectRefusal("mv " + first + " a.z b.z", words + "z");
+    expectRefusal("cp " + first + " a.z c.z --to " + second, words + "z");
+    expectRefusal("cp " + first + " a.t.y.more c.z --to " + second, words + "t.y.more");
+}
+
+TEST_F(ToolItems, DoNotMoveIntoThemselvesOrFromTheTop) {
+    expectRefusal("mv " + first + " a.n a.n.n", "a.n cannot move to a.n.n, which is its own place or below it");
+    expectRefusal("mv " + first + " a.n a.n", "a.n cannot move to a.n, which is its own place or below it");
+    expectRefusal("mv " + first + " a b.a", "a stands at the top of the store, which nothing can leave");
+}
+
+TEST_F(ToolItems, ThatCameFromASchemaStay) {
+    const std::string store = path("m.lvp");
+    ASSERT_EQ(run("import " + materials + " " + store + " --schemas " + schemas).status, 0);
+    const tRun refused = run("mv " + store + " Carbon.Graphite.Density Carbon.d");
+    EXPECT_EQ(refused.status, 3);
+    EXPECT_EQ(refused.err,
+              "lvp-data: Carbon.Graphite.Density came from a schema and stays where it is: copy it instead\n");
+    EXPECT_EQ(run("cp " + store + " Carbon.Graphite.Density Carbon.d").status, 0);
+    EXPECT_EQ(shown(store, "Carbon.d"), "d = 1750 KilogramPerCubicMeter  [double]\n");
+}
+
+}  // namespace
