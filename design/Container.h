@@ -36,8 +36,8 @@ public:
     const wchar_t* base() const { return _base.empty() ? nullptr : _base.c_str(); }
 
     /// Adds the names of a schema to the base list, and takes in hidden copies of the schema's items, but for those
-    /// whose names are taken, under the guard of the schema's store. False, with nothing changed, for null and for an object that no locator of ours made.
-    /// Defined in schema/Inherit.cpp.
+    /// whose names are taken, under the guard of the schema's store. False, with nothing changed, for null and for an
+    /// object that no locator of ours made. Defined in schema/Inherit.cpp.
     bool inherit(metadata::ISchema* schema);
 
     /// The type when the object was opened.

@@ -35,7 +35,7 @@ std::ostream& operator<<(std::ostream& out, const Row& row);
 std::string nameOf(const testing::TestParamInfo<Row>& row);
 
 /// What everything above relies upon in an `IDataStore`, sentence by sentence. To examine a store, compile
-/// StoreContract.cpp into a GoogleTest program and add a row:
+/// StoreContract.cpp and StoreContract+State.cpp into a GoogleTest program and add a row:
 ///
 ///     INSTANTIATE_TEST_SUITE_P(Mine, StoreContract, testing::Values(Row{"MyStore", makeSubject}), nameOf);
 class StoreContract : public testing::TestWithParam<Row> {
@@ -55,11 +55,24 @@ protected:
     /// A record's whole contents, by `size` and `read`.
     std::string contents(unsigned int offset);
 
+    /// Bytes that differ from place to place and from seed to seed, zeros among them.
+    static std::string pattern(std::size_t size, unsigned int seed = 1);
+
+    /// An offset that was handed out and names no record any more.
+    static unsigned int erasedOffset(core::storage::datastore::IDataStore& store);
+
+    static constexpr unsigned int kBadOffset = core::storage::datastore::IDataStore::BADOFF;
+    static constexpr unsigned int kWhole = 0xFFFFFFFF;
+
     /// Makes what was written durable, closes the store and opens it again; false where it has no such thing.
     bool flushAndReopen();
 
 private:
     std::unique_ptr<ISubject> _subject;
 };
+
+/// Goes on with the store opened again, or skips the test.
+#define SKIP_UNLESS_REOPENED() \
+    if (!flushAndReopen()) GTEST_SKIP() << "this store does not outlive its closing"
 
 }  // namespace lumivard::platform::store_contract
