@@ -1,14 +1,13 @@
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "container/ContainerImpl.h"
 #include "design/Subtree.h"
 #include "design/Table.h"
 #include "property/PropertyImpl.h"
-#include "record/Container.h"
+#include "record/Entity.h"
 #include "record/Guard.h"
-#include "record/Primitive.h"
-#include "record/Table.h"
 #include "schema/Finder.h"
 
 // Copies of what is there. They are deep and share nothing with their sources; what names another thing, a schema or a
@@ -24,35 +23,22 @@ constexpr unsigned int BADOFF = IDataStore::BADOFF;
 
 /// Where a copy goes: the name behind the last "." and the path before it. Without a "." both are the whole text.
 struct tDestination {
-    explicit tDestination(const WideString& text) : whole(text) {
+    explicit tDestination(const WideString& text) {
+        const std::wstring whole(text);
         const std::size_t dot = whole.rfind(L'.');
         dotted = dot != std::wstring::npos;
         path = dotted ? whole.substr(0, dot) : whole;
         name = dotted ? whole.substr(dot + 1) : whole;
     }
 
-    std::wstring whole;
     std::wstring path;
     std::wstring name;
     bool dotted;
 };
 
-template <class Kind>
-void putName(IDataStore* store, unsigned int offset, const std::wstring& name) {
-    Kind(store, offset)
-        .arrays(Kind::kName, reinterpret_cast<const char*>(name.c_str()), Record::textSection(name.c_str()));
-}
-
 /// Gives a copy, which is attached to nothing yet, its own name.
 void putName(IDataStore* store, unsigned int copy, const std::wstring& name) {
-    switch (Record::peek(store, copy)) {
-        case Record::kPrimitive:
-            return putName<Record::Primitive>(store, copy, name);
-        case Record::kTable:
-            return putName<Record::Table>(store, copy, name);
-        default:
-            return putName<Record::Container>(store, copy, name);
-    }
+    Record::Entity(store, copy).name(reinterpret_cast<const char*>(name.c_str()), Record::textSection(name.c_str()));
 }
 
 /// Opens a record that takes in containers as a set: a container or a table; null for any other.

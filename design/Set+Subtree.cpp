@@ -1,24 +1,13 @@
 #include <cstring>
 #include <cwchar>
+#include <vector>
 
 #include "design/Subtree.h"
 #include "metadata/Set.h"
-#include "record/Container.h"
+#include "record/Entity.h"
 #include "record/Offsets.h"
-#include "record/Primitive.h"
-#include "record/Table.h"
 
 namespace lumivard::platform::data::Metadata {
-
-namespace {
-
-/// Replaces the name of a record of one of the three kinds.
-template <class Kind>
-bool putName(IDataStore* store, unsigned int offset, const std::vector<char>& section) {
-    return Kind(store, offset).arrays(Kind::kName, section.data(), section.size());
-}
-
-}  // namespace
 
 bool Set::remove(const wchar_t* name) {
     const unsigned int offset = find(name);
@@ -42,21 +31,7 @@ bool Set::rename(const wchar_t* from, const wchar_t* to) {
     const std::size_t length = std::wcslen(to);
     std::vector<char> section(2 * (length + 1) * sizeof(wchar_t));
     std::memcpy(section.data(), to, length * sizeof(wchar_t));
-    bool done = false;
-    switch (Record::peek(_store, offset)) {
-        case Record::kPrimitive:
-            done = putName<Record::Primitive>(_store, offset, section);
-            break;
-        case Record::kTable:
-            done = putName<Record::Table>(_store, offset, section);
-            break;
-        case Record::kContainer:
-            done = putName<Record::Container>(_store, offset, section);
-            break;
-        default:
-            break;
-    }
-    if (!done) return false;
+    if (!Record::Entity(_store, offset).name(section.data(), section.size())) return false;
     forget(from);
     index(offset, to);
     return true;

@@ -1,7 +1,7 @@
 #include "design/Subtree.h"
 
 #include <algorithm>
-#include <memory>
+#include <optional>
 #include <unordered_set>
 
 #include "metadata/Set.h"
@@ -18,17 +18,19 @@ namespace {
 constexpr unsigned int BADOFF = IDataStore::BADOFF;
 
 /// Visits records and everything below them, parents before children: `visit(record)` gets each as an `Entity` and
-/// returns whether to go on.
+/// returns whether to go on. Each list is read once: in a damaged store thousands of records may name one.
 template <class Visit>
 bool walk(IDataStore* store, const std::vector<unsigned int>& records, Visit visit) {
     std::vector<unsigned int> waiting(records.rbegin(), records.rend());
     std::unordered_set<unsigned int> seen;
+    std::unordered_set<unsigned int> lists;
     while (!waiting.empty()) {
         const unsigned int offset = waiting.back();
         waiting.pop_back();
         if (!seen.insert(offset).second) continue;
         const Record::Entity record(store, offset);
         if (!visit(record)) return false;
+        if (!lists.insert(record.children()).second) continue;
         const std::vector<unsigned int> children = Metadata::Set::children(store, record.children());
         waiting.insert(waiting.end(), children.rbegin(), children.rend());
     }
@@ -69,11 +71,18 @@ public:
         copy.parent(parent);
         copy.locale(cloneOwned(owned.locale, Record::kLocale));
         copy.refs(0);
-        if (source.type() != Record::kPrimitive) {
-            copy.children(owned.children == BADOFF ? BADOFF : openLevel(owned.children, copied));
-        }
+        const bool deep =
+            source.type() != Record::kPrimitive && owned.children != BADOFF && _owned.insert(owned.children).second;
+        if (source.type() != Record::kPrimitive) copy.children(deep ? openLevel(owned.children, copied) : BADOFF);
         copy.update(true);
-        if (source.type() == Record::kTable) cloneDefaults(copied, owned.defaults);
+        // Records come in the order of their making: the children before the defaults.
+        if (source.type() == Record::kTable) {
+            if (deep) {
+                _levels.back().defaults = owned.defaults;
+            } else {
+                cloneDefaults(copied, owned.defaults);
+            }
+        }
         return copied;
     }
 
@@ -89,11 +98,12 @@ public:
 
 private:
     struct tLevel {
-        std::vector<unsigned int> entries;  ///< the records to copy
-        std::vector<unsigned int> copies;   ///< what the new list gets
-        std::size_t next = 0;               ///< the entry whose turn it is
-        unsigned int list = BADOFF;         ///< the new list
-        unsigned int parent = BADOFF;       ///< the owner of the copies
+        std::vector<unsigned int> entries;     ///< the records to copy
+        std::vector<unsigned int> copies;      ///< what the new list gets
+        std::size_t next = 0;                  ///< the entry whose turn it is
+        unsigned int list = BADOFF;            ///< the new list
+        unsigned int parent = BADOFF;          ///< the owner of the copies
+        std::optional<unsigned int> defaults;  ///< those of the owner's source, where that is a table
     };
 
     void copyEntry(tLevel& level, unsigned int offset) {
@@ -112,8 +122,10 @@ private:
         const tLevel level = std::move(_levels.back());
         _levels.pop_back();
         if (!level.copies.empty()) Record::Offsets(_target, level.list).add(level.copies);
+        if (level.defaults) cloneDefaults(level.parent, *level.defaults);
     }
 
+    /// Gives the copy of a table its own list of defaults, or none where its source has none.
     void cloneDefaults(unsigned int copied, unsigned int defaults) {
         Record::Table copy(_target, copied);
         // The list holds units and kinds, no offsets: its bytes are right as they are.
@@ -121,15 +133,18 @@ private:
         copy.update(true);
     }
 
-    /// Copies the bytes of a record; `BADOFF` where there is none of that kind.
+    /// Copies the bytes of a record; `BADOFF` where there is none of that kind, and where it has another owner already.
     unsigned int cloneOwned(unsigned int offset, Record::tType kind) {
-        return Record::peek(_store, offset) == kind ? Record::Base(_store, offset).clone(_target) : BADOFF;
+        return Record::peek(_store, offset) == kind && _owned.insert(offset).second
+                   ? Record::Base(_store, offset).clone(_target)
+                   : BADOFF;
     }
 
     IDataStore* _store;
     IDataStore* _target;
     std::vector<tLevel> _levels;
     std::unordered_set<unsigned int> _seen;
+    std::unordered_set<unsigned int> _owned;  // lists and localized names: damaged records may share one
 };
 
 }  // namespace
@@ -177,13 +192,14 @@ void on(IDataStore* store, unsigned int record, unsigned char bits) {
         std::size_t next;
     };
     std::vector<tLevel> levels;
-    std::unordered_set<unsigned int> seen;
+    std::unordered_set<unsigned int> seen;  // records and lists
     const auto enter = [&](unsigned int offset) {
+        if (!Record::isChild(Record::peek(store, offset)) || !seen.insert(offset).second) return;
         const Record::Entity entity(store, offset);
-        if (!entity.whole() || !Record::isChild(entity.type()) || !seen.insert(offset).second) return;
+        if (!entity.whole()) return;
         const unsigned int list = entity.children();
-        levels.push_back(
-            {offset, list == BADOFF ? std::vector<unsigned int>() : Record::Offsets(store, list).get(), 0});
+        levels.push_back({offset, {}, 0});
+        if (list != BADOFF && seen.insert(list).second) levels.back().entries = Record::Offsets(store, list).get();
     };
     enter(record);
     while (!levels.empty()) {

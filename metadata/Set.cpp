@@ -1,6 +1,7 @@
 #include "metadata/Set.h"
 
 #include <unordered_set>
+#include <utility>
 
 #include "record/Entity.h"
 #include "record/Offsets.h"
@@ -26,14 +27,6 @@ void eachChild(IDataStore* store, unsigned int list, Visit visit) {
     }
 }
 
-/// The entries of a list up to a number of them.
-std::vector<unsigned int> firstEntries(IDataStore* store, unsigned int list, std::size_t most) {
-    if (list == IDataStore::BADOFF) return {};
-    std::vector<unsigned int> entries = Offsets(store, list).get();
-    if (entries.size() > most) entries.resize(most);
-    return entries;
-}
-
 }  // namespace
 
 Set::~Set() {
@@ -41,9 +34,18 @@ Set::~Set() {
 }
 
 void Set::update() {
-    forgetAll();
-    _children = Entity(_store, _offset).children();
-    populate();
+    const unsigned int list = Entity(_store, _offset).children();
+    TextMap<tEntry*> before = std::exchange(_names, {});
+    const unsigned int listBefore = std::exchange(_children, list);
+    try {
+        populate();
+    } catch (...) {
+        forgetAll();
+        _names = std::move(before);
+        _children = listBefore;
+        throw;
+    }
+    before.each([](const wchar_t*, tEntry* entry) { delete entry; });
 }
 
 void Set::populate() {
@@ -92,11 +94,18 @@ unsigned int Set::at(unsigned int index) const {
 }
 
 std::vector<unsigned int> Set::entries() const {
-    return firstEntries(_store, _children, items());
+    return entries(_store, _children, items());
 }
 
 std::vector<unsigned int> Set::entries(IDataStore* store, unsigned int list) {
-    return firstEntries(store, list, children(store, list).size());
+    return entries(store, list, children(store, list).size());
+}
+
+std::vector<unsigned int> Set::entries(IDataStore* store, unsigned int list, std::size_t most) {
+    if (list == BADOFF) return {};
+    std::vector<unsigned int> entries = Offsets(store, list).get();
+    if (entries.size() > most) entries.resize(most);
+    return entries;
 }
 
 std::vector<unsigned int> Set::children(IDataStore* store, unsigned int list) {

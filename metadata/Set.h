@@ -20,7 +20,7 @@ class Set : public Item {
 public:
     ~Set() override;
 
-    /// Drops the index and loads it again from the store.
+    /// Drops the index and loads it again from the store; where that throws, the index stays as it was.
     void update();
 
     /// Loads the index from the list of children. Reads each child once.
@@ -81,6 +81,9 @@ public:
 
     /// The entries of `list` that `entries` of a set opened on it now would give.
     static std::vector<unsigned int> entries(IDataStore* store, unsigned int list);
+
+    /// The first entries of `list`, no more than `most`.
+    static std::vector<unsigned int> entries(IDataStore* store, unsigned int list, std::size_t most);
 
     /// The offset of the first child of that name in `list`, as `find` on a set opened now would answer.
     static unsigned int search(IDataStore* store, unsigned int list, const wchar_t* name);

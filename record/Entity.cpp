@@ -37,6 +37,19 @@ std::wstring Entity::name() const {
     }
 }
 
+bool Entity::name(const char* section, std::uint64_t length) {
+    switch (type()) {
+        case kPrimitive:
+            return replaceSection(Primitive::kSections, Primitive::kName, section, length);
+        case kTable:
+            return replaceSection(Table::kSections, Table::kName, section, length);
+        case kContainer:
+            return replaceSection(Container::kSections, Container::kName, section, length);
+        default:
+            return false;
+    }
+}
+
 void Entity::ref() {
     if (!whole()) return;
     refs(refs() + 1);

@@ -58,6 +58,10 @@ public:
     /// The name, by the record's kind; empty for what is no entity.
     std::wstring name() const;
 
+    /// Replaces the bytes of the name's section and writes the record. False, with nothing done, for a record that is
+    /// no primitive, table or container, and where it would outgrow 32 bits.
+    bool name(const char* section, std::uint64_t length);
+
     /// Counts one more, or one less, object over the record, and writes it as bookkeeping. Nothing for a record that is
     /// no longer there.
     void ref();

@@ -1,3 +1,6 @@
+#include <optional>
+#include <unordered_set>
+
 #include "design/Container.h"
 #include "design/Subtree.h"
 #include "design/Table.h"
@@ -29,55 +32,45 @@ void Set::hide(unsigned int offset) {
 
 namespace {
 
-/// Takes in the items of a schema's table, as far as the locator has seen them.
-void inheritItems(Metadata::Set& set, const Schema::Layout& layout) {
-    for (const unsigned int offset : layout.set().entries()) set.inherit(layout.set().store(), offset);
+/// Takes in the items of a schema's tables, as far as the locator saw them, and adds the schema's names to the base
+/// list, which it returns. `guarded`: under the guard of each table's store.
+std::wstring inheritItems(Metadata::Set& set, std::wstring base, const Schema::SchemaImpl& schema, bool guarded) {
+    std::unordered_set<const Schema::Layout*> taken;
+    for (const Schema::Layout* layout : schema.layouts()) {
+        if (!base.empty()) base += L';';
+        base += layout->name();
+        std::optional<Record::Guard> guard;
+        if (guarded) guard.emplace(layout->store());
+        if (!taken.insert(layout).second) continue;  // a second time all its names are taken
+        for (const unsigned int offset : layout->entries()) set.inherit(layout->store(), offset);
+    }
+    return base;
 }
 
-/// A base list with one more name.
-std::wstring longer(std::wstring base, const Schema::Layout& layout) {
-    if (!base.empty()) base += L';';
-    return base + layout.name();
-}
-
-const char* bytesOf(const std::wstring& text) {
-    return reinterpret_cast<const char*>(text.c_str());
+/// Replaces the base list in a record of one of the two kinds; false where the record would outgrow 32 bits.
+template <class Kind>
+bool putBase(const Metadata::Set& set, const std::wstring& base) {
+    Kind record(set.store(), set.offset());
+    return record.arrays(Kind::kBase, reinterpret_cast<const char*>(base.c_str()), Record::textSection(base.c_str()));
 }
 
 }  // namespace
 
-namespace Structural {
-
-bool Container::inherit(metadata::ISchema* schema) {
+bool Structural::Container::inherit(metadata::ISchema* schema) {
     const auto* ours = Schema::SchemaImpl::of(schema);
     if (!ours) return false;
-    std::wstring base = _base;
-    for (const Schema::Layout* layout : ours->layouts()) {
-        base = longer(std::move(base), *layout);
-        const Record::Guard guard(layout->set().store());
-        inheritItems(*this, *layout);
-    }
-    Record::Container record(_store, _offset);
-    if (record.arrays(Record::Container::kBase, bytesOf(base), Record::textSection(base.c_str()))) _base = base;
+    const std::wstring base = inheritItems(*this, _base, *ours, true);
+    if (putBase<Record::Container>(*this, base)) _base = base;
     return true;
 }
 
-}  // namespace Structural
-
-namespace Design {
-
-bool Table::inherit(metadata::ISchema* schema) {
+bool Design::Table::inherit(metadata::ISchema* schema) {
     const auto* ours = Schema::SchemaImpl::of(schema);
     if (!ours) return false;
-    std::wstring base = _base;
-    for (const Schema::Layout* layout : ours->layouts()) {
-        base = longer(std::move(base), *layout);
-        inheritItems(*this, *layout);
-    }
-    Record::Table record(_store, _offset);
-    if (record.arrays(Record::Table::kBase, bytesOf(base), Record::textSection(base.c_str()))) _base = base;
+    // Clients that make tables from schemas rely on it that no second guard is taken here.
+    const std::wstring base = inheritItems(*this, _base, *ours, false);
+    if (putBase<Record::Table>(*this, base)) _base = base;
     return true;
 }
 
-}  // namespace Design
 }  // namespace lumivard::platform::data

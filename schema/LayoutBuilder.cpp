@@ -3,9 +3,9 @@
 #include <algorithm>
 
 #include "design/Stride.h"
+#include "metadata/Set.h"
 #include "record/Primitive.h"
 #include "record/Table.h"
-#include "schema/Finder.h"
 #include "schema/SchemaLocatorImpl.h"
 
 namespace lumivard::platform::data::Schema {
@@ -33,30 +33,17 @@ Layout* LayoutBuilder::build(const std::wstring& name) {
 }
 
 bool LayoutBuilder::begin(const std::wstring& name) {
-    std::unique_ptr<Design::Table> table = find(name);
+    const tTable table = _search.find(name);
     if (!table) return false;
-    const Record::Table record(table->store(), table->offset());
-    if (!_begun.insert(name).second) spend(kItemAgain * (1 + table->items()));
     const std::size_t place = _frames.size();
+    const bool again = !_begun.insert(name).second;
     _open.emplace(name, place);
     tFrame& frame = _frames.emplace_back();
-    frame.layout = std::make_unique<Layout>(name, std::move(table));
+    frame.layout = std::make_unique<Layout>(name, table);
     frame.cutBy = place;
-    enter(frame, record, L"");
+    frame.again = again;
+    enter(frame, Record::Table(table.store, table.offset), L"");
     return true;
-}
-
-std::unique_ptr<Design::Table> LayoutBuilder::find(const std::wstring& name) {
-    constexpr unsigned int kTop = 0;
-    for (IDataStore* store : _locator.stores()) {
-        if (store->extent() == 0) continue;
-        // A list that is searched a thousand times for nothing is work too.
-        if (!_frames.empty()) spend(store->size(Record::Entity(store, kTop).children()));
-        const unsigned int offset = Finder(store, kTop, name.c_str()).offset;
-        if (Record::peek(store, offset) != Record::kTable) continue;
-        return std::make_unique<Design::Table>(store, offset, false);
-    }
-    return nullptr;
 }
 
 Layout* LayoutBuilder::end() {
@@ -76,9 +63,13 @@ Layout* LayoutBuilder::end() {
 }
 
 void LayoutBuilder::enter(tFrame& frame, const Record::Table& table, const std::wstring& label) {
-    if (!frame.tables.insert(table.offset()).second) return;  // a damaged store has a table below itself
-    frame.levels.push_back({Metadata::Set::entries(table.store(), table.children()), 0, frame.prefix.size()});
+    // A damaged store has a table below itself, or thousands that share a list.
+    if (!frame.entered.insert(table.offset()).second) return;
+    const unsigned int list = table.children();
+    if (list == IDataStore::BADOFF || !frame.entered.insert(list).second) return;
+    frame.levels.push_back({Metadata::Set::entries(table.store(), list), 0, frame.prefix.size()});
     frame.prefix += label;
+    if (frame.again) spend(kItem * (1 + frame.levels.back().members.size()));
 }
 
 void LayoutBuilder::takeNext(tFrame& frame) {
@@ -88,8 +79,9 @@ void LayoutBuilder::takeNext(tFrame& frame) {
         frame.levels.pop_back();
         return;
     }
-    IDataStore* store = frame.layout->set().store();
+    IDataStore* store = frame.layout->store();
     const unsigned int offset = level.members[level.next++];
+    if (frame.again && offset != IDataStore::BADOFF) spend(store->size(offset));
     switch (Record::peek(store, offset)) {
         case Record::kTable: {
             const Record::Table table(store, offset);
@@ -117,10 +109,11 @@ void LayoutBuilder::takePrimitive(tFrame& frame, const Record::Primitive& primit
     }
     const std::wstring base = primitive.text(Record::Primitive::kBase);
     if (base.empty()) return;
-    frame.member.emplace();
-    frame.member->name = std::move(name);
-    frame.member->size = bytes;
-    SchemaLocatorImpl::tokenize(base.c_str(), frame.member->uris);
+    tMember member;
+    member.name = std::move(name);
+    member.size = bytes;
+    SchemaLocatorImpl::tokenize(base.c_str(), member.uris);
+    frame.member = std::move(member);
 }
 
 void LayoutBuilder::findNext(tFrame& frame) {
@@ -130,13 +123,13 @@ void LayoutBuilder::findNext(tFrame& frame) {
         frame.member.reset();
         return;
     }
-    const std::wstring& uri = member.uris[member.next++];
+    const std::wstring uri = std::move(member.uris[member.next++]);
     if (Layout* known = _locator.known(uri.c_str())) {
         member.take(known);
     } else if (const auto met = _open.find(uri); met != _open.end()) {
         frame.cutBy = std::min(frame.cutBy, met->second);
-    } else {
-        begin(uri);
+    } else if (!_unknown.contains(uri) && !begin(uri)) {
+        _unknown.insert(uri);
     }
 }
 

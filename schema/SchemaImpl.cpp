@@ -4,6 +4,7 @@
 #include <string>
 #include <unordered_set>
 
+#include "metadata/Set.h"
 #include "schema/Comparator.h"
 #include "schema/Layout.h"
 #include "schema/SchemaLocatorImpl.h"
@@ -20,7 +21,7 @@ metadata::IStructLayout* SchemaImpl::layout() {
 
 void SchemaImpl::add(Layout* layout) {
     _layouts.push_back(layout);
-    if (layout->set().items() != 0) _empty = false;
+    if (layout->items() != 0) _empty = false;
 }
 
 bool SchemaImpl::prevalidate(const wchar_t* uris) const {
@@ -34,7 +35,7 @@ bool SchemaImpl::prevalidate(const wchar_t* uris) const {
 bool SchemaImpl::validate(const Metadata::Set& set) const {
     if (_empty) return false;
     return std::all_of(_layouts.begin(), _layouts.end(), [&](const Layout* layout) {
-        return Comparator().compare(set.store(), set.offset(), layout->set().store(), layout->set().offset());
+        return Comparator().compare(set.store(), set.offset(), layout->store(), layout->offset());
     });
 }
 

@@ -22,9 +22,10 @@ SharedPtr<metadata::ISchema> SchemaLocatorImpl::resolve(WideString uri) {
     std::vector<std::wstring> names;
     tokenize(uri.value(), names);
     auto schema = std::make_unique<SchemaImpl>();
+    TableSearch search(stores());
     for (const std::wstring& name : names) {
         Layout* layout = known(name.c_str());
-        if (!layout) layout = LayoutBuilder(*this).build(name);
+        if (!layout) layout = LayoutBuilder(*this, search).build(name);
         if (layout) schema->add(layout);
     }
     if (schema->layouts().empty()) return {};
@@ -36,12 +37,13 @@ void SchemaLocatorImpl::push(IDataStore* store) {
 }
 
 bool SchemaLocatorImpl::pop(IDataStore* store) {
-    if (!store || !_stores.erase(store)) return false;
-    // The map must not change while it is walked.
+    if (!store || _stores.count(store) == 0) return false;
+    // The map must not change while it is walked, and nothing may change where memory runs out.
     std::vector<const wchar_t*> names;
     for (const auto& [name, layout] : _layouts) {
-        if (layout->set().store() == store) names.push_back(name);
+        if (layout->store() == store) names.push_back(name);
     }
+    _stores.erase(store);
     for (const wchar_t* name : names) {
         decltype(_layouts)::accessor entry;
         if (!_layouts.find(entry, name)) continue;
@@ -65,10 +67,24 @@ Layout* SchemaLocatorImpl::known(const wchar_t* name) const {
 }
 
 Layout* SchemaLocatorImpl::keep(std::unique_ptr<Layout> layout) {
-    decltype(_layouts)::accessor entry;
-    const wchar_t* name = layout->name();
-    if (_layouts.insert(entry, name)) entry->second = std::move(layout);
-    return entry->second.get();
+    Layout* kept = layout.get();
+    {
+        decltype(_layouts)::accessor entry;
+        if (!_layouts.insert(entry, kept->name())) return entry->second.get();
+        entry->second = std::move(layout);
+    }
+    try {
+        kept->hold();
+    } catch (...) {
+        const std::lock_guard lock(_failedMutex);
+        decltype(_layouts)::accessor entry;
+        if (_layouts.find(entry, kept->name())) {
+            _failed.push_back(std::move(entry->second));
+            _layouts.erase(entry);
+        }
+        throw;
+    }
+    return kept;
 }
 
 std::vector<IDataStore*> SchemaLocatorImpl::stores() const {

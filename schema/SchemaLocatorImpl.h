@@ -4,7 +4,9 @@
 
 #include <cstddef>
 #include <memory>
+#include <mutex>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "lumivard/platform/core/memory/PooledHeap.h"
@@ -17,7 +19,8 @@ class Layout;
 /// A set of stores to search, and every layout that was built from them, by name.
 ///
 /// A layout is built without any lock, so two threads may build one at the same time: the first to finish is kept, and
-/// the other gets that.
+/// the other gets that. Only what is kept counts itself in its table's record, by the thread that built it: the counts
+/// of one schema are never written by two threads.
 class SchemaLocatorImpl final : public metadata::ISchemaLocator, public core::memory::PooledObject {
 public:
     SchemaLocatorImpl() = default;
@@ -36,8 +39,9 @@ public:
     /// The layout of a name that was built before; null when there is none. Touches no store.
     Layout* known(const wchar_t* name) const;
 
-    /// Takes a new layout, and returns the one that its name means from now on: this one, unless there was one already,
-    /// for which this one is dropped.
+    /// Takes a new layout, and returns the one that its name means from now on: this one, which then holds its table,
+    /// unless there was one already, for which this one is dropped. Where it cannot hold the table, the name stays
+    /// unknown.
     Layout* keep(std::unique_ptr<Layout> layout);
 
     /// The stores, in no particular order.
@@ -63,6 +67,10 @@ private:
 
     tMap<const wchar_t*, std::unique_ptr<Layout>, tNameKernel> _layouts;  // a key is the text in its layout
     tMap<IDataStore*, bool, _tVoidKernel> _stores;
+
+    // Layouts that could not hold their tables, and that another thread may have been given before.
+    std::vector<std::unique_ptr<Layout>> _failed;
+    std::mutex _failedMutex;
 };
 
 }  // namespace lumivard::platform::data::Schema
