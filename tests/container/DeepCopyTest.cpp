@@ -1,11 +1,10 @@
 // Copies of trees far deeper than the stack of a thread.
 #include <gtest/gtest.h>
-#include <pthread.h>
 
-#include <functional>
 #include <memory>
 
 #include "tests/container/CopyFixture.h"
+#include "tests/support/SmallStack.h"
 
 namespace {
 
@@ -13,22 +12,6 @@ using namespace lumivard::platform::test_support;
 using lumivard::platform::data::metadata::ISchemaLocator;
 
 constexpr unsigned int kLevels = 20'000;
-constexpr std::size_t kSmallStack = 256 * 1024;
-
-/// Runs something to its end on a thread with a small stack.
-void onASmallStack(std::function<void()> run) {
-    pthread_attr_t attributes;
-    ASSERT_EQ(pthread_attr_init(&attributes), 0);
-    ASSERT_EQ(pthread_attr_setstacksize(&attributes, kSmallStack), 0);
-    pthread_t thread;
-    const auto call = [](void* function) -> void* {
-        (*static_cast<std::function<void()>*>(function))();
-        return nullptr;
-    };
-    ASSERT_EQ(pthread_create(&thread, &attributes, call, &run), 0);
-    pthread_join(thread, nullptr);
-    pthread_attr_destroy(&attributes);
-}
 
 /// How many levels of first children are below an entity.
 unsigned int depth(IDataStore* store, unsigned int offset) {

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -177,6 +178,15 @@ TEST_P(Clone, OfATableHasItsOwnDefaults) {
     EXPECT_EQ(Table(other(), copy, false).valuetype(units::group(units::kMeter)), metadata::kDouble);
 }
 
+TEST_P(Clone, OfATableMakesItsChildrenBeforeItsDefaults) {
+    const unsigned int t = tree::addTable(store(), _root, L"t");
+    tree::addPrimitive(store(), t, L"p");
+    Table item(store(), t, false);
+    item.defaults(units::kMeter, metadata::kDouble);
+    const unsigned int copy = item.clone(other());
+    EXPECT_LT(stored::children(other(), copy).at(0), stored::word(other(), copy, 22));
+}
+
 TEST_P(Clone, OfATableWithoutDefaultsHasNone) {
     EXPECT_EQ(stored::word(other(), clone(Table(store(), tree::table(store(), L"t"), false)), 22), BADOFF);
 }
@@ -270,6 +280,20 @@ TEST_P(Clone, SeesWhatWasAddedToAListThatItKnows) {
     Container item(store(), a, false);
     tree::addPrimitive(store(), a, L"q");
     EXPECT_EQ(stored::children(other(), item.clone(other())).size(), 2u);
+}
+
+TEST_P(Clone, CopiesAListThatDamagedContainersShareForTheFirstOfThemOnly) {
+    const unsigned int first = tree::addContainer(store(), _root, L"a");
+    const unsigned int second = tree::addContainer(store(), _root, L"b");
+    tree::addPrimitive(store(), first, L"p");
+    stored::putWord(store(), second, stored::kChildren, stored::word(store(), first, stored::kChildren));
+    const unsigned int list = Root(store(), _root).duplicate(other(), _other);
+    const std::string entries = stored::bytes(other(), list);
+    unsigned int copies[2];
+    ASSERT_EQ(entries.size(), 4 + sizeof(copies));
+    std::memcpy(copies, entries.data() + 4, sizeof(copies));
+    EXPECT_EQ(stored::children(other(), copies[0]).size(), 1u);
+    EXPECT_EQ(stored::word(other(), copies[1], stored::kChildren), BADOFF);
 }
 
 TEST_P(Clone, LeavesOutWhatADamagedRecordNamesAndDoesNotOwn) {

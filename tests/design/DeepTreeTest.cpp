@@ -1,8 +1,6 @@
 // Trees far deeper than the stack of a thread.
 #include <gtest/gtest.h>
-#include <pthread.h>
 
-#include <functional>
 #include <memory>
 #include <string>
 
@@ -10,6 +8,7 @@
 #include "record/tType.h"
 #include "schema/Finder.h"
 #include "tests/support/RecordHelpers.h"
+#include "tests/support/SmallStack.h"
 #include "tests/support/TreeHelpers.h"
 
 namespace {
@@ -20,24 +19,9 @@ namespace stores = lumivard::platform::stores;
 namespace tree = lumivard::platform::test_support::tree;
 using data::Metadata::Root;
 using data::Structural::Container;
+using lumivard::platform::test_support::onASmallStack;
 
 constexpr unsigned int kDeep = 100000;
-constexpr std::size_t kSmallStack = 256 * 1024;
-
-/// Runs something to its end on a thread with a small stack.
-void onASmallStack(std::function<void()> run) {
-    pthread_attr_t attributes;
-    ASSERT_EQ(pthread_attr_init(&attributes), 0);
-    ASSERT_EQ(pthread_attr_setstacksize(&attributes, kSmallStack), 0);
-    pthread_t thread;
-    const auto call = [](void* function) -> void* {
-        (*static_cast<std::function<void()>*>(function))();
-        return nullptr;
-    };
-    ASSERT_EQ(pthread_create(&thread, &attributes, call, &run), 0);
-    pthread_join(thread, nullptr);
-    pthread_attr_destroy(&attributes);
-}
 
 /// A root with 100,000 containers "x", each in the one before, and a primitive "p" in the last.
 class DeepTree : public testing::Test {

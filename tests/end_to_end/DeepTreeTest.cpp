@@ -1,12 +1,11 @@
 #include <gtest/gtest.h>
-#include <pthread.h>
 
-#include <functional>
 #include <string>
 
 #include "lumivard/platform/core.h"
 #include "lumivard/platform/data.h"
 #include "lumivard/platform/stores.h"
+#include "tests/support/SmallStack.h"
 
 // No operation's need of the stack grows with the depth of the data: a tree of 100,000 levels on a small stack.
 
@@ -14,23 +13,9 @@ namespace {
 
 using namespace lumivard::platform;
 using namespace lumivard::platform::data;
+using test_support::onASmallStack;
 
 constexpr int kLevels = 100'000;
-constexpr std::size_t kStack = 512 * 1024;  // a sixteenth of what a thread has as a rule
-
-void onASmallStack(const std::function<void()>& work) {
-    pthread_attr_t attributes;
-    pthread_attr_init(&attributes);
-    pthread_attr_setstacksize(&attributes, kStack);
-    pthread_t thread;
-    const auto start = [](void* argument) -> void* {
-        (*static_cast<const std::function<void()>*>(argument))();
-        return nullptr;
-    };
-    ASSERT_EQ(pthread_create(&thread, &attributes, start, const_cast<std::function<void()>*>(&work)), 0);
-    pthread_join(thread, nullptr);
-    pthread_attr_destroy(&attributes);
-}
 
 std::string deepDocument() {
     std::string document = "<root version=\"1\" name=\"root\">";

@@ -8,6 +8,7 @@
 
 #include "record/Offsets.h"
 #include "tests/support/LoggingStore.h"
+#include "tests/support/OneFailedRead.h"
 #include "tests/support/RecordHelpers.h"
 #include "tests/support/StoreFixture.h"
 #include "tests/support/TreeHelpers.h"
@@ -144,6 +145,26 @@ TEST_P(MetadataSet, ForgetsAtItsUpdateWhatIsGoneOrRenamed) {
     EXPECT_EQ(set.find(L"b"), BADOFF);
     EXPECT_EQ(set.find(L"c"), b);
     EXPECT_EQ(set.items(), 1u);
+}
+
+TEST_P(MetadataSet, StaysAsItWasWhereAReadOfItsUpdateFails) {
+    const unsigned int a = tree::addContainer(store(), _root, L"a");
+    const unsigned int b = tree::addContainer(store(), _root, L"b");
+    lumivard::platform::test_support::OneFailedRead failing(*store(), -1);
+    Root set(&failing, _root);
+    const unsigned int c = tree::addContainer(store(), _root, L"c");
+    constexpr int kReads = 4;  // at least: the record, the list, the children
+    for (int number = 0; number < kReads; ++number) {
+        failing.failAt(number);
+        EXPECT_THROW(set.update(), std::runtime_error) << number;
+        EXPECT_EQ(set.find(L"a"), a);
+        EXPECT_EQ(set.find(L"b"), b);
+        EXPECT_EQ(set.find(L"c"), BADOFF);
+        EXPECT_EQ(set.items(), 2u);
+    }
+    failing.goOn();
+    set.update();
+    EXPECT_EQ(set.find(L"c"), c);
 }
 
 TEST_P(MetadataSet, IsPopulatedLateWhenOpenedLazily) {

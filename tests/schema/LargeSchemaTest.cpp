@@ -1,13 +1,12 @@
 // Schemas that are deeper than a thread's stack, and such as would fill any memory.
-#include <pthread.h>
 
-#include <functional>
 #include <memory>
 #include <string>
 
 #include "lumivard/platform/stores.h"
 #include "schema/Comparator.h"
 #include "tests/schema/SchemaFixture.h"
+#include "tests/support/SmallStack.h"
 
 namespace {
 
@@ -16,23 +15,7 @@ namespace stores = lumivard::platform::stores;
 using data::Schema::Comparator;
 
 constexpr unsigned int kDeep = 20000;
-constexpr std::size_t kSmallStack = 256 * 1024;
 constexpr unsigned int kRoot = 0;
-
-/// Runs something to its end on a thread with a small stack.
-void onASmallStack(std::function<void()> run) {
-    pthread_attr_t attributes;
-    ASSERT_EQ(pthread_attr_init(&attributes), 0);
-    ASSERT_EQ(pthread_attr_setstacksize(&attributes, kSmallStack), 0);
-    pthread_t thread;
-    const auto call = [](void* function) -> void* {
-        (*static_cast<std::function<void()>*>(function))();
-        return nullptr;
-    };
-    ASSERT_EQ(pthread_create(&thread, &attributes, call, &run), 0);
-    pthread_join(thread, nullptr);
-    pthread_attr_destroy(&attributes);
-}
 
 /// A store in memory with a root.
 class LargeSchema : public testing::Test {
@@ -47,6 +30,20 @@ protected:
         unsigned int table = first;
         for (unsigned int level = 1; level < kDeep; ++level) table = tree::addTable(store(), table, L"x");
         addValues(store(), table, L"p", metadata::kInt32, 1);
+        return first;
+    }
+
+    /// Tables "s0", "s1", and so on, each filled by `fill(table, number)`. Returns the first.
+    template <class Fill>
+    unsigned int addSchemas(unsigned int count, Fill fill) {
+        data::Metadata::Root root(store(), kRoot);
+        unsigned int first = kRoot;
+        for (unsigned int number = 0; number < count; ++number) {
+            const unsigned int table = tree::table(store(), (L"s" + std::to_wstring(number)).c_str());
+            root.add(table);
+            fill(table, number);
+            if (number == 0) first = table;
+        }
         return first;
     }
 
@@ -92,21 +89,11 @@ TEST_F(LargeSchema, OfTablesInTablesIsInherited) {
 }
 
 TEST_F(LargeSchema, OfStructsInStructsIsFoundToItsEnd) {
-    // In tables of a hundred, so that a search does not go through thousands of names.
-    constexpr unsigned int kShelf = 100;
-    const auto uri = [](unsigned int number) {
-        return L"shelf" + std::to_wstring(number / kShelf) + L".s" + std::to_wstring(number);
-    };
-    unsigned int shelf = kRoot;
-    unsigned int first = kRoot;
-    for (unsigned int i = 0; i < kDeep; ++i) {
-        if (i % kShelf == 0)
-            shelf = tree::addContainer(store(), kRoot, (L"shelf" + std::to_wstring(i / kShelf)).c_str());
-        const unsigned int table = tree::addTable(store(), shelf, (L"s" + std::to_wstring(i)).c_str());
-        if (i == 0) first = table;
-        if (i != 0) addStruct(store(), table, L"m", uri(i - 1).c_str(), 0);
+    const auto uri = [](unsigned int number) { return L"s" + std::to_wstring(number); };
+    const unsigned int first = addSchemas(kDeep, [&](unsigned int table, unsigned int number) {
+        if (number != 0) addStruct(store(), table, L"m", uri(number - 1).c_str(), 0);
         addValues(store(), table, L"x", metadata::kInt32, 1);
-    }
+    });
     onASmallStack([&] {
         const auto schema = _locator->resolve(uri(kDeep - 1).c_str());
         ASSERT_TRUE(schema);
@@ -114,6 +101,20 @@ TEST_F(LargeSchema, OfStructsInStructsIsFoundToItsEnd) {
     });
     EXPECT_EQ(stored::refs(store(), first), 1u) << "the last of the row was found";
     EXPECT_EQ(names(*_locator->resolve(uri(kDeep / 2).c_str())->layout()), tNames{L"x"});
+}
+
+TEST_F(LargeSchema, OfThousandsOfStructsOfOneFieldIsWholeInALibraryOfManySchemas) {
+    constexpr unsigned int kMembers = 3000;
+    addSchemas(kDeep, [&](unsigned int table, unsigned int) { addValues(store(), table, L"x", metadata::kInt32, 1); });
+    const unsigned int large = tree::addTable(store(), kRoot, L"large");
+    data::Design::Table open(store(), large, false);
+    for (unsigned int i = 0; i < kMembers; ++i) {
+        const unsigned int member = tree::primitive(store(), (L"m" + std::to_wstring(i)).c_str(), metadata::kStruct);
+        data::Design::Primitive(store(), member).reset(4);
+        data::Design::Primitive(store(), member).base((L"s" + std::to_wstring(i)).c_str());
+        ASSERT_TRUE(open.add(member));
+    }
+    EXPECT_EQ(_locator->resolve(L"large")->layout()->fields(), kMembers);
 }
 
 TEST_F(LargeSchema, OfSixteenThatAllNameEachOtherEnds) {

@@ -1,7 +1,7 @@
 // The set of stores of a locator, and what it keeps of them.
 #include "tests/schema/SchemaFixture.h"
-#include "tests/schema/ThinStores.h"
 #include "tests/support/LoggingStore.h"
+#include "tests/support/OneFailedRead.h"
 #include "tests/support/RefusingStore.h"
 
 namespace {

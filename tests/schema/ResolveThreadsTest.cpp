@@ -9,7 +9,7 @@
 #include "lumivard/platform/stores.h"
 #include "record/Guard.h"
 #include "tests/schema/SchemaFixture.h"
-#include "tests/schema/ThinStores.h"
+#include "tests/schema/SerialStore.h"
 
 namespace {
 
@@ -95,9 +95,22 @@ TEST_F(ResolveThreads, BuildEqualLayoutsOfNamesThatAreUnknownOverAStoreThatIsSer
         std::vector<tSeen> seen(kThreads);
         inParallel([&](int thread) { seen[static_cast<std::size_t>(thread)] = see(*locator); });
         for (const tSeen& each : seen) EXPECT_EQ(each, expected);
-        for (int i = 0; i < kSchemas; ++i) {
-            EXPECT_EQ(layouts(locator->resolve(uri(i).c_str())), layouts(locator->resolve(uri(i).c_str())));
+    }
+}
+
+TEST_F(ResolveThreads, CountEachSchemaOnceOverAStoreThatIsSerial) {
+    SerialStore serial(*store());
+    for (int round = 0; round < 20; ++round) {
+        std::vector<unsigned int> tables;
+        {
+            const auto locator = ISchemaLocator::make(&serial);
+            inParallel([&](int) { see(*locator); });
+            for (int i = 0; i < kSchemas; ++i) {
+                tables.push_back(layouts(locator->resolve(uri(i).c_str())).at(0)->offset());
+                EXPECT_EQ(stored::refs(store(), tables.back()), 1u);
+            }
         }
+        for (const unsigned int table : tables) EXPECT_EQ(stored::refs(store(), table), 0u);
     }
 }
 

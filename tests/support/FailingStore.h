@@ -2,17 +2,15 @@
 
 #include <stdexcept>
 
-#include "lumivard/platform/core/storage/datastore/IDataStore.h"
+#include "tests/support/ForwardingStore.h"
 
 namespace lumivard::platform::test_support {
 
-/// A store that hands every call to another one, until it is told to fail: then the n-th change of content from there
-/// throws `std::runtime_error`, and so does each one after it, until it is told to go on. Reading and bookkeeping go on
-/// throughout. `access()` is null.
-class FailingStore final : public core::storage::datastore::IDataStore {
+/// A store that works until it is told to fail: then the n-th change of content from there throws `std::runtime_error`,
+/// and so does each one after it, until it is told to go on. Reading and bookkeeping go on throughout.
+class FailingStore final : public ForwardingStore {
 public:
-    /// Forwards to `under`, which must outlive this object.
-    explicit FailingStore(core::storage::datastore::IDataStore& under) : _under(under) {}
+    using ForwardingStore::ForwardingStore;
 
     /// Lets `changes` more changes of content pass, and fails from then on.
     void failAfter(int changes) {
@@ -23,31 +21,26 @@ public:
     /// Fails no more.
     void goOn() { _failing = false; }
 
-    ILock* lock() override { return _under.lock(); }
-    void flush() override { _under.flush(); }
+    using ForwardingStore::version;
     void version(unsigned int number) override {
         change();
-        _under.version(number);
+        ForwardingStore::version(number);
     }
-    unsigned int version() const override { return _under.version(); }
-    unsigned long long extent() override { return _under.extent(); }
     unsigned int create(const void* data, unsigned int size) override {
         change();
-        return _under.create(data, size);
+        return ForwardingStore::create(data, size);
     }
     void append(unsigned int offset, const void* data, unsigned int size) override {
         change();
-        _under.append(offset, data, size);
+        ForwardingStore::append(offset, data, size);
     }
     void update(unsigned int offset, const void* data, unsigned int size, bool changed) override {
         if (changed) change();
-        _under.update(offset, data, size, changed);
+        ForwardingStore::update(offset, data, size, changed);
     }
-    unsigned int size(unsigned int offset) override { return _under.size(offset); }
-    void read(unsigned int offset, void* buffer, unsigned int size) override { _under.read(offset, buffer, size); }
     void erase(unsigned int offset) override {
         change();
-        _under.erase(offset);
+        ForwardingStore::erase(offset);
     }
 
 private:
@@ -55,7 +48,6 @@ private:
         if (_failing && _left-- <= 0) throw std::runtime_error("the store was told to fail");
     }
 
-    core::storage::datastore::IDataStore& _under;
     bool _failing = false;
     int _left = 0;
 };

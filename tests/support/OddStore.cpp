@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <stdexcept>
 
 namespace lumivard::platform::test_support {
 namespace {
@@ -29,6 +30,7 @@ void OddStore::update(unsigned int offset, const void* data, unsigned int size, 
 }
 
 unsigned int OddStore::size(unsigned int offset) {
+    if (offset == BADOFF) throw std::logic_error("the size of no record was asked for");
     const auto record = _records.find(offset);
     return record == _records.end() ? 0 : static_cast<unsigned int>(record->second.size());
 }

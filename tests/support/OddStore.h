@@ -11,7 +11,8 @@ namespace lumivard::platform::test_support {
 ///
 /// Its offsets are 0, 16, 48, 96, ...: the distance grows by 16 each time, so that neither "the next one" nor "the
 /// number of records" can be guessed. `lock()` is null, `access()` is null, and `extent()` counts bytes. It lives in
-/// memory and throws `std::out_of_range` for an `update`, `append` or `erase` of an offset that names no record.
+/// memory and throws `std::out_of_range` for an `update`, `append` or `erase` of an offset that names no record, and
+/// `std::logic_error` for the `size` of none.
 class OddStore final : public core::storage::datastore::IDataStore {
 public:
     ILock* lock() override { return nullptr; }

@@ -24,6 +24,7 @@ inline constexpr unsigned int kContainerType = 18;
 
 /// All bytes of a record; none for an offset that names no record.
 inline std::string bytes(IDataStore* store, unsigned int offset) {
+    if (offset == BADOFF) return {};
     std::string all(store->size(offset), '\0');
     store->read(offset, all.data(), 0xFFFFFFFFu);
     return all;

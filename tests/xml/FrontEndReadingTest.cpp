@@ -1,6 +1,7 @@
 #include <stdexcept>
 
 #include "tests/support/FailingStore.h"
+#include "tests/support/ForwardingStore.h"
 #include "tests/support/LoggingStore.h"
 #include "tests/xml/XmlFixture.h"
 
@@ -171,27 +172,10 @@ TEST_P(ReadingIntoAStore, DropsWhatTheStoreThrowsAndTellsIt) {
 }
 
 TEST_P(ReadingIntoAStore, LetsThroughWhatTheFlushThrows) {
-    class Unflushable : public IDataStore {
+    class Unflushable : public ForwardingStore {
     public:
-        explicit Unflushable(IDataStore& under) : _under(under) {}
-        ILock* lock() override { return nullptr; }
+        using ForwardingStore::ForwardingStore;
         void flush() override { throw std::runtime_error("cannot flush"); }
-        void version(unsigned int number) override { _under.version(number); }
-        unsigned int version() const override { return _under.version(); }
-        unsigned long long extent() override { return _under.extent(); }
-        unsigned int create(const void* data, unsigned int size) override { return _under.create(data, size); }
-        void append(unsigned int offset, const void* data, unsigned int size) override {
-            _under.append(offset, data, size);
-        }
-        void update(unsigned int offset, const void* data, unsigned int size, bool changed) override {
-            _under.update(offset, data, size, changed);
-        }
-        unsigned int size(unsigned int offset) override { return _under.size(offset); }
-        void read(unsigned int offset, void* buffer, unsigned int size) override { _under.read(offset, buffer, size); }
-        void erase(unsigned int offset) override { _under.erase(offset); }
-
-    private:
-        IDataStore& _under;
     } unflushable(*store());
     MemoryReader reader(kWhole);
     EXPECT_THROW(IXMLFrontEnd::parse(&unflushable, &reader, nullptr, nullptr, &reporter), std::runtime_error);

@@ -1,3 +1,4 @@
+#include "tests/support/ForwardingStore.h"
 #include "tests/xml/XmlFixture.h"
 #include "xml/XMLParsingLogic.h"
 
@@ -107,29 +108,14 @@ class ClosingOrder : public StoreTest {};
 LVP_ON_EACH_STORE(ClosingOrder);
 
 TEST_P(ClosingOrder, IsInnermostFirst) {
-    class Watching : public IDataStore {
+    class Watching : public ForwardingStore {
     public:
-        explicit Watching(IDataStore& under) : _under(under) {}
-        ILock* lock() override { return _under.lock(); }
-        void flush() override { _under.flush(); }
-        void version(unsigned int number) override { _under.version(number); }
-        unsigned int version() const override { return _under.version(); }
-        unsigned long long extent() override { return _under.extent(); }
-        unsigned int create(const void* data, unsigned int size) override { return _under.create(data, size); }
-        void append(unsigned int offset, const void* data, unsigned int size) override {
-            _under.append(offset, data, size);
-        }
+        using ForwardingStore::ForwardingStore;
         void update(unsigned int offset, const void* data, unsigned int size, bool changed) override {
             if (!changed) updates.push_back(offset);
-            _under.update(offset, data, size, changed);
+            ForwardingStore::update(offset, data, size, changed);
         }
-        unsigned int size(unsigned int offset) override { return _under.size(offset); }
-        void read(unsigned int offset, void* buffer, unsigned int size) override { _under.read(offset, buffer, size); }
-        void erase(unsigned int offset) override { _under.erase(offset); }
         std::vector<unsigned int> updates;
-
-    private:
-        IDataStore& _under;
     } watching(*store());
 
     std::vector<unsigned int> opened;
