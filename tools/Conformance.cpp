@@ -13,15 +13,18 @@ using namespace lumivard::platform::data;
 
 namespace {
 
-constexpr const char* kTable = "table";
-
 /// A property of a set: its name, and the kind by which it is compared.
 struct tItem {
     std::wstring name;
-    std::string kind;
+    bool isTable;
+    metadata::tValue kind;  ///< of a value
     SharedPtr<metadata::IProperty> property;
 
-    bool operator==(const tItem& other) const { return name == other.name && kind == other.kind; }
+    bool operator==(const tItem& other) const {
+        return name == other.name && isTable == other.isTable && kind == other.kind;
+    }
+    std::string kindName() const { return isTable ? "table" : nameOf(kind); }
+    std::string isWhat() const { return isTable ? "a table" : "of the kind " + kindName(); }
 };
 
 std::vector<tItem> itemsOf(const SharedPtr<metadata::IPropertyFilter>& cursor) {
@@ -30,8 +33,8 @@ std::vector<tItem> itemsOf(const SharedPtr<metadata::IPropertyFilter>& cursor) {
         const auto property = cursor->current();
         if (!property) continue;
         auto* primitive = metadata::IPrimitive::to(property.get());
-        items.push_back({static_cast<const wchar_t*>(property->tag()),
-                         primitive ? nameOf(primitive->valuetype()) : kTable, property});
+        items.push_back({static_cast<const wchar_t*>(property->tag()), primitive == nullptr,
+                         primitive ? primitive->valuetype() : metadata::tValue{}, property});
     }
     return items;
 }
@@ -40,13 +43,13 @@ std::vector<tItem> itemsOf(const tItem& table) {
     return itemsOf(metadata::ITable::to(table.property.get())->properties());
 }
 
-std::string quoted(const std::string& path, const std::wstring& name) {
-    return "'" + path + printable(WideString(name.c_str()).string()) + "'";
+std::string text(const std::wstring& name) {
+    return printable(WideString(name.c_str()).string());
 }
 
 /// A set under test and the schema's table that it is compared with.
 struct tPair {
-    std::string path;  ///< with a dot behind it, or empty
+    std::wstring name;  ///< of the table; empty at the top
     std::vector<tItem> items;
     std::vector<tItem> wanted;
     bool isContainer;  ///< in which the search goes on behind a match, in a table on it
@@ -54,23 +57,25 @@ struct tPair {
     std::size_t next = 0;  ///< of `wanted`
 };
 
-/// What is wrong with the item that `pair` wants next and did not find from its cursor on.
-std::string difference(const tPair& pair) {
+/// What is wrong with the item that the innermost pair wants next and did not find from its cursor on.
+std::string difference(const std::vector<tPair>& pairs) {
+    std::string path;
+    for (const tPair& pair : pairs) path += pair.name.empty() ? "" : text(pair.name) + ".";
+    const auto quoted = [&](const tItem& item) { return "'" + path + text(item.name) + "'"; };
+
+    const tPair& pair = pairs.back();
     const tItem& wanted = pair.wanted[pair.next];
-    const std::string name = quoted(pair.path, wanted.name);
     const tItem* other = nullptr;
     for (const tItem& item : pair.items) {
         if (item.name != wanted.name) continue;
-        if (item == wanted) {
-            return name + " stands before " + quoted(pair.path, pair.wanted[pair.next - 1].name) +
+        if (item == wanted && pair.next != 0) {
+            return quoted(wanted) + " stands before " + quoted(pair.wanted[pair.next - 1]) +
                    ", and in the schema behind it";
         }
         other = &item;
     }
-    const std::string kind = wanted.kind == kTable ? "a table" : "of the kind " + wanted.kind;
-    if (!other) return name + " (" + wanted.kind + ") is missing";
-    return name + " is " + (other->kind == kTable ? "a table" : "of the kind " + other->kind) + ", and in the schema " +
-           kind;
+    if (!other) return quoted(wanted) + " (" + wanted.kindName() + ") is missing";
+    return quoted(wanted) + " is " + other->isWhat() + ", and in the schema " + wanted.isWhat();
 }
 
 std::string compare(std::vector<tItem> items, bool isContainer, metadata::ISchema* schema) {
@@ -80,7 +85,7 @@ std::string compare(std::vector<tItem> items, bool isContainer, metadata::ISchem
     const auto table = group->create(L"schema", schema);
 
     std::vector<tPair> pairs;
-    pairs.push_back({"", std::move(items), itemsOf(table->properties()), isContainer});
+    pairs.push_back({L"", std::move(items), itemsOf(table->properties()), isContainer});
     while (!pairs.empty()) {
         tPair& pair = pairs.back();
         if (pair.next == pair.wanted.size()) {
@@ -89,13 +94,12 @@ std::string compare(std::vector<tItem> items, bool isContainer, metadata::ISchem
         }
         const tItem& wanted = pair.wanted[pair.next];
         while (pair.cursor < pair.items.size() && !(pair.items[pair.cursor] == wanted)) ++pair.cursor;
-        if (pair.cursor == pair.items.size()) return difference(pair);
+        if (pair.cursor == pair.items.size()) return difference(pairs);
         const tItem& found = pair.items[pair.cursor];
         if (pair.isContainer) ++pair.cursor;
         ++pair.next;
-        if (wanted.kind != kTable) continue;
-        pairs.push_back({pair.path + printable(WideString(wanted.name.c_str()).string()) + ".", itemsOf(found),
-                         itemsOf(wanted), false});
+        if (!wanted.isTable) continue;
+        pairs.push_back({wanted.name, itemsOf(found), itemsOf(wanted), false});
     }
     return {};
 }

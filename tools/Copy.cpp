@@ -1,8 +1,8 @@
 #include "lumivard/platform/data.h"
+#include "lumivard/platform/stores.h"
 #include "tools/Commands.h"
 #include "tools/Files.h"
 #include "tools/Items.h"
-#include "tools/Text.h"
 
 namespace lvp::tool {
 
@@ -11,6 +11,7 @@ using namespace lumivard::platform::data;
 namespace {
 
 constexpr unsigned char kInherited = 0x02;
+constexpr unsigned char kHidden = 0x04;
 
 /// A path, cut before its last name; the owner of an item at the top is empty.
 struct tPath {
@@ -33,7 +34,7 @@ struct tPlace {
 };
 
 [[noreturn]] void refuse(const std::string& cause) {
-    throw Failure(kCannotOpen, printable(cause));
+    throw Failure(kCannotOpen, cause);
 }
 
 [[noreturn]] void refuseSource(const tPlace& from) {
@@ -55,33 +56,45 @@ SharedPtr<IContainer> openDestination(const tPlace& to) {
     return owner;
 }
 
-/// A name that no item of a container has.
-std::string freeName(IContainer& container) {
-    std::string name = "copy";
-    while (container.has(wide(name))) name += "_";
-    return name;
+/// Makes what came from a schema a property like any other, and what is below it. Only what a container has from its
+/// own schemas is to stay with it.
+void release(const SharedPtr<IProperty>& property) {
+    std::vector<SharedPtr<IProperty>> waiting{property};
+    while (!waiting.empty()) {
+        const auto each = waiting.back();
+        waiting.pop_back();
+        each->off(kInherited | kHidden);
+        auto* table = metadata::ITable::to(each.get());
+        for (unsigned int i = 0; table && i < table->items(); ++i) {
+            if (const auto below = table->at(i)) waiting.push_back(below);
+        }
+    }
 }
 
-/// Copies a property into another store. On the way it keeps its name, so it goes by a group of its own, where no name
-/// is taken, and gets the new one from there.
-void copyAcross(const SharedPtr<IProperty>& property, IContainer& owner, const std::string& name) {
-    const std::string passage = freeName(owner);
-    owner.create(IContainer::kGroup, wide(passage), nullptr)->clone(property);
-    owner.clone(wide(passage + "." + property->tag().string()), wide(name), false);
-    owner.destroy(wide(passage));
+/// Copies a property under a new name. The library copies it under its own; so it goes by a group in another store,
+/// where no name is taken.
+bool copyProperty(const SharedPtr<IProperty>& property, IContainer& owner, const std::string& name) {
+    const auto store = lumivard::platform::stores::memory();
+    const auto passage = structure::IContainerFrontEnd::toplevel(store.get(), L"passage");
+    if (!passage->clone(property)) return false;
+    const auto copied = passage->property(property->tag());
+    release(copied);
+    if (copied->tag().string() != name && !copied->rename(wide(name))) return false;
+    return owner.clone(passage->container(WideString())->property(wide(name)));
 }
 
 void copy(const tPlace& from, const tPlace& to) {
     const auto owner = openDestination(to);
-    if (from.store == to.store) {
-        if (!owner->clone(wide(from.path.whole), wide(to.path.name), true)) refuseSource(from);
-    } else if (const auto container = containerAt(*from.store, from.path.whole)) {
-        container->clone(to.store, wide(to.path.whole));
+    bool done = false;
+    if (const auto container = containerAt(*from.store, from.path.whole)) {
+        done = from.store == to.store ? owner->clone(wide(from.path.whole), wide(to.path.name), true)
+                                      : container->clone(to.store, wide(to.path.whole));
     } else if (const auto property = propertyAt(*from.store, from.path.whole)) {
-        copyAcross(property, *owner, to.path.name);
+        done = copyProperty(property, *owner, to.path.name);
     } else {
         refuseSource(from);
     }
+    if (!done) throw Failure(kCannotFinish, from.path.whole + " in the store " + from.storeName + " cannot be copied");
 }
 
 /// Destroys an item in its owner, a container or a table; false when it is in use.
@@ -95,50 +108,56 @@ bool destroy(IDataStore& store, const tPath& path) {
 /// Refuses what cannot leave its place.
 void requireMovable(const tPlace& from, const tPlace& to) {
     const std::string& path = from.path.whole;
-    if (from.path.owner.empty()) refuse(path + " stands at the top of the store, which nothing can leave");
-    if (from.store == to.store && (to.path.whole + ".").rfind(path + ".", 0) == 0) {
-        refuse(path + " cannot move to " + to.path.whole + ", which is its own place or below it");
-    }
     const auto property = propertyAt(*from.store, path);
     if (!property && !containerAt(*from.store, path)) refuseSource(from);
-    if (property && (property->flags() & kInherited)) {
-        refuse(path + " came from a schema and stays where it is: copy it instead");
+    const std::string item = path + " in the store " + from.storeName;
+    if (from.path.owner.empty()) refuse(item + " stands at the top, which nothing can leave");
+    if (from.store == to.store && (to.path.whole + ".").rfind(path + ".", 0) == 0) {
+        refuse(item + " cannot move to " + to.path.whole + ", which is its own place or below it");
     }
+    if (property && (property->flags() & kInherited)) {
+        refuse(item + " came from a schema and stays where it is: copy it instead");
+    }
+}
+
+/// Opens both places of a transfer, in one store or two, and hands them on.
+template <class Work>
+tExitStatus transfer(const std::string& storeName, const std::string& path, const std::string& destination,
+                     const std::string& target, bool changesSource, Work work) {
+    const auto source = changesSource || target.empty() ? openToChange(storeName) : openToRead(storeName);
+    const auto other = target.empty() ? nullptr : openToChange(target);
+    const tPlace from{source.get(), storeName, tPath(path)};
+    const tPlace to{other ? other.get() : source.get(), other ? target : storeName, tPath(destination)};
+    requireSetUp(*from.store, from.storeName);
+    requireSetUp(*to.store, to.storeName);
+    work(from, to);
+    return kDone;
 }
 
 }  // namespace
 
 tExitStatus copyItem(const std::string& storeName, const std::string& path, const std::string& destination,
                      const std::string& target) {
-    const auto source = target.empty() ? openToWrite(storeName) : openToRead(storeName);
-    const auto other = target.empty() ? nullptr : openToWrite(target);
-    const tPlace from{source.get(), storeName, tPath(path)};
-    const tPlace to{other ? other.get() : source.get(), other ? target : storeName, tPath(destination)};
-    requireSetUp(*from.store, from.storeName);
-    requireSetUp(*to.store, to.storeName);
-    copy(from, to);
-    to.store->flush();
-    return kDone;
+    return transfer(storeName, path, destination, target, false, [](const tPlace& from, const tPlace& to) {
+        copy(from, to);
+        to.store->flush();
+    });
 }
 
 tExitStatus moveItem(const std::string& storeName, const std::string& path, const std::string& destination,
                      const std::string& target) {
-    const auto source = openToWrite(storeName);
-    const auto other = target.empty() ? nullptr : openToWrite(target);
-    const tPlace from{source.get(), storeName, tPath(path)};
-    const tPlace to{other ? other.get() : source.get(), other ? target : storeName, tPath(destination)};
-    requireSetUp(*from.store, from.storeName);
-    requireSetUp(*to.store, to.storeName);
-    requireMovable(from, to);
-    copy(from, to);
-    if (!destroy(*from.store, from.path)) {
-        destroy(*to.store, to.path);
-        throw Failure(kCannotFinish, printable(path + " in the store " + storeName + " cannot be taken away"));
-    }
-    // The new place first: whatever happens in between, the item is in one of them.
-    to.store->flush();
-    from.store->flush();
-    return kDone;
+    return transfer(storeName, path, destination, target, true, [](const tPlace& from, const tPlace& to) {
+        requireMovable(from, to);
+        copy(from, to);
+        // Between two stores the copy is safe before the item goes: whatever happens, it is in one of them.
+        if (from.store != to.store) to.store->flush();
+        if (!destroy(*from.store, from.path)) {
+            destroy(*to.store, to.path);
+            to.store->flush();
+            throw Failure(kCannotFinish, from.path.whole + " in the store " + from.storeName + " is in use and stays");
+        }
+        from.store->flush();
+    });
 }
 
 }  // namespace lvp::tool

@@ -1,3 +1,4 @@
+#include <cerrno>
 #include <memory>
 #include <system_error>
 
@@ -44,13 +45,20 @@ private:
     core::xml::XMLSerializer& _serializer;
 };
 
+/// A document does not take the place of what it is made from.
+void refuseOutput(const std::string& input, const std::string& output) {
+    if (output.empty() || !isSameFile(input, output)) return;
+    throw Failure(kCannotOpen, "the document " + output + " would replace " + input + ", which it is made from");
+}
+
 }  // namespace
 
 tExitStatus exportDocument(const std::string& storeName, const std::string& path, const std::string& output,
                            const std::vector<std::string>& sources) {
-    const Schemas schemas(sources);
-    const auto store = openToRead(storeName);
-    requireSetUp(*store, storeName);
+    for (const std::string& input : sources) refuseOutput(input, output);
+    refuseOutput(storeName, output);
+    Schemas schemas(sources);
+    IDataStore& store = schemas.storeToRead(storeName);
 
     core::io::MemoryWriter subtree;
     if (!path.empty()) {
@@ -59,7 +67,7 @@ tExitStatus exportDocument(const std::string& storeName, const std::string& path
         serializer.attach(&subtree);
         serializer.emitXMLHeader();
         Rewriter rewriter(serializer);
-        readItem(*store, storeName, path, schemas.locator(), rewriter);
+        readItem(store, storeName, path, schemas.locator(), rewriter);
         serializer.detach();
     }
 
@@ -75,7 +83,7 @@ tExitStatus exportDocument(const std::string& storeName, const std::string& path
                       "cannot write the document " + output + ": " + std::generic_category().message(errno));
     }
     if (path.empty()) {
-        lumivard::platform::data::format::xml::IXMLFrontEnd::serialize(store.get(), writer.get(), schemas.locator(), 0);
+        lumivard::platform::data::format::xml::IXMLFrontEnd::serialize(&store, writer.get(), schemas.locator(), 0);
     } else {
         writer->write(subtree.bytes().data(), subtree.bytes().size());
         writer->close();

@@ -2,6 +2,8 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <filesystem>
+#include <iostream>
 #include <system_error>
 
 #include "lumivard/platform/core/io/FileReader.h"
@@ -15,6 +17,8 @@ namespace stores = lumivard::platform::stores;
 namespace {
 
 std::unique_ptr<IDataStore> openStore(const std::string& store, stores::tMode mode) {
+    if (store == "memory:")
+        throw Failure(kCannotOpen, "a store in memory would be gone with this command: give a file");
     try {
         return stores::open(store, mode);
     } catch (const stores::StoreError& error) {
@@ -34,6 +38,23 @@ std::unique_ptr<IDataStore> openToRead(const std::string& store) {
 
 std::unique_ptr<IDataStore> openToWrite(const std::string& store) {
     return openStore(store, stores::tMode::kWrite);
+}
+
+std::unique_ptr<IDataStore> openToChange(const std::string& store) {
+    std::error_code error;
+    if (!std::filesystem::exists(store, error)) {
+        throw Failure(kCannotOpen, "cannot open the store " + store + ": there is no such file");
+    }
+    return openToWrite(store);
+}
+
+bool isSameFile(const std::string& a, const std::string& b) {
+    std::error_code error;
+    return std::filesystem::equivalent(a, b, error) && !error;
+}
+
+void flushOutput() {
+    if (!std::cout.flush()) throw Failure(kCannotFinish, "cannot write to standard output");
 }
 
 void requireReadable(const std::string& document) {

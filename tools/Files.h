@@ -10,15 +10,23 @@ namespace lvp::tool {
 
 using lumivard::platform::core::storage::datastore::IDataStore;
 
-/// Opens a store; a failure is one of `kCannotOpen` with the store's own words.
+/// Opens a store; a failure is one of `kCannotOpen` with the store's own words. `openToChange` makes none where there
+/// is none.
 std::unique_ptr<IDataStore> openToRead(const std::string& store);
 std::unique_ptr<IDataStore> openToWrite(const std::string& store);
+std::unique_ptr<IDataStore> openToChange(const std::string& store);
+
+/// Whether two names lead to one file that is there.
+bool isSameFile(const std::string& a, const std::string& b);
 
 /// Throws a failure of `kCannotOpen` unless the document can be read.
 void requireReadable(const std::string& document);
 
 /// Throws a failure of `kCannotOpen` for a store that holds nothing yet.
 void requireSetUp(IDataStore& store, const std::string& name);
+
+/// Ends the writing to `std::cout`; a failure is one of `kCannotFinish`.
+void flushOutput();
 
 /// Writes to standard output.
 class StandardOutput : public lumivard::platform::core::io::IDataWriter {

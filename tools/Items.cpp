@@ -1,10 +1,12 @@
 #include "tools/Items.h"
 
 #include "lumivard/platform/core/string/StringAlgorithm.h"
+#include "lumivard/platform/data/metadata/ITable.h"
 #include "lumivard/platform/data/structure/IContainerFrontEnd.h"
 
 namespace lvp::tool {
 
+using lumivard::platform::data::metadata::ITable;
 using lumivard::platform::data::structure::IContainerFrontEnd;
 
 WideString wide(const std::string& text) {
@@ -16,15 +18,24 @@ SharedPtr<IContainer> containerAt(IDataStore& store, const std::string& path) {
 }
 
 SharedPtr<IProperty> propertyAt(IDataStore& store, const std::string& path) {
-    for (std::size_t dot = path.rfind('.'); dot != std::string::npos && dot != 0; dot = path.rfind('.', dot - 1)) {
-        const auto container = containerAt(store, path.substr(0, dot));
-        if (!container) continue;
-        const auto property = container->property(wide(path.substr(dot + 1)));
-        // A path that goes one name beyond a value ends on the value all the same.
-        if (property && property->path().string() == path) return property;
-        return {};
+    // By single names: a longer path that goes one name beyond a value ends on the value all the same.
+    std::size_t end = path.rfind('.');
+    SharedPtr<IContainer> container;
+    for (; !container && end != std::string::npos && end != 0; end = path.rfind('.', end - 1)) {
+        container = containerAt(store, path.substr(0, end));
+        if (container) break;
     }
-    return {};
+    SharedPtr<IProperty> property;
+    while (container && end != std::string::npos) {
+        const std::size_t next = path.find('.', end + 1);
+        const WideString name = wide(path.substr(end + 1, next == std::string::npos ? next : next - end - 1));
+        auto* table = ITable::to(property.get());
+        if (property && !table) return {};
+        property = table ? table->lookup(name) : container->property(name);
+        if (!property) return {};
+        end = next;
+    }
+    return property;
 }
 
 }  // namespace lvp::tool

@@ -23,9 +23,16 @@ struct tNamedSchema {
 /// The stores and documents of schemas that a command was given, and a locator over them.
 class Schemas {
 public:
+    using IDataStore = lumivard::platform::core::storage::datastore::IDataStore;
+
     /// Opens them all: a file that begins like XML is read as a document, whose schemas may use each other, each those
-    /// above it, and those of the sources before; any other is opened as a store. Faults of documents are printed.
+    /// above it, and those of the sources before; any other is opened as a store. Faults of documents are printed; one
+    /// that breaks off is a failure of `kCannotOpen`.
     explicit Schemas(const std::vector<std::string>& sources);
+
+    /// A store to read, which may be one of those: a process opens a file once. It belongs to this object. Throws a
+    /// failure of `kCannotOpen` where it is not there or empty.
+    IDataStore& storeToRead(const std::string& store);
 
     /// The locator; null when no source was given.
     ISchemaLocator* locator() const { return _sources.empty() ? nullptr : _locator.get(); }
@@ -38,12 +45,15 @@ public:
     std::vector<tNamedSchema> resolve(const std::string& uris) const;
 
 private:
-    using IDataStore = lumivard::platform::core::storage::datastore::IDataStore;
-
     void readDocument(const std::string& document);
 
+    struct tStore {
+        std::string file;  ///< empty for a document
+        std::unique_ptr<IDataStore> store;
+    };
+
     std::vector<std::string> _sources;
-    std::vector<std::unique_ptr<IDataStore>> _stores;
+    std::vector<tStore> _stores;
     SharedPtr<ISchemaLocator> _locator = ISchemaLocator::make(nullptr);  // goes before the stores
     bool _faulty = false;
 };

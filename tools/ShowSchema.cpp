@@ -5,6 +5,7 @@
 #include "lumivard/platform/core/string/WideString.h"
 #include "lumivard/platform/data/metadata/IStructLayout.h"
 #include "tools/Commands.h"
+#include "tools/Files.h"
 #include "tools/Kinds.h"
 #include "tools/Schemas.h"
 #include "tools/Text.h"
@@ -59,6 +60,7 @@ void print(const std::string& uri, IStructLayout& layout) {
 tExitStatus showSchema(const std::string& uris, const std::vector<std::string>& sources) {
     const Schemas schemas(sources);
     for (const tNamedSchema& named : schemas.resolve(uris)) print(named.uri, *named.schema->layout());
+    flushOutput();
     return schemas.faulty() ? kFaults : kDone;
 }
 

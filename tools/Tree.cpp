@@ -9,13 +9,12 @@
 namespace lvp::tool {
 
 tExitStatus printTree(const std::string& storeName, const std::string& path, const std::vector<std::string>& sources) {
-    const Schemas schemas(sources);
-    const auto store = openToRead(storeName);
-    requireSetUp(*store, storeName);
+    Schemas schemas(sources);
+    IDataStore& store = schemas.storeToRead(storeName);
     TreePrinter printer;
-    readItem(*store, storeName, path, schemas.locator(), printer);
+    readItem(store, storeName, path, schemas.locator(), printer);
     printer.print(std::cout);
-    if (!std::cout.flush()) throw Failure(kCannotFinish, "cannot write to standard output");
+    flushOutput();
     return schemas.faulty() ? kFaults : kDone;
 }
 

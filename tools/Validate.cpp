@@ -1,6 +1,5 @@
 #include <iostream>
 
-#include "lumivard/platform/core/string/StringAlgorithm.h"
 #include "lumivard/platform/data.h"
 #include "tools/Commands.h"
 #include "tools/Conformance.h"
@@ -11,7 +10,6 @@
 
 namespace lvp::tool {
 
-using lumivard::platform::core::string::StringAlgorithm;
 using namespace lumivard::platform::data;
 
 namespace {
@@ -25,15 +23,24 @@ public:
         _property = propertyAt(store, path);
         _table = metadata::ITable::to(_property.get());
         if (_table) return;
-        throw Failure(kCannotOpen, "the store " + storeName + " holds no container, and no table in one, at the path " +
-                                       printable(path));
+        throw Failure(kCannotOpen,
+                      "the store " + storeName + " holds no container, and no table in one, at the path " + path);
     }
 
     bool validates(metadata::ISchema* schema) const {
         return _container ? _container->validates(schema, false) : _table->validates(schema);
     }
-    std::string difference(metadata::ISchema* schema) const {
-        return _container ? firstDifference(*_container, schema) : firstDifference(*_table, schema);
+    /// The first difference from one of the schemas, behind its name.
+    std::string difference(const std::vector<tNamedSchema>& schemas) const {
+        bool empty = true;
+        for (const tNamedSchema& named : schemas) {
+            const std::string cause = _container ? firstDifference(*_container, named.schema.get())
+                                                 : firstDifference(*_table, named.schema.get());
+            if (!cause.empty()) return printable(named.uri) + ": " + cause;
+            if (named.schema->layout()->fields() != 0) empty = false;
+        }
+        return printable(schemas.front().uri) + (empty ? ": there are no items in it, and it is not named in a class"
+                                                       : ": items of one name stand in the way of each other");
     }
 
 private:
@@ -46,27 +53,14 @@ private:
 
 tExitStatus validate(const std::string& storeName, const std::string& path, const std::string& uris,
                      const std::vector<std::string>& sources) {
-    const Schemas schemas(sources);
-    const auto store = openToRead(storeName);
-    requireSetUp(*store, storeName);
-    const Subject subject(*store, storeName, path);
-
+    Schemas schemas(sources);
+    const Subject subject(schemas.storeToRead(storeName), storeName, path);
     const std::vector<tNamedSchema> all = schemas.resolve(uris);
-    const auto together = schemas.locator()->resolve(StringAlgorithm::UTF8Decode(uris.c_str()).c_str());
-    const bool conforms = subject.validates(together.get());
+    const bool conforms = subject.validates(schemas.locator()->resolve(wide(uris)).get());
     std::cout << printable(path) << (conforms ? " conforms to " : " does not conform to ");
-    if (conforms) {
-        std::cout << printable(uris) << '\n';
-        return schemas.faulty() ? kFaults : kDone;
-    }
-    for (const tNamedSchema& named : all) {
-        const std::string cause = subject.difference(named.schema.get());
-        if (cause.empty()) continue;
-        std::cout << printable(named.uri) << ": " << cause << '\n';
-        return kFaults;
-    }
-    std::cout << printable(uris) << ": there are no items in it, and it is not named in a class\n";
-    return kFaults;
+    std::cout << (conforms ? printable(uris) : subject.difference(all)) << '\n';
+    flushOutput();
+    return conforms && !schemas.faulty() ? kDone : kFaults;
 }
 
 }  // namespace lvp::tool

@@ -4,6 +4,7 @@
 #include <iostream>
 
 #include "tools/Commands.h"
+#include "tools/Text.h"
 
 using namespace lvp::tool;
 
@@ -18,12 +19,17 @@ int run(const std::function<tExitStatus()>& command) {
     try {
         return command();
     } catch (const Failure& failure) {
-        std::cerr << "lvp-data: " << failure.what() << '\n';
+        std::cerr << "lvp-data: " << printable(failure.what()) << '\n';
         return failure.status();
     } catch (const std::exception& error) {
-        std::cerr << "lvp-data: " << error.what() << '\n';
+        std::cerr << "lvp-data: " << printable(error.what()) << '\n';
         return kCannotFinish;
     }
+}
+
+/// An option that was given says something: an empty one is a variable of the shell that was never set.
+std::string notEmpty(const std::string& value) {
+    return value.empty() ? "it is empty" : std::string();
 }
 
 /// The command line: what it says, and the command that it calls for.
@@ -78,7 +84,7 @@ private:
                             [this] { return exportDocument(_store, _path, _output, _schemas); });
         writing->add_option("STORE", _store, kStoreHelp)->required();
         writing->add_option("PATH", _path, kPathHelp);
-        writing->add_option("-o,--output", _output, "The document; standard output when left out");
+        writing->add_option("-o,--output", _output, "The document; standard output when left out")->check(notEmpty);
         addSchemas(writing);
 
         auto* tree = add("tree", "Show names, kinds, values and units as a tree", "tree materials.lvp Metal",
@@ -112,7 +118,8 @@ private:
             subcommand->add_option("STORE", _store, kStoreHelp)->required();
             subcommand->add_option("PATH", _path, kItemHelp)->required();
             subcommand->add_option("DESTINATION", _destination, "CONTAINER.NAME: the new place and name")->required();
-            subcommand->add_option("--to", _target, "The store of the destination; the same one when left out");
+            subcommand->add_option("--to", _target, "The store of the destination; the same one when left out")
+                ->check(notEmpty);
         }
     }
 

@@ -29,52 +29,62 @@ constexpr const wchar_t* kNoNumber = L"-";
 
 constexpr std::uint64_t kLargest = std::numeric_limits<unsigned int>::max();
 
-/// Walks over the elements of a run of blocks, in their order. A layout comes from outside, so nothing is taken for
-/// granted: neither that its sums fit together nor that a field is there at all.
-class Elements {
+/// Walks over the places of the elements in a run of blocks, in their order. A layout comes from outside, so nothing is
+/// taken for granted: neither that its sums fit together nor that a field is there at all.
+class Places {
 public:
-    explicit Elements(IStructLayout& layout) : _layout(layout), _fields(layout.fields()) {}
-
-    /// Goes to the next element; false when no field has any.
-    bool next() {
-        if (_left == 0) {
-            if (!nextField()) return false;
-        } else {
-            _position += _field->size / _field->dim;
+    explicit Places(IStructLayout& layout) {
+        const unsigned int fields = layout.fields();
+        for (unsigned int i = 0; i < fields; ++i) {
+            const IStructLayout::tField* field = layout.get(i);
+            if (!field) continue;
+            // A field without elements, or whose elements have no bytes, takes none of the text.
+            if (field->dim == 0 || field->size < field->dim) {
+                _block += field->size;
+                continue;
+            }
+            _fields.push_back({field->type, field->dim, field->size / field->dim, _block});
+            _block += std::uint64_t{field->dim} * (field->size / field->dim);
         }
-        --_left;
+    }
+
+    /// Goes to the next place; false when no field has any.
+    bool next() {
+        if (_fields.empty()) return false;
+        if (!_begun) {
+            _begun = true;
+        } else if (++_element == _fields[_field].dim) {
+            _element = 0;
+            if (++_field == _fields.size()) {
+                _field = 0;
+                _start += _block;
+            }
+        }
         return true;
     }
 
-    /// The kind of the element, and where it begins, in bytes from the start of the run.
-    metadata::tValue kind() const { return _field->type; }
-    std::uint64_t position() const { return _position; }
-
-private:
-    /// Goes to the start of the next field with elements, passing over those without, and those whose elements have no
-    /// bytes: each step goes forward.
-    bool nextField() {
-        if (_field) _position += _field->size / _field->dim;
-        for (unsigned int tried = 0; tried < _fields; ++tried) {
-            _field = _layout.get(_next);
-            _next = _next + 1 == _fields ? 0 : _next + 1;
-            if (!_field) continue;
-            if (_field->dim == 0 || _field->size < _field->dim) {
-                _position += _field->size;
-                continue;
-            }
-            _left = _field->dim;
-            return true;
-        }
-        return false;
+    /// The kind of the element at this place, and where it begins, in bytes from the start of the run. Once `next` gave
+    /// true.
+    metadata::tValue kind() const { return _fields[_field].kind; }
+    std::uint64_t position() const {
+        return _start + _fields[_field].offset + std::uint64_t{_element} * _fields[_field].size;
     }
 
-    IStructLayout& _layout;
-    unsigned int _fields;
-    unsigned int _next = 0;
-    const IStructLayout::tField* _field = nullptr;
-    unsigned int _left = 0;
-    std::uint64_t _position = 0;
+private:
+    /// A field with elements: of a kind, so many, each of a size, from an offset in the block on.
+    struct tField {
+        metadata::tValue kind;
+        unsigned int dim;
+        unsigned int size;
+        std::uint64_t offset;
+    };
+
+    std::vector<tField> _fields;
+    std::uint64_t _block = 0;  ///< the bytes of all fields
+    std::uint64_t _start = 0;  ///< of the block
+    std::size_t _field = 0;
+    unsigned int _element = 0;
+    bool _begun = false;
 };
 
 }  // namespace
@@ -104,8 +114,8 @@ void XMLPrimitive::setStructs(const Primitive& primitive, std::string_view text)
     std::vector<char> blocks(size + Scalar::kWidest);
     Tokens tokens(text);
     std::string_view token;
-    for (Elements elements(*layout); elements.next() && elements.position() < size && tokens.next(token);) {
-        Scalar::scan(elements.kind(), token, blocks.data() + elements.position());
+    for (Places places(*layout); places.next() && places.position() < size && tokens.next(token);) {
+        Scalar::scan(places.kind(), token, blocks.data() + places.position());
     }
     overlay(primitive, blocks.data(), size);
 }
@@ -120,11 +130,11 @@ void XMLPrimitive::writeStructs(const Primitive& primitive, XMLSerializer& seria
     blocks.resize(blocks.size() / stride * stride);
 
     wchar_t text[1 + Scalar::kLongest] = L" ";
-    Elements elements(*layout);
-    for (bool first = true; elements.next(); first = false) {
-        if (elements.position() + Design::stride(elements.kind()) > blocks.size()) return;
-        const char* value = blocks.data() + elements.position();
-        if (!Scalar::print(elements.kind(), value, text + 1)) std::wcscpy(text + 1, kNoNumber);
+    Places places(*layout);
+    for (bool first = true; places.next(); first = false) {
+        if (places.position() + Design::stride(places.kind()) > blocks.size()) return;
+        const char* value = blocks.data() + places.position();
+        if (!Scalar::print(places.kind(), value, text + 1)) std::wcscpy(text + 1, kNoNumber);
         serializer.addCharacterData(first ? text + 1 : text);
     }
 }

@@ -3,8 +3,10 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/vfs.h>
+#include <unistd.h>
 
 #include <cerrno>
+#include <cstdint>
 #include <string>
 #include <system_error>
 
@@ -41,6 +43,16 @@ void refuseKind(const struct stat& status) {
     }
 }
 
+/// LMDB looks at a file only after it has made its lock file beside it: strangers' files get none.
+void refuseForeign(int descriptor) {
+    constexpr off_t kMagicAt = 16;  // behind the header of the first page
+    constexpr std::uint32_t kMagic = 0xBEEFC0DE;
+    std::uint32_t magic = 0;
+    const ssize_t read = ::pread(descriptor, &magic, sizeof(magic), kMagicAt);
+    if (read < 0) throw EngineError(systemReason(errno));
+    if (read != sizeof(magic) || magic != kMagic) throw EngineError("it is not a store file, or it is damaged");
+}
+
 void takeWriterLock(int descriptor) {
     if (::flock(descriptor, LOCK_EX | LOCK_NB) == 0) return;
     if (errno == EWOULDBLOCK) throw EngineError("another process has it open for writing");
@@ -52,6 +64,7 @@ void takeWriterLock(int descriptor) {
 FileHandle::FileHandle(const std::filesystem::path& path, tMode mode, std::optional<long> fileSystem)
     : _descriptor(openDescriptor(path, mode)), _status(statusOf(_descriptor.get())) {
     refuseKind(_status);
+    refuseForeign(_descriptor.get());
     refuseNetwork(_descriptor.get(), fileSystem);
     if (!FileRegistry::enter(_status)) throw EngineError("this process has it open already");
     try {

@@ -20,11 +20,12 @@ struct tRun {
 /// The command-line tool, run as a user runs it, in a folder of its own.
 class Tool : public testing::Test {
 protected:
-    /// Runs the tool; the arguments are given as to a shell.
-    tRun run(const std::string& arguments) const {
+    /// Runs the tool, or another program; the arguments are given as to a shell.
+    tRun run(const std::string& arguments) const { return runProgram(LVP_TOOL, arguments); }
+    tRun runProgram(const std::string& program, const std::string& arguments) const {
         const auto out = (_folder / "out").string();
         const auto err = (_folder / "err").string();
-        const std::string command = std::string(LVP_TOOL) + " " + arguments + " >" + out + " 2>" + err;
+        const std::string command = program + " " + arguments + " >" + out + " 2>" + err;
         const int status = std::system(command.c_str());
         return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, bytesOf(out), bytesOf(err)};
     }

@@ -114,9 +114,11 @@ TEST_F(ToolItems, AreNamedWhenTheyAreNotThere) {
 }
 
 TEST_F(ToolItems, DoNotMoveIntoThemselvesOrFromTheTop) {
-    expectRefusal("mv " + first + " a.n a.n.n", "a.n cannot move to a.n.n, which is its own place or below it");
-    expectRefusal("mv " + first + " a.n a.n", "a.n cannot move to a.n, which is its own place or below it");
-    expectRefusal("mv " + first + " a b.a", "a stands at the top of the store, which nothing can leave");
+    expectRefusal("mv " + first + " a.n a.n.n",
+                  "a.n in the store " + first + " cannot move to a.n.n, which is its own place or below it");
+    expectRefusal("mv " + first + " a.n a.n",
+                  "a.n in the store " + first + " cannot move to a.n, which is its own place or below it");
+    expectRefusal("mv " + first + " a b.a", "a in the store " + first + " stands at the top, which nothing can leave");
 }
 
 TEST_F(ToolItems, ThatCameFromASchemaStay) {
@@ -124,10 +126,55 @@ TEST_F(ToolItems, ThatCameFromASchemaStay) {
     ASSERT_EQ(run("import " + materials + " " + store + " --schemas " + schemas).status, 0);
     const tRun refused = run("mv " + store + " Carbon.Graphite.Density Carbon.d");
     EXPECT_EQ(refused.status, 3);
-    EXPECT_EQ(refused.err,
-              "lvp-data: Carbon.Graphite.Density came from a schema and stays where it is: copy it instead\n");
+    EXPECT_EQ(refused.err, "lvp-data: Carbon.Graphite.Density in the store " + store +
+                               " came from a schema and stays where it is: copy it instead\n");
+}
+
+TEST_F(ToolItems, ThatCameFromASchemaAreCopiedAsAnyOther) {
+    const std::string store = path("m.lvp");
+    ASSERT_EQ(run("import " + materials + " " + store + " --schemas " + schemas).status, 0);
     EXPECT_EQ(run("cp " + store + " Carbon.Graphite.Density Carbon.d").status, 0);
     EXPECT_EQ(shown(store, "Carbon.d"), "d = 1750 KilogramPerCubicMeter  [double]\n");
+    EXPECT_EQ(run("cp " + store + " Carbon.Graphite.YieldStrength Carbon.y").status, 0);
+    EXPECT_EQ(shown(store, "Carbon.y"), "y = 0 MegaPascal  [double]\n") << "it was hidden there";
+    EXPECT_EQ(run("mv " + store + " Carbon.y Carbon.z").status, 0);
+    EXPECT_EQ(run("mv " + store + " Carbon.z Gas.z").status, 0);
+}
+
+TEST_F(ToolItems, AreFoundInStoresWithoutARootToo) {
+    const std::string store =
+        imported("<group name='top'><node name='n'><int8 name='v'>1</int8></node></group>", "n.lvp");
+    EXPECT_EQ(run("mv " + store + " n.v n.w").status, 0);
+    EXPECT_EQ(run("cp " + store + " n.w c.w --to " + second).status, 0);
+    EXPECT_EQ(shown(second, "c"), "c  [group]\n└─ w = 1  [int8]\n");
+}
+
+TEST_F(ToolItems, AreNotLookedForBeyondAValue) {
+    for (const std::string path : {"a.n.x.more", "a.n.x.", "a.t.y.z"}) {
+        expectRefusal("cp " + first + " " + path + " b.z",
+                      "the store " + first + " holds no container, and no property in one, at the path " + path);
+    }
+}
+
+TEST_F(ToolItems, DoNotMakeAStoreThatIsNotThere) {
+    const std::string none = path("none.lvp");
+    expectRefusal("cp " + none + " a.n b.n", "cannot open the store " + none + ": there is no such file");
+    expectRefusal("mv " + first + " a.n b.n --to " + none, "cannot open the store " + none + ": there is no such file");
+    EXPECT_FALSE(std::filesystem::exists(none));
+}
+
+TEST_F(ToolItems, StayWhereTheyAreWhenTheNewPlaceCannotBeWritten) {
+    // Files cannot grow beyond what the second store has, and an attempt is an error.
+    const std::string limited =
+        "sh -c 'trap \"\" XFSZ; exec prlimit --fsize=" + std::to_string(std::filesystem::file_size(second)) +
+        " " LVP_TOOL " \"$@\"' sh";
+    const std::string large = imported(
+        "<root name='r'><group name='g'><string name='s'>" + std::string(200'000, 's') + "</string></group></root>",
+        "large.lvp");
+    const std::string before = run("tree " + large).out;
+    const tRun failed = runProgram(limited, "mv " + large + " g.s c.s --to " + second);
+    EXPECT_EQ(failed.status, 4) << failed.err;
+    EXPECT_EQ(run("tree " + large).out, before);
 }
 
 }  // namespace

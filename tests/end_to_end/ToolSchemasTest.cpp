@@ -67,7 +67,7 @@ TEST_F(ToolValidation, NamesASchemaThatIsNotThere) {
     const tRun none = validate("", "S;Nope");
     EXPECT_EQ(none.status, 3);
     EXPECT_EQ(none.out, "");
-    EXPECT_EQ(none.err, "lvp-data: no schema Nope in " + path("schema.xml") + "\n");
+    EXPECT_EQ(none.err, "lvp-data: no schema \"Nope\" in " + path("schema.xml") + "\n");
 }
 
 TEST_F(ToolValidation, LooksAtTablesInContainersToo) {
@@ -152,6 +152,36 @@ TEST_F(Tool, NamesSchemasThatItCannotOpen) {
     const tRun none = run("schema S --schemas " + path("no.xml"));
     EXPECT_EQ(none.status, 3);
     EXPECT_NE(none.err.find(path("no.xml")), std::string::npos) << none.err;
+}
+
+TEST_F(Tool, HoldsAStoreAgainstSchemasOfItsOwn) {
+    const std::string store = imported(
+        "<root name='r'><table name='S'><int8 name='x'/></table><group name='g'><int8 name='x'/></group></root>");
+    EXPECT_EQ(run("validate " + store + " g S --schemas " + store + " --schemas " + store).out, "g conforms to S\n");
+}
+
+TEST_F(Tool, DoesNotUseSchemasOfADocumentThatBreaksOff) {
+    const std::string broken = document("<root name='s'><table name='S'><int8 name='x'/></table>");
+    const tRun shown = run("schema S --schemas " + broken);
+    EXPECT_EQ(shown.status, 3);
+    EXPECT_EQ(shown.out, "");
+    EXPECT_NE(shown.err.find("lvp-data: the schemas in " + broken + " cannot be used\n"), std::string::npos)
+        << shown.err;
+}
+
+TEST_F(Tool, ReadsSchemaDocumentsInOtherEncodings) {
+    std::string wide;
+    for (const char each : std::string("<root name='s'><table name='S'/></root>")) wide += std::string(1, '\0') + each;
+    EXPECT_EQ(run("schema S --schemas " + document("\xFE\xFF" + wide)).out,
+              "S: 0 fields, 0 values, 0 bytes\n  field  kind  count  offset  size\n");
+}
+
+TEST_F(Tool, TellsWhenItsAnswerCannotBeWritten) {
+    const std::string store = imported("<root name='r'><table name='S'/><group name='g'/></root>");
+    for (const std::string& command : {std::string("schema S"), "validate " + store + " g S"}) {
+        const std::string whole = LVP_TOOL " " + command + " --schemas " + store + " >/dev/full";
+        EXPECT_EQ(runProgram("sh -c '" + whole + "'", "").status, 4) << command;
+    }
 }
 
 TEST_F(Tool, WantsSchemasWhereItCannotDoWithout) {

@@ -88,10 +88,24 @@ TEST_F(Tool, DoesNotImportOverAStoreThatHoldsData) {
     EXPECT_EQ(run("tree " + store).out, "r  [root]\n");
 }
 
+TEST_F(Tool, DoesNotReplaceAStoreByItsOwnDocument) {
+    const std::string store = imported("<root name=\"r\"/>");
+    const tRun refused = run("export " + store + " -o " + store);
+    EXPECT_EQ(refused.status, 3);
+    EXPECT_EQ(refused.err, "lvp-data: the document " + store + " would replace " + store + ", which it is made from\n");
+    EXPECT_EQ(run("tree " + store).out, "r  [root]\n");
+}
+
+TEST_F(Tool, RefusesAStoreThatWouldBeGoneAtItsEnd) {
+    EXPECT_EQ(run("import " + document("<root name=\"r\"/>") + " memory:").status, 3);
+}
+
 TEST_F(Tool, TellsWrongUsage) {
     EXPECT_EQ(run("").status, 2);
     EXPECT_EQ(run("import onlyone").status, 2);
     EXPECT_EQ(run("nonsense").status, 2);
+    EXPECT_EQ(run("export a.lvp -o ''").status, 2);
+    EXPECT_EQ(run("cp a.lvp b c.d --to ''").status, 2);
     EXPECT_EQ(run("--help").status, 0);
     EXPECT_EQ(run("tree --help").status, 0);
 }

@@ -183,6 +183,7 @@ TEST_F(FileRefusal, OtherFilesAreRefusedWhateverTheirLength) {
         folder.file("a.lvp", std::string(length, '\0'));
         expectRefused("it is not a store file, or it is damaged");
     }
+    EXPECT_EQ(folder.entries(), 1) << "nothing is left beside a file of somebody else's";
 }
 
 TEST_F(FileRefusal, ADatabaseOfAnotherProgramIsRefused) {

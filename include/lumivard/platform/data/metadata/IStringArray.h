@@ -28,8 +28,8 @@ public:
     /// `IPrimitive::set`, which does not shrink a value: over a longer one its tail stays behind the list, so
     /// `reset(0)` comes first where a list is replaced.
     ///
-    /// False, with nothing changed, for a kind that is no text (`kUUID` to `kVersion`). True otherwise, also when the
-    /// primitive has a URI and so takes nothing.
+    /// False, with nothing changed, for null and for a kind that is no text (`kUUID` to `kVersion`). True otherwise,
+    /// also when the primitive has a URI, or no room, and so takes nothing.
     virtual bool write(IPrimitive* primitive) = 0;
 
     /// Takes a packed value apart: `length` wide characters at `packed`, terminators included, which are copied.

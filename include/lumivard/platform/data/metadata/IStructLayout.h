@@ -10,8 +10,9 @@ namespace lumivard::platform::data::metadata {
 /// alignment. A value of the kind `kStruct` is a sequence of such blocks. It describes and reads nothing itself.
 ///
 /// The members of a nested table appear as "table.member". A member that is a struct itself appears as its fields, as
-/// "pose.x", or for two and more structs in it as "pose[0].x", "pose[1].x" and so on. A member whose schema is not
-/// found, or is more than one, has no fields.
+/// "pose.x", or for two and more structs in it as "pose[0].x", "pose[1].x" and so on; bytes behind the last whole
+/// struct are left out. A member whose schema is not found, is more than one, or is one that it stands in itself, has
+/// no fields. A member without elements, or with a URI in their place, is a field of size 0.
 ///
 /// It belongs to the locator that made it and lives until that goes or lets go of the schema's store
 /// (`ISchemaLocator::pop`). Threads: it never changes, so any number may read it.

@@ -14,8 +14,9 @@ class IPropertyFilter;
 class ISchema;
 
 /// A named set of properties: primitives and further tables, each under a name of its own, in the order of their
-/// adding. It also keeps a default kind and unit for groups of units, from which primitives can be made. It holds no
-/// containers. A schema is a table as well.
+/// adding. It also keeps a default kind and unit for groups of units, from which primitives can be made. Any table can
+/// serve as a schema. None of its operations makes containers; one that `IContainer::clone` puts there counts as an
+/// item and is never shown.
 ///
 /// An object keeps the names of the items as they were when it was opened, and follows only its own changes. An item
 /// that another object makes is not found here, and since its name looks free, `create` would make a second item of
@@ -40,14 +41,16 @@ public:
     /// the list of items.
     virtual SharedPtr<IPropertyFilter> properties() = 0;
 
-    /// Whether the table conforms to a schema that a locator gave and that is not null: because `base()` names all its
-    /// URIs, or else because its items match those of the schema. The caller sees to it that nobody changes the
-    /// schema's store meanwhile. Costs a walk over both subtrees in the second case.
+    /// Whether the table conforms to a schema that a locator gave: because `base()` names all its URIs, or else because
+    /// it has all items of the schema, as told at `IContainer::validates`. False for null and for what is no schema of
+    /// this library. The schema's store is read without its guard in the second case, at the cost of a walk over both
+    /// subtrees.
     virtual bool validates(ISchema* schema) = 0;
 
     /// Makes a table in this one and returns it. With a schema that is not null it takes in a copy of the schema's
-    /// items, hidden. Null when `lookup` of the name finds something, when an item is called exactly so,
-    /// or without a name.
+    /// items, hidden (see `IProperty::flags`); the schema's store is read without its guard. Null when `lookup` of the
+    /// name finds something, when an item is called exactly so, without a name, and for what is no schema of this
+    /// library.
     virtual SharedPtr<ITable> create(WideString name, ISchema* schema) = 0;
 
     /// Makes a primitive without elements in this table, of the kind `type` and with a unit, or with none for

@@ -79,7 +79,9 @@ public:
     virtual bool rename(WideString name) = 0;
 
     /// Makes a container in this one and returns it. With a schema that is not null the child takes in a copy of the
-    /// schema's items, hidden; names that it holds already win.
+    /// schema's items, hidden (see `IProperty::flags`); of two schemas that have an item of one name, the first gives
+    /// it. The guard of the schema's store is held meanwhile, taken after this store's. Null, with nothing made, for
+    /// what is no schema of this library.
     ///
     /// Null, with nothing changed, when this object knows a child of that name, or without a name. A type above `kLink`
     /// gives null as well, yet the child is made: its name is taken, and no operation of a container opens it.
@@ -93,8 +95,8 @@ public:
     /// checked: one that `tValue` does not have makes a primitive that holds nothing.
     virtual SharedPtr<metadata::IPrimitive> create(WideString name, metadata::tValue value) = 0;
 
-    /// Makes a table in this container and returns it; a schema works as for a container. Null, with nothing changed,
-    /// when this object knows a child of that name, or without a name.
+    /// Makes a table in this container and returns it; a schema works as for a container, but its store is read without
+    /// its guard. Null, with nothing changed, when this object knows a child of that name, or without a name.
     virtual SharedPtr<metadata::ITable> create(WideString name, metadata::ISchema* schema) = 0;
 
     /// Whether there is something at a path.
@@ -115,10 +117,13 @@ public:
     /// A new cursor over the containers in this container, under the same terms.
     virtual SharedPtr<IContainerFilter> containers() = 0;
 
-    /// Whether the container conforms to a schema that a locator gave and that is not null. It does when `base()` names
-    /// all URIs of the schema. If not, `quick` says no, and otherwise the items are compared with those of the schema,
-    /// at the cost of a walk over both subtrees; the caller then sees to it that nobody changes the schema's store
-    /// meanwhile.
+    /// Whether the container conforms to a schema that a locator gave. It does when `base()` names all URIs of the
+    /// schema. If not, `quick` says no, and otherwise it does when it has all items of the schema, of each URI in their
+    /// order, with any others before, between and behind them: values of the same name and kind, and tables of the same
+    /// name that hold all that the schema's do. Containers match nothing, and a schema without any items is met by
+    /// nobody in this way. Costs a walk over both subtrees; the schema's store is read without its guard.
+    ///
+    /// False for null and for what is no schema of this library.
     virtual bool validates(metadata::ISchema* schema, bool quick) = 0;
 
     /// The same for the container or the table at a path; false when there is none, and for a primitive.
@@ -126,12 +131,14 @@ public:
 
     /// Adds a copy of each direct child of `source` to this container, subtree and all, under its own name. A child
     /// whose name (taken as a path) is found here already is passed over: nothing is merged below the first level. True
-    /// when all were looked at. False when a child's record is damaged; what was copied before stays.
+    /// when all were looked at. False when one that `source` knows is no child any more; what was copied before stays.
     ///
-    /// `source` is an object of this library and not this container or one that it stands in, here and in the two
-    /// operations that follow. Only this store's guard is held: who shares another store of the source holds it still.
-    /// A copy has its own values and texts; what it says by name, of schemas and of link targets, it goes on saying. It
-    /// is in use by nobody. Costs a walk over what is copied.
+    /// What holds for all copies: null, and what is no object of this library, gives false. Only this store's guard is
+    /// held: who shares another store of the source holds it still. A copy has its own values and texts, and the flags
+    /// of its source: what came from a schema stays inherited, and hidden. What it says by name, of schemas and of link
+    /// targets, it goes on saying. It is in use by nobody. Texts that were set through an object that is still open are
+    /// not in it. A container may be copied into itself or below itself: the copy is of what there was before. Where a
+    /// store throws, records that were made by then stay, attached to nothing. Costs a walk over what is copied.
     virtual bool copy(SharedPtr<IContainer> source) = 0;
 
     /// Adds a copy of `source` to this container under its own name. False, with nothing changed, when that name (taken
@@ -156,7 +163,9 @@ public:
     /// table.
     ///
     /// It does not see whether the name is taken: then it gives true, and the copy stays in the store attached to
-    /// nothing. Ask `has` before. Holds the guard of `store` and, taken after it, that of this container's.
+    /// nothing. Ask `has` before. False for null and for an empty store. Holds the guard of `store` and, taken after
+    /// it, that of this container's: two threads that copy between two stores in opposite directions can block each
+    /// other for ever.
     virtual bool clone(IDataStore* store, WideString destination) = 0;
 
     /// How many locales the container has a text in.

@@ -2,8 +2,8 @@
 
 #include "lumivard/platform/core/Export.h"
 
-/// Numbers by which clients agree on kinds of data: each kind is an interface of a version, and its number stands as
-/// `_kID` below its name. The numbers run from 1 to 25 and never change; the library reads none of them.
+// Numbers by which clients agree on kinds of data. Each kind has a name in a versioned namespace, and its number is the
+// `_kID` below that name. The numbers run from 1 to 25 and never change; the library itself uses none of them.
 namespace lumivard::platform::data::type::asset::v1 {
 
 struct LVP_EXPORT IAsset {

@@ -23,8 +23,9 @@ namespace lumivard::platform::data::format::xml {
 /// Reads documents into stores and writes them out. It has no instances and holds nothing. It opens no file and follows
 /// no reference: readers and writers are the caller's.
 ///
-/// Threads: several documents may be read and written at once, over different stores. No operation takes a store's
-/// guard: who shares the store holds it for the whole call. Time grows with the document, memory with its depth, its
+/// Threads: several documents may be read and written at once, over different stores. No operation takes the guard of
+/// the store that it works on: who shares that holds it for the whole call. The `class` of a container takes the guard
+/// of the schema's store meanwhile, that of a table does not. Time grows with the document, memory with its depth, its
 /// longest text and the values that it makes; a `dim` asks for its number of elements whatever stands in the document,
 /// up to 4 GB. There is no limit but the memory: look at documents of strangers before.
 class LVP_EXPORT IXMLFrontEnd {
@@ -57,7 +58,8 @@ public:
     ///
     /// `reader` is opened here, read to its end and closed. When its `open` gives false nothing is read, and nobody is
     /// told. `locator` finds the schemas that elements name; with null, `class` attributes are passed over and `struct`
-    /// elements are refused. `resolver` is not used. None of them is owned.
+    /// elements are refused. A `class` that it does not find is passed over and not kept, and a struct whose `type` it
+    /// does not find has neither type nor value. `resolver` is not used. None of them is owned.
     ///
     /// An exception while reading, whoever throws it, ends the reading, is told to `malformed`, and goes no further: a
     /// caller without a reporter does not learn of it. What `flush` throws passes through, and so does what the
@@ -66,12 +68,14 @@ public:
                       metadata::IURIResolver* resolver, IErrorReporter* reporter);
 
     /// Reads what stands in the top element of a document into a container that is there. The top element itself may be
-    /// any that stands for an item and has what such an element needs, or else the whole document is left out; it has
-    /// no other effect than that of a `root`, whose version becomes the store's.
+    /// any that stands for an item and has what such an element needs, or else the whole document is left out. The
+    /// container takes nothing from it: the version of a `root` becomes the store's, and what a `class` on it would
+    /// inherit is made and left attached to nothing.
     ///
-    /// A property that the container holds already takes in the content of an element of the same name and kind, and is
-    /// shown if it was hidden. Any other element under a name that is taken is refused. Localized texts of the
-    /// container itself are set as by `IContainer::describe`.
+    /// A property that the container holds already takes in the content of an element of the same name and kind, tables
+    /// with the same `class` too, and is shown if it was hidden; attributes of such an element have no effect. Any
+    /// other element under a name that is taken is refused. Either leaves its record in the store, attached to nothing.
+    /// Localized texts of the container itself are set as by `IContainer::describe`.
     ///
     /// `container` is an object of this library; it knows at once what was added to it, while other objects that are
     /// open over it do not. The other arguments are as above. The store is not flushed, and exceptions pass through,
@@ -83,10 +87,9 @@ public:
     /// and so the whole store. What is hidden is left out. Where there is nothing to write at the offset, the document
     /// has a declaration and no element.
     ///
-    /// `writer` is opened here, written to and closed, and not owned; that `open` gives false is not looked at: try
-    /// it before to learn the cause.
-    /// `locator` finds the layouts of structs; with null, structs go out without a value. Real numbers go out with 7
-    /// digits.
+    /// `writer` is opened here, written to and closed, and not owned. That its `open` gives false is not looked at; who
+    /// wants to know opens it once before. `locator` finds the layouts of structs; with null, structs go out without a
+    /// value. Real numbers go out with 7 digits.
     ///
     /// Exceptions of the store and of the writer pass through, and then the writer is not closed.
     static void serialize(IDataStore* store, core::io::IDataWriter* writer, metadata::ISchemaLocator* locator,
