@@ -12,17 +12,20 @@ using Metadata::Set;
 
 namespace {
 
+/// Opens what a record holds as an object of a class; null for a record of another kind.
 template <class Kind>
-constexpr Record::tType kRecordOf = Record::kPrimitive;
-template <>
-constexpr Record::tType kRecordOf<Design::Table> = Record::kTable;
+std::unique_ptr<Kind> open(IDataStore* store, unsigned int offset);
 
-void reopen(std::unique_ptr<Design::Primitive>& item, IDataStore* store, unsigned int offset) {
-    item = std::make_unique<Design::Primitive>(store, offset);
+template <>
+std::unique_ptr<Design::Primitive> open(IDataStore* store, unsigned int offset) {
+    if (Record::peek(store, offset) != Record::kPrimitive) return nullptr;
+    return std::make_unique<Design::Primitive>(store, offset);
 }
 
-void reopen(std::unique_ptr<Design::Table>& item, IDataStore* store, unsigned int offset) {
-    item = std::make_unique<Design::Table>(store, offset, false);
+template <>
+std::unique_ptr<Design::Table> open(IDataStore* store, unsigned int offset) {
+    if (Record::peek(store, offset) != Record::kTable) return nullptr;
+    return std::make_unique<Design::Table>(store, offset, false);
 }
 
 }  // namespace
@@ -39,10 +42,8 @@ std::unique_ptr<Item> addOrMerge(Set& parent, std::unique_ptr<Item> child) {
         parent.add(child->offset());
         return child;
     }
-    if (Record::peek(parent.store(), present) != kRecordOf<Kind>) return nullptr;
-    std::unique_ptr<Kind> item;
-    reopen(item, parent.store(), present);
-    if (!item->equivalent(static_cast<const Kind&>(*child))) return nullptr;
+    auto item = open<Kind>(parent.store(), present);
+    if (!item || !item->equivalent(static_cast<const Kind&>(*child))) return nullptr;
     item->show();
     return item;
 }

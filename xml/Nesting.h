@@ -6,7 +6,7 @@
 
 namespace lumivard::platform::data {
 
-/// Puts a new item under a set. Null, with the new item destroyed, when its name is taken.
+/// Puts a new item under a set. Null, with the new item destroyed, when the set does not take it: its name is taken.
 std::unique_ptr<Metadata::Item> add(Metadata::Set& parent, std::unique_ptr<Metadata::Item> child);
 
 /// Puts a new item of class `Kind`, a primitive or a table, under a set, or finds the one that is there under its name:
