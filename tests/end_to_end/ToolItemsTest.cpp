@@ -164,17 +164,20 @@ TEST_F(ToolItems, DoNotMakeAStoreThatIsNotThere) {
 }
 
 TEST_F(ToolItems, StayWhereTheyAreWhenTheNewPlaceCannotBeWritten) {
-    // Files cannot grow beyond what the second store has, and an attempt is an error.
-    const std::string limited =
-        "sh -c 'trap \"\" XFSZ; exec prlimit --fsize=" + std::to_string(std::filesystem::file_size(second)) +
-        " " LVP_TOOL " \"$@\"' sh";
-    const std::string large = imported(
-        "<root name='r'><group name='g'><string name='s'>" + std::string(200'000, 's') + "</string></group></root>",
-        "large.lvp");
-    const std::string before = run("tree " + large).out;
-    const tRun failed = runProgram(limited, "mv " + large + " g.s c.s --to " + second);
+    const auto storeOf = [&](std::size_t size, const std::string& name) {
+        return imported(
+            "<root name='r'><group name='g'><string name='s'>" + std::string(size, 's') + "</string></group></root>",
+            name);
+    };
+    // Between the two lies the size beyond which no file grows: the one can be written, the other cannot.
+    const std::string source = storeOf(50'000, "source.lvp");
+    const std::string target = storeOf(1'000'000, "target.lvp");
+    const std::string limited = "sh -c 'trap \"\" XFSZ; exec prlimit --fsize=2000000 " LVP_TOOL " \"$@\"' sh";
+    ASSERT_GT(std::filesystem::file_size(target), 2'000'000u);
+    const std::string before = run("tree " + source).out;
+    const tRun failed = runProgram(limited, "mv " + source + " g.s g.t --to " + target);
     EXPECT_EQ(failed.status, 4) << failed.err;
-    EXPECT_EQ(run("tree " + large).out, before);
+    EXPECT_EQ(run("tree " + source).out, before);
 }
 
 }  // namespace
