@@ -38,4 +38,7 @@ tExitStatus copyItem(const std::string& store, const std::string& path, const st
 tExitStatus moveItem(const std::string& store, const std::string& path, const std::string& destination,
                      const std::string& target);
 
+/// Gives back the space in a store's file that nothing uses, and brings it to the newest format.
+tExitStatus compactStore(const std::string& store);
+
 }  // namespace lvp::tool

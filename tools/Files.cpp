@@ -20,7 +20,8 @@ std::unique_ptr<IDataStore> openStore(const std::string& store, stores::tMode mo
     if (store == "memory:")
         throw Failure(kCannotOpen, "a store in memory would be gone with this command: give a file");
     try {
-        return stores::open(store, mode);
+        // Whoever turns to the tool may do so because a file is damaged: every page is measured first.
+        return stores::open(store, mode, {.verify = true});
     } catch (const stores::StoreError& error) {
         throw Failure(kCannotOpen, error.what());
     }

@@ -43,6 +43,7 @@ public:
         addDocumentCommands();
         addSchemaCommands();
         addItemCommands();
+        addStoreCommands();
     }
 
     /// The exit status of the whole.
@@ -121,6 +122,12 @@ private:
             subcommand->add_option("--to", _target, "The store of the destination; the same one when left out")
                 ->check(notEmpty);
         }
+    }
+
+    void addStoreCommands() {
+        auto* compacting = add("compact", "Make the file of a store as small as it can be", "compact materials.lvp",
+                               [this] { return compactStore(_store); });
+        compacting->add_option("STORE", _store, kStoreHelp)->required();
     }
 
     CLI::App _app{"Reads, shows, changes and writes stores of structured, typed, localizable data.", "lvp-data"};

@@ -90,6 +90,7 @@ unsigned long long Core::extent() {
 unsigned int Core::create(const void* data, unsigned int size) {
     const Attempt attempt{"create a record in"};
     _refuseChange(attempt);
+    _refuseLength(attempt, size);
     if (_extent >= BADOFF) {
         throw failure(attempt.text(), _name, "all of its 4294967295 offsets have been handed out");
     }
@@ -107,9 +108,7 @@ void Core::append(unsigned int offset, const void* data, unsigned int size) {
     const Attempt attempt{"append to", offset};
     _refuseChange(attempt);
     RecordSlot& slot = _existing(attempt);
-    if (std::uint64_t{slot.bytes.size()} + size > UINT32_MAX) {
-        throw failure(attempt.text(), _name, "it would become longer than 4294967295 bytes");
-    }
+    _refuseLength(attempt, std::uint64_t{slot.bytes.size()} + size);
     _makeRoom(_changed);
     slot.bytes.append(data, size);
     _noteContent(offset, slot);
@@ -121,6 +120,7 @@ void Core::update(unsigned int offset, const void* data, unsigned int size, bool
     // Objects may still count themselves on a record that the writing process has erased since.
     if (!changed && _mode == tMode::kRead && !_find(offset)) return;
     RecordSlot& slot = _existing(attempt);
+    _refuseLength(attempt, size);
     _makeRoom(changed ? _changed : _counted);
     slot.bytes.assign(data, size);
     changed ? _noteContent(offset, slot) : _noteBookkeeping(offset, slot);
@@ -207,6 +207,12 @@ RecordSlot* Core::_bringIn(unsigned int offset) {
 void Core::_refuseChange(const Attempt& attempt) const {
     if (_mode == tMode::kRead) throw failure(attempt.text(), _name, "it was opened for reading only");
     if (_failure) std::rethrow_exception(_failure);
+}
+
+void Core::_refuseLength(const Attempt& attempt, unsigned long long size) const {
+    const unsigned int longest = _engine ? _engine->longestRecord() : UINT32_MAX;
+    if (size <= longest) return;
+    throw failure(attempt.text(), _name, "it would become longer than " + std::to_string(longest) + " bytes");
 }
 
 // Lets the next note be taken without memory of its own.

@@ -72,8 +72,9 @@ private:
     RecordSlot& _existing(const Attempt& attempt);
     RecordSlot* _bringIn(unsigned int offset);
 
-    // Every change goes in three steps: what can fail before (the first two), the change itself, the note of it.
+    // Every change goes in three steps: what can fail before (the first three), the change itself, the note of it.
     void _refuseChange(const Attempt& attempt) const;
+    void _refuseLength(const Attempt& attempt, unsigned long long size) const;
     void _makeRoom(std::vector<unsigned int>& list) const;
     void _noteContent(unsigned int offset, RecordSlot& slot) noexcept;
     void _noteBookkeeping(unsigned int offset, RecordSlot& slot) noexcept;

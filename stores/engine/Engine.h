@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <span>
 #include <vector>
@@ -44,6 +45,9 @@ public:
     };
 
     virtual ~Engine() = default;
+
+    /// The most bytes that a record may have.
+    virtual unsigned int longestRecord() const noexcept { return UINT32_MAX; }
 
     /// The header as stored in the snapshot.
     virtual Header header() = 0;

@@ -4,6 +4,7 @@
 
 #include "stores/core/Failure.h"
 #include "stores/engine/EngineError.h"
+#include "stores/lmdb/StoredValue.h"
 
 namespace lumivard::platform::stores::lmdb {
 namespace {
@@ -50,6 +51,21 @@ Transaction begin(const Environment& environment, unsigned int flags) {
     MDB_txn* transaction = nullptr;
     check(mdb_txn_begin(environment.get(), nullptr, flags, &transaction));
     return Transaction(transaction);
+}
+
+Cursor openCursor(const Transaction& transaction, MDB_dbi database) {
+    MDB_cursor* cursor = nullptr;
+    check(mdb_cursor_open(transaction.get(), database, &cursor));
+    return Cursor(cursor);
+}
+
+int put(const Transaction& transaction, MDB_dbi database, std::uint64_t key, std::span<const std::byte> contents,
+        std::uint32_t format, unsigned int flags) {
+    MDB_val keyBytes{sizeof key, &key};
+    MDB_val value{contents.size() + storedValue::trailer(format), nullptr};
+    const int status = mdb_put(transaction.get(), database, &keyBytes, &value, flags | MDB_RESERVE);
+    if (status == MDB_SUCCESS) storedValue::put(static_cast<std::byte*>(value.mv_data), key, contents, format);
+    return status;
 }
 
 int commit(Transaction transaction) noexcept {

@@ -3,8 +3,10 @@
 #include <lmdb.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <span>
 
 namespace lumivard::platform::stores::lmdb {
 
@@ -16,8 +18,12 @@ struct CloseEnvironment {
 struct AbortTransaction {
     void operator()(MDB_txn* transaction) const noexcept { mdb_txn_abort(transaction); }
 };
+struct CloseCursor {
+    void operator()(MDB_cursor* cursor) const noexcept { mdb_cursor_close(cursor); }
+};
 using Environment = std::unique_ptr<MDB_env, CloseEnvironment>;
 using Transaction = std::unique_ptr<MDB_txn, AbortTransaction>;
+using Cursor = std::unique_ptr<MDB_cursor, CloseCursor>;
 
 /// Throws `EngineError` with the cause in plain words unless `status` is MDB_SUCCESS.
 void check(int status);
@@ -28,6 +34,14 @@ Environment openEnvironment(const std::filesystem::path& path, unsigned int flag
 
 /// Begins a transaction; `flags` is 0 or MDB_RDONLY.
 Transaction begin(const Environment& environment, unsigned int flags);
+
+/// Opens a cursor, which must go before its transaction does.
+Cursor openCursor(const Transaction& transaction, MDB_dbi database);
+
+/// Puts a record's contents under its key, with what the format of the file adds to them; `flags` as for mdb_put. Gives
+/// LMDB's status.
+int put(const Transaction& transaction, MDB_dbi database, std::uint64_t key, std::span<const std::byte> contents,
+        std::uint32_t format, unsigned int flags = 0);
 
 /// Ends a transaction durably and gives LMDB's status.
 int commit(Transaction transaction) noexcept;

@@ -1,107 +1,46 @@
 #include "stores/lmdb/FileCreation.h"
 
-#include <fcntl.h>
-#include <stdio.h>
-#include <unistd.h>
-
-#include <atomic>
-#include <cerrno>
-#include <string>
-
-#include "stores/core/Failure.h"
-#include "stores/engine/EngineError.h"
 #include "stores/lmdb/Environment.h"
-#include "stores/lmdb/FileDescriptor.h"
 #include "stores/lmdb/FileHandle.h"
 #include "stores/lmdb/HeaderFormat.h"
+#include "stores/lmdb/NewFile.h"
 
 namespace lumivard::platform::stores {
-namespace {
 
 namespace fs = std::filesystem;
 
+namespace {
+
 constexpr std::size_t kMapSize = 1 << 20;  // for the header alone
-constexpr mode_t kFileMode = 0666;
 
-[[noreturn]] void fail(int error) {
-    throw EngineError("it could not be created: " + systemReason(error));
-}
-
-/// A new, empty file in a folder, which is removed again unless it got another name.
-class NewFile {
-public:
-    explicit NewFile(const fs::path& folder) {
-        static std::atomic<unsigned int> number{0};
-        do {
-            const std::string name =
-                ".lvp-store-" + std::to_string(::getpid()) + "-" + std::to_string(++number) + ".new";
-            _path = folder / name;
-            _descriptor = FileDescriptor(::open(_path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, kFileMode));
-        } while (!_descriptor && errno == EEXIST);
-        if (!_descriptor) fail(errno);
-    }
-    ~NewFile() {
-        if (!_path.empty()) ::unlink(_path.c_str());
-    }
-    NewFile(const NewFile&) = delete;
-    NewFile& operator=(const NewFile&) = delete;
-
-    const fs::path& path() const { return _path; }
-    int descriptor() const { return _descriptor.get(); }
-
-    /// Gives the file its name; false when that is taken.
-    bool rename(const fs::path& name) {
-        if (::renameat2(AT_FDCWD, _path.c_str(), AT_FDCWD, name.c_str(), RENAME_NOREPLACE) == 0) {
-            _path.clear();
-            return true;
-        }
-        // Some file systems cannot rename without replacing. A second name, with the first removed after, does the
-        // same.
-        if (errno == EINVAL && ::link(_path.c_str(), name.c_str()) == 0) return true;
-        if (errno == EEXIST) return false;
-        fail(errno);
-    }
-
-private:
-    fs::path _path;
-    FileDescriptor _descriptor;
-};
-
-void makeDurable(int descriptor) {
-    if (::fsync(descriptor) != 0) fail(errno);
-}
-
-// The database is created in a transaction of its own: flags set in one that is then undone would be lost without a
-// word.
 void layOut(const fs::path& path) {
-    using namespace lmdb;
-    const Environment environment = openEnvironment(path, MDB_NOLOCK, kMapSize);  // nobody else knows the file
-    MDB_dbi records = 0;
-    Transaction first = begin(environment, 0);
-    check(mdb_dbi_open(first.get(), nullptr, MDB_INTEGERKEY, &records));
-    check(commit(std::move(first)));
-
-    Transaction second = begin(environment, 0);
-    std::uint64_t key = header::kKey;
-    auto value = header::encode({});
-    MDB_val keyBytes{sizeof key, &key};
-    MDB_val valueBytes{value.size(), value.data()};
-    check(mdb_put(second.get(), records, &keyBytes, &valueBytes, 0));
-    check(commit(std::move(second)));
+    const auto environment = lmdb::openEnvironment(path, MDB_NOLOCK, kMapSize);  // nobody else knows the file
+    auto transaction = lmdb::begin(environment, 0);
+    putHeader(transaction, makeRecords(transaction), {});
+    lmdb::check(lmdb::commit(std::move(transaction)));
 }
 
 }  // namespace
 
+// Keys that are numbers come with the database. Were this transaction undone, LMDB would lose that without a word; so
+// it belongs to a file that nobody else has seen.
+MDB_dbi makeRecords(const lmdb::Transaction& transaction) {
+    MDB_dbi records = 0;
+    lmdb::check(mdb_dbi_open(transaction.get(), nullptr, MDB_INTEGERKEY, &records));
+    return records;
+}
+
+void putHeader(const lmdb::Transaction& transaction, MDB_dbi records, const Engine::Header& header) {
+    const auto contents = header::encode({header, mdb_txn_id(transaction.get()), header::kFormat});
+    lmdb::check(lmdb::put(transaction, records, header::kKey, contents, header::kFormat, MDB_APPEND));
+}
+
 void createStoreFile(const fs::path& path, std::optional<long> fileSystem) {
-    const fs::path folder = path.parent_path();
-    NewFile file(folder);
+    NewFile file(path.parent_path());
     refuseNetwork(file.descriptor(), fileSystem);
     layOut(file.path());
-    makeDurable(file.descriptor());
-    if (!file.rename(path)) return;
-    const FileDescriptor folderDescriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!folderDescriptor) fail(errno);
-    makeDurable(folderDescriptor.get());
+    file.makeDurable();
+    if (file.rename(path)) NewFile::makeNamesDurable(path.parent_path());
 }
 
 }  // namespace lumivard::platform::stores

@@ -3,7 +3,16 @@
 #include <filesystem>
 #include <optional>
 
+#include "stores/engine/Engine.h"
+#include "stores/lmdb/Environment.h"
+
 namespace lumivard::platform::stores {
+
+/// Makes the database of a store in a new environment, or opens it there.
+MDB_dbi makeRecords(const lmdb::Transaction& transaction);
+
+/// Puts a header of the newest format behind all records. The last transaction of every change of a file has to do so.
+void putHeader(const lmdb::Transaction& transaction, MDB_dbi records, const Engine::Header& header);
 
 /// Makes an empty store file at `path`, unless something appears there first; that is left alone then.
 ///

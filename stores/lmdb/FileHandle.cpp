@@ -59,25 +59,80 @@ void takeWriterLock(int descriptor) {
     throw EngineError("it could not be locked: " + systemReason(errno));
 }
 
-}  // namespace
+// The presence of everybody who has the file open: a lock on its first byte, held by the descriptor and not, as the
+// older kind would be, by the process.
+int setPresence(int descriptor, short type, int command) {
+    struct flock lock = {};
+    lock.l_type = type;
+    lock.l_whence = SEEK_SET;
+    lock.l_len = 1;
+    int status = 0;
+    do {
+        status = ::fcntl(descriptor, command, &lock);
+    } while (status != 0 && errno == EINTR);
+    return status == 0 ? 0 : errno;
+}
 
-FileHandle::FileHandle(const std::filesystem::path& path, tMode mode, std::optional<long> fileSystem)
-    : _descriptor(openDescriptor(path, mode)), _status(statusOf(_descriptor.get())) {
-    refuseKind(_status);
-    refuseForeign(_descriptor.get());
-    refuseNetwork(_descriptor.get(), fileSystem);
-    if (!FileRegistry::enter(_status)) throw EngineError("this process has it open already");
-    try {
-        if (mode == tMode::kWrite) takeWriterLock(_descriptor.get());
-    } catch (...) {
-        FileRegistry::leave(_status);
-        throw;
+void takePresence(int descriptor) {
+    if (const int error = setPresence(descriptor, F_RDLCK, F_OFD_SETLKW)) {
+        throw EngineError("it could not be locked: " + systemReason(error));
     }
 }
 
+bool isNameOf(const std::filesystem::path& path, const struct stat& file) {
+    struct stat status = {};
+    return ::stat(path.c_str(), &status) == 0 && status.st_dev == file.st_dev && status.st_ino == file.st_ino;
+}
+
+}  // namespace
+
+FileHandle::FileHandle(const std::filesystem::path& path, tMode mode, std::optional<long> fileSystem) {
+    constexpr int kMostTries = 10;
+    for (int tries = 0; tries < kMostTries; ++tries) {
+        _open(path, mode, fileSystem);
+        if (isNameOf(path, _status)) return;
+        _close();
+    }
+    throw EngineError("another file was put in its place at this moment");
+}
+
 FileHandle::~FileHandle() {
-    _descriptor = FileDescriptor();  // and with it the lock: who finds the file free in the registry can have that too
+    _close();
+}
+
+void FileHandle::_open(const std::filesystem::path& path, tMode mode, std::optional<long> fileSystem) {
+    FileDescriptor descriptor = openDescriptor(path, mode);
+    _status = statusOf(descriptor.get());
+    refuseKind(_status);
+    refuseForeign(descriptor.get());
+    refuseNetwork(descriptor.get(), fileSystem);
+    if (!FileRegistry::enter(_status)) throw EngineError("this process has it open already");
+    try {
+        if (mode == tMode::kWrite) takeWriterLock(descriptor.get());
+        takePresence(descriptor.get());
+    } catch (...) {
+        descriptor = FileDescriptor();
+        FileRegistry::leave(_status);
+        throw;
+    }
+    _descriptor = std::move(descriptor);
+}
+
+void FileHandle::_close() noexcept {
+    if (!_descriptor) return;
+    _descriptor =
+        FileDescriptor();  // and with it the locks: who finds the file free in the registry can have those too
     FileRegistry::leave(_status);
+}
+
+void FileHandle::takeAlone() {
+    const int error = setPresence(_descriptor.get(), F_WRLCK, F_OFD_SETLK);
+    if (error == EAGAIN || error == EACCES) throw EngineError("others have it open for reading");
+    if (error != 0) throw EngineError("it could not be locked: " + systemReason(error));
+}
+
+void FileHandle::share() noexcept {
+    setPresence(_descriptor.get(), F_RDLCK, F_OFD_SETLK);
 }
 
 bool FileHandle::same(int descriptor) const {

@@ -13,24 +13,34 @@ namespace lumivard::platform::stores {
 /// The right of this process to use a file as a store, held as long as the object lives: it is the only handle on the
 /// file in this process, and with `tMode::kWrite` the only writer on this machine.
 ///
-/// It looks at the kind of file, not into it. The writer's right is a lock on the file itself, which the system gives
-/// back when the process is gone, however it went.
+/// It looks at the kind of file, not into it. The writer's right is a lock on the file itself, and so is the presence
+/// of everybody who has it open, which keeps the file from being replaced; the system gives both back when the process
+/// is gone, however it went.
 class FileHandle {
 public:
     /// Opens the file; `path` must have no symbolic link at its end. `fileSystem` stands for what `statfs` would say.
-    /// Throws `EngineError` where the file is refused; nothing is held then.
+    /// Waits while the file is being replaced. Throws `EngineError` where the file is refused; nothing is held then.
     FileHandle(const std::filesystem::path& path, tMode mode, std::optional<long> fileSystem = std::nullopt);
     ~FileHandle();
     FileHandle(const FileHandle&) = delete;
     FileHandle& operator=(const FileHandle&) = delete;
 
-    /// The file's length in bytes when it was opened.
-    unsigned long long size() const noexcept { return static_cast<unsigned long long>(_status.st_size); }
+    /// The open file, for plain reads.
+    int descriptor() const noexcept { return _descriptor.get(); }
+
+    /// Takes the file for this handle alone; opened for writing only. Throws `EngineError` while others have it open.
+    void takeAlone();
+
+    /// Lets others open it again.
+    void share() noexcept;
 
     /// Whether a descriptor stands for the same file.
     bool same(int descriptor) const;
 
 private:
+    void _open(const std::filesystem::path& path, tMode mode, std::optional<long> fileSystem);
+    void _close() noexcept;
+
     FileDescriptor _descriptor;
     struct stat _status = {};
 };

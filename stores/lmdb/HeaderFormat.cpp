@@ -9,10 +9,12 @@
 namespace lumivard::platform::stores::header {
 namespace {
 
+constexpr char kDamaged[] = "its header is damaged";
+
 constexpr unsigned int kBadOffset = core::storage::datastore::IDataStore::BADOFF;
 
 template <class Number>
-void put(std::array<std::byte, kSize>& value, std::size_t at, Number number) {
+void put(std::vector<std::byte>& value, std::size_t at, Number number) {
     std::memcpy(value.data() + at, &number, sizeof number);
 }
 
@@ -23,22 +25,27 @@ Number get(std::span<const std::byte> value, std::size_t at) {
     return number;
 }
 
+std::size_t sizeIn(std::uint32_t format) {
+    return format == kOldestFormat ? kTransactionAt : kSize;
+}
+
 }  // namespace
 
-std::array<std::byte, kSize> encode(const Engine::Header& header) {
-    std::array<std::byte, kSize> value{};
+std::vector<std::byte> encode(const Stored& stored) {
+    std::vector<std::byte> value(sizeIn(stored.format));
     put(value, kMagicAt, kMagic);
     put(value, kByteOrderAt, kByteOrder);
-    put(value, kFormatAt, kFormat);
+    put(value, kFormatAt, stored.format);
     put(value, kWideAt, std::uint32_t{sizeof(wchar_t)});
-    put(value, kVersionAt, std::uint32_t{header.version});
-    put(value, kExtentAt, std::uint64_t{header.extent});
+    put(value, kVersionAt, std::uint32_t{stored.header.version});
+    put(value, kExtentAt, std::uint64_t{stored.header.extent});
+    if (stored.format != kOldestFormat) put(value, kTransactionAt, stored.transaction);
     return value;
 }
 
-Engine::Header decode(std::span<const std::byte> value) {
+Stored decode(std::span<const std::byte> value, std::uint64_t length) {
     if (value.size() < kWideAt || get<std::array<char, kMagic.size()>>(value, kMagicAt) != kMagic) {
-        throw EngineError("it is a database of another program");
+        throw EngineError(kMissing);
     }
     if (get<std::uint32_t>(value, kByteOrderAt) != kByteOrder) {
         throw EngineError("it was written on a machine with another byte order");
@@ -48,13 +55,20 @@ Engine::Header decode(std::span<const std::byte> value) {
         throw EngineError("its format " + std::to_string(format) + " is newer than format " + std::to_string(kFormat) +
                           ", the last that this version can read");
     }
-    if (format != kFormat || value.size() != kSize) throw EngineError("its header is damaged");
+    if (format < kOldestFormat || length != sizeIn(format) + storedValue::trailer(format)) {
+        throw EngineError(kDamaged);
+    }
+    try {
+        value = storedValue::contents(kKey, value, format);
+    } catch (const EngineError&) {
+        throw EngineError(kDamaged);
+    }
     if (get<std::uint32_t>(value, kWideAt) != sizeof(wchar_t)) {
         throw EngineError("it was written on a machine with another width of wide characters");
     }
     const Engine::Header header{get<std::uint64_t>(value, kExtentAt), get<std::uint32_t>(value, kVersionAt)};
-    if (header.extent > kBadOffset) throw EngineError("its header is damaged");
-    return header;
+    if (header.extent > kBadOffset) throw EngineError(kDamaged);
+    return {header, format == kOldestFormat ? 0 : get<std::uint64_t>(value, kTransactionAt), format};
 }
 
 }  // namespace lumivard::platform::stores::header

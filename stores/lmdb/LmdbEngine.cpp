@@ -6,11 +6,14 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdint>
+#include <cstring>
 
 #include "stores/core/Failure.h"
 #include "stores/engine/EngineError.h"
 #include "stores/lmdb/FileCreation.h"
 #include "stores/lmdb/HeaderFormat.h"
+#include "stores/lmdb/StoredValue.h"
+#include "stores/lmdb/Verification.h"
 
 namespace lumivard::platform::stores {
 namespace {
@@ -35,23 +38,49 @@ std::span<const std::byte> bytesOf(const MDB_val& value) {
     return {static_cast<const std::byte*>(value.mv_data), value.mv_size};
 }
 
-MDB_val valueOf(std::span<const std::byte> bytes) {
-    return {bytes.size(), const_cast<std::byte*>(bytes.data())};  // LMDB reads only
-}
-
 }  // namespace
 
 LmdbEngine::LmdbEngine(const fs::path& path, tMode mode, const Settings& settings) : _mode(mode), _process(::getpid()) {
     const fs::path real = findOrCreate(path, mode, settings.fileSystem);
     _file.emplace(real, mode, settings.fileSystem);
+    FileReport report = lmdb::verifyHeader(_file->descriptor());
+    // Pages behind the end of the file would end the process when they are read: see that none of them is in use.
+    if (report.faultCount == 0 && lmdb::isShort(report)) report = lmdb::verifyNewest(_file->descriptor(), false);
+    lmdb::requireSound(report);
+    _format = report.format;
     _environment =
-        lmdb::openEnvironment(real, mode == tMode::kRead ? MDB_RDONLY : 0, firstMapSize(settings, _file->size()));
+        lmdb::openEnvironment(real, mode == tMode::kRead ? MDB_RDONLY : 0, firstMapSize(settings, report.length));
     mdb_filehandle_t descriptor = -1;
     lmdb::check(mdb_env_get_fd(_environment.get(), &descriptor));
     if (!_file->same(descriptor)) throw EngineError("another file was put in its place at this moment");
     int dead = 0;
     lmdb::check(mdb_reader_check(_environment.get(), &dead));  // processes that died reading hold no space any more
+    _beginReading();
+    if (settings.verify) lmdb::requireSound(verify(false));
     _openDatabase();
+}
+
+FileReport LmdbEngine::verify(bool values) {
+    constexpr int kMostTries = 100;
+    for (int tries = 0; tries < kMostTries; ++tries) {
+        if (auto report = lmdb::verifyAll(_file->descriptor(), mdb_txn_id(_snapshot.get()), values)) return *report;
+        _renew();  // two commits have come since the snapshot was taken
+    }
+    throw EngineError("others change it faster than it can be examined");
+}
+
+void LmdbEngine::forEachRecord(const std::function<void(std::uint64_t, std::span<const std::byte>)>& visit) {
+    _requireUsable();
+    const lmdb::Cursor cursor = lmdb::openCursor(_snapshot, _records);
+    MDB_val keyBytes{};
+    MDB_val value{};
+    int status = mdb_cursor_get(cursor.get(), &keyBytes, &value, MDB_FIRST);
+    for (; status == MDB_SUCCESS; status = mdb_cursor_get(cursor.get(), &keyBytes, &value, MDB_NEXT)) {
+        std::uint64_t key = 0;
+        std::memcpy(&key, keyBytes.mv_data, std::min(keyBytes.mv_size, sizeof key));
+        if (key != header::kKey) visit(key, storedValue::contents(key, bytesOf(value), _format));
+    }
+    if (status != MDB_NOTFOUND) lmdb::check(status);
 }
 
 LmdbEngine::~LmdbEngine() {
@@ -63,14 +92,14 @@ LmdbEngine::~LmdbEngine() {
 
 Engine::Header LmdbEngine::header() {
     const auto value = _get(header::kKey);
-    if (!value) throw EngineError("it is a database of another program");
-    return header::decode(*value);
+    if (!value) throw EngineError(header::kMissing);
+    return header::decode(*value, value->size()).header;
 }
 
 std::optional<std::span<const std::byte>> LmdbEngine::load(unsigned int offset) {
     const auto value = _get(offset);
-    if (value && value->size() > UINT32_MAX) throw EngineError("the record is damaged");
-    return value;
+    if (!value) return std::nullopt;
+    return storedValue::contents(offset, *value, _format);
 }
 
 void LmdbEngine::commit(const Batch& batch) {
@@ -112,9 +141,7 @@ std::optional<std::span<const std::byte>> LmdbEngine::_get(std::uint64_t key) co
 int LmdbEngine::_write(const Batch& batch) {
     lmdb::Transaction transaction = lmdb::begin(_environment, 0);
     const auto put = [&](std::uint64_t key, std::span<const std::byte> bytes) {
-        MDB_val keyBytes{sizeof key, &key};
-        MDB_val value = valueOf(bytes);
-        return mdb_put(transaction.get(), _records, &keyBytes, &value, 0);
+        return lmdb::put(transaction, _records, key, bytes, _format);
     };
     const auto remove = [&](std::uint64_t key) {
         MDB_val keyBytes{sizeof key, &key};
@@ -125,12 +152,12 @@ int LmdbEngine::_write(const Batch& batch) {
         const int status = change.erased ? remove(change.offset) : put(change.offset, change.bytes);
         if (status != MDB_SUCCESS) return status;
     }
-    const auto value = header::encode(batch.header);
+    const auto value = header::encode({batch.header, mdb_txn_id(transaction.get()), _format});
     if (const int status = put(header::kKey, value); status != MDB_SUCCESS) return status;
     return lmdb::commit(std::move(transaction));
 }
 
-void LmdbEngine::_openDatabase() {
+void LmdbEngine::_beginReading() {
     MDB_txn* made = nullptr;
     int status = mdb_txn_begin(_environment.get(), nullptr, MDB_RDONLY, &made);
     for (; status == MDB_MAP_RESIZED; status = mdb_txn_begin(_environment.get(), nullptr, MDB_RDONLY, &made)) {
@@ -139,11 +166,13 @@ void LmdbEngine::_openDatabase() {
     lmdb::check(status);
     _snapshot.reset(made);
     _told = mdb_txn_id(made);
+}
 
+void LmdbEngine::_openDatabase() {
     unsigned int flags = 0;
-    lmdb::check(mdb_dbi_open(made, nullptr, 0, &_records));
-    lmdb::check(mdb_dbi_flags(made, _records, &flags));
-    if (flags != MDB_INTEGERKEY) throw EngineError("it is a database of another program");
+    lmdb::check(mdb_dbi_open(_snapshot.get(), nullptr, 0, &_records));
+    lmdb::check(mdb_dbi_flags(_snapshot.get(), _records, &flags));
+    if (flags != MDB_INTEGERKEY) throw EngineError(header::kMissing);
 }
 
 // Moves the snapshot to the last commit. A reader's map follows when the writer has outgrown it.

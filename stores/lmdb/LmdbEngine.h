@@ -4,31 +4,46 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <functional>
 #include <optional>
 
+#include "lumivard/platform/stores/FileReport.h"
 #include "lumivard/platform/stores/tMode.h"
 #include "stores/engine/Engine.h"
 #include "stores/lmdb/Environment.h"
 #include "stores/lmdb/FileHandle.h"
+#include "stores/lmdb/StoredValue.h"
 
 namespace lumivard::platform::stores {
 
 /// Keeps records in one file, through LMDB; the layout of the file is told in HeaderFormat.h.
 ///
 /// The snapshot is one long read transaction. A commit is one write transaction, and durable when it returns, since
-/// nothing of LMDB's syncing and locking is relaxed. It relies on LMDB for the soundness of pages: a damaged file may
-/// crash the process. Threads and errors as for `Engine`, with `EngineError`.
+/// nothing of LMDB's syncing and locking is relaxed. LMDB trusts the pages of its file, so the file is measured before
+/// it is mapped: always its beginning and its header, every page on demand. Damage behind that, which a file has that
+/// was changed by something else, is seen in each record that is read, but may also crash the process; see
+/// `Settings::verify`. Threads and errors as for `Engine`, with `EngineError`.
 class LmdbEngine final : public Engine {
 public:
     struct Settings {
         std::size_t mapSize = 0;         ///< bytes of address space to begin with; 0: by the size of the file
         std::optional<long> fileSystem;  ///< instead of what statfs says
+        bool verify = false;             ///< measures every page at opening: for files that may be damaged
     };
 
     /// Opens the file, created before with `tMode::kWrite` if there is none. Throws `EngineError` when it is refused.
     LmdbEngine(const std::filesystem::path& path, tMode mode, const Settings& settings);
     ~LmdbEngine() override;
 
+    /// Measures all pages of the snapshot, and with `values` the checksum of each stored record.
+    FileReport verify(bool values);
+
+    /// Shows all records of the snapshot, by rising offset. The bytes stand during the call alone.
+    void forEachRecord(const std::function<void(std::uint64_t, std::span<const std::byte>)>& visit);
+
+    FileHandle& file() { return *_file; }
+
+    unsigned int longestRecord() const noexcept override { return kLongest; }
     Header header() override;
     std::optional<std::span<const std::byte>> load(unsigned int offset) override;
     void commit(const Batch& batch) override;
@@ -37,9 +52,13 @@ public:
     std::optional<News> guardTaken() override;
 
 private:
+    // What LMDB takes for a value, less what stands behind a record.
+    static constexpr unsigned int kLongest = UINT32_MAX - storedValue::kChecksum;
+
     void _requireUsable() const;
     std::optional<std::span<const std::byte>> _get(std::uint64_t key) const;
     int _write(const Batch& batch);
+    void _beginReading();
     void _openDatabase();
     void _renew();
     void _growMap();
@@ -53,6 +72,7 @@ private:
     lmdb::Environment _environment;
     lmdb::Transaction _snapshot;
     MDB_dbi _records = 0;
+    std::uint32_t _format = 0;
     std::size_t _told = 0;  // the commit that guardTaken has last told of
     bool _mapped = true;
 };

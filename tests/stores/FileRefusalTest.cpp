@@ -3,6 +3,7 @@
 #include <cstring>
 #include <filesystem>
 #include <functional>
+#include <span>
 #include <string>
 
 #include <gmock/gmock.h>
@@ -16,6 +17,7 @@
 #include "stores/lmdb/HeaderFormat.h"
 #include "stores/lmdb/LmdbEngine.h"
 #include "stores/lmdb/NetworkFileSystem.h"
+#include "stores/lmdb/StoredValue.h"
 #include "tests/stores/ChildProcess.h"
 #include "tests/stores/Records.h"
 #include "tests/support/TemporaryFolder.h"
@@ -25,6 +27,12 @@ namespace {
 
 namespace fs = std::filesystem;
 using testing::HasSubstr;
+
+/// What stands in the file behind contents that belong to a key.
+std::string trailerOf(std::uint64_t key, const std::string& contents) {
+    const std::uint32_t sum = storedValue::checksum(key, std::as_bytes(std::span(contents)));
+    return std::string(reinterpret_cast<const char*>(&sum), sizeof sum);
+}
 
 class FileRefusal : public testing::Test {
 protected:
@@ -56,9 +64,10 @@ protected:
     /// Puts a value at the header's key, made from the sound one by `change`.
     void tamperHeader(const std::function<void(std::string&)>& change) {
         file(path(), tMode::kWrite).reset();
-        const auto sound = header::encode({});
+        const auto sound = header::encode({{}, 2, header::kFormat});
         std::string value(reinterpret_cast<const char*>(sound.data()), sound.size());
         change(value);
+        value += trailerOf(header::kKey, value);
         tamper([&](MDB_txn* transaction, MDB_dbi database) {
             std::uint64_t key = header::kKey;
             MDB_val keyBytes{sizeof key, &key};
@@ -160,7 +169,7 @@ TEST_F(FileRefusal, AStoreFileCutToNothingIsRefused) {
 TEST_F(FileRefusal, AStoreFileCutToItsFirstPageIsRefused) {
     create(*file(path(), tMode::kWrite), "a");
     fs::resize_file(path(), 4096);
-    expectRefused("it is not a store file, or it is damaged");
+    expectRefused("it is not a store file, or it is damaged: it ends before its description of itself");
 }
 
 TEST_F(FileRefusal, AFileThatClaimsMorePagesThanCanBeIsRefused) {
@@ -173,7 +182,7 @@ TEST_F(FileRefusal, AFileThatClaimsMorePagesThanCanBeIsRefused) {
         std::memcpy(bytes.data() + page + kLastPageAt, &kClaimed, sizeof kClaimed);
     }
     folder.file("a.lvp", bytes);
-    expectRefused("it is damaged");
+    expectRefused("it is not a store file, or it is damaged: 4503599627370492 pages are neither in use nor free");
 }
 
 TEST_F(FileRefusal, OtherFilesAreRefusedWhateverTheirLength) {
@@ -209,7 +218,7 @@ TEST_F(FileRefusal, ADatabaseWithNumbersForKeysButNoHeaderIsRefused) {
 TEST_F(FileRefusal, ADatabaseThatLostItsOrderOfKeysIsRefused) {
     tamper([](MDB_txn* transaction, MDB_dbi database) {
         std::uint64_t key = header::kKey;
-        auto value = header::encode({});
+        auto value = header::encode({{}, 1, header::kFormat});
         MDB_val keyBytes{sizeof key, &key};
         MDB_val bytes{value.size(), value.data()};
         lmdb::check(mdb_put(transaction, database, &keyBytes, &bytes, 0));
@@ -223,7 +232,7 @@ TEST_F(FileRefusal, AHeaderWithoutTheMagicIsRefused) {
 }
 
 TEST_F(FileRefusal, AHeaderTooShortForItsMagicIsRefused) {
-    for (const std::size_t length : {0UL, 7UL, 15UL}) {
+    for (const std::size_t length : {0UL, 7UL, 11UL}) {
         fs::remove(path());
         tamperHeader([&](std::string& value) { value.resize(length); });
         expectRefused("it is a database of another program");
@@ -237,10 +246,10 @@ TEST_F(FileRefusal, AnotherByteOrderIsRefusedByName) {
 
 TEST_F(FileRefusal, ANewerFormatIsRefusedByNameWhateverFollows) {
     tamperHeader([](std::string& value) {
-        setNumber(value, header::kFormatAt, 2);
+        setNumber(value, header::kFormatAt, 3);
         value.resize(100, '\xFF');
     });
-    expectRefused("its format 2 is newer than format 1, the last that this version can read");
+    expectRefused("its format 3 is newer than format 2, the last that this version can read");
 }
 
 TEST_F(FileRefusal, AnotherWidthOfWideCharactersIsRefused) {
@@ -251,7 +260,7 @@ TEST_F(FileRefusal, AnotherWidthOfWideCharactersIsRefused) {
 TEST_F(FileRefusal, ADamagedHeaderIsRefused) {
     const std::array<std::function<void(std::string&)>, 4> damages = {
         [](std::string& value) { setNumber(value, header::kFormatAt, 0); },
-        [](std::string& value) { value.resize(31); },
+        [](std::string& value) { value.resize(39); },
         [](std::string& value) { value.push_back('\0'); },
         [](std::string& value) { setNumber(value, header::kExtentAt + 4, 1); },
     };
@@ -274,7 +283,8 @@ TEST(NetworkFileSystem, IsKnownByTheNumbersOfTheSystem) {
 }
 
 TEST_F(FileRefusal, ANetworkFileSystemIsRefusedAndNothingIsCreatedThere) {
-    const LmdbEngine::Settings settings{.mapSize = 0, .fileSystem = 0x6969};
+    LmdbEngine::Settings settings;
+    settings.fileSystem = 0x6969;
     const std::string reason =
         "it lies on a network file system (NFS), where locks and mapped files cannot be relied upon";
     EXPECT_EQ(messageOf<EngineError>([&] { LmdbEngine(path(), tMode::kWrite, settings); }), reason);

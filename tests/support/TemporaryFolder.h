@@ -10,8 +10,14 @@
 /// A new folder for one test, removed with all that is in it at the end.
 class TemporaryFolder {
 public:
-    TemporaryFolder() {
-        std::string name = (std::filesystem::temp_directory_path() / "lvp-test-XXXXXX").string();
+    /// On a disk; or in memory where the system offers that, for tests that make many files and do not need them to be
+    /// durable.
+    enum tPlace { kOnDisk, kInMemory };
+
+    explicit TemporaryFolder(tPlace place = kOnDisk) {
+        const std::filesystem::path memory = "/dev/shm";
+        const bool inMemory = place == kInMemory && std::filesystem::is_directory(memory);
+        std::string name = ((inMemory ? memory : std::filesystem::temp_directory_path()) / "lvp-test-XXXXXX").string();
         if (!::mkdtemp(name.data())) throw std::runtime_error("cannot make " + name);
         _path = name;
     }

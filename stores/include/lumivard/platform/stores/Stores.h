@@ -6,6 +6,8 @@
 
 #include "lumivard/platform/core/Export.h"
 #include "lumivard/platform/core/storage/datastore/IDataStore.h"
+#include "lumivard/platform/stores/FileOptions.h"
+#include "lumivard/platform/stores/FileReport.h"
 #include "lumivard/platform/stores/tMode.h"
 
 /// The stores that come with the platform.
@@ -48,22 +50,51 @@ LVP_EXPORT std::unique_ptr<IDataStore> memory();
 ///
 /// Memory. Records are loaded when they are first asked for and stay until the store is closed.
 ///
+/// Damage. Every record carries a checksum, and one that is not as it was written is refused when it is asked for.
+/// Before the file is mapped into memory, its description of itself and its header are measured by plain reads, and
+/// with `FileOptions::verify` every page is: without that, a file whose pages were changed by something else than this
+/// library may end the process. A file that another program cuts short while it is open does so too.
+///
+/// Length. A record has 4,294,967,291 bytes at most.
+///
 /// Refused, each with a sentence: a missing file (`kRead`) or folder, a file that is no store or is empty, one written
 /// by a newer version or on a machine with another byte order or width of `wchar_t`; a second handle on one file in a
 /// process; a second process that wants to write (at once, without waiting; a dead process is in nobody's way); a file
 /// with several names (hard links); and file systems on a network, on which neither locks nor mapped files can be
-/// relied upon.
+/// relied upon, unless `FileOptions::network` insists.
 ///
 /// Beside the file stands another one with "-lock" added to its name, in which readers and the writer meet. It may be
 /// deleted when nobody has the store open. A reader needs to be able to write it. A child made by fork() must open the
 /// store itself: through a handle of its parent it can change nothing. As long as it lives and has not called exec() it
 /// shares its parent's right to write, so that others find the file open for writing.
 ///
-/// The file grows as needed; space of erased records is used again, but the file does not get smaller.
+/// The file grows as needed; space of erased records is used again, and `compact` gives back what is left.
+///
+/// A file that an earlier version wrote is read and written in the format that it has; `compact` makes one of the
+/// newest.
 LVP_EXPORT std::unique_ptr<IDataStore> file(const std::filesystem::path& path, tMode mode);
+LVP_EXPORT std::unique_ptr<IDataStore> file(const std::filesystem::path& path, tMode mode, const FileOptions& options);
+
+/// Examines the file of a store, below its records: all of its pages, and with `values` the checksum of every record.
+///
+/// It measures by plain reads before anything else is done with the file, so that it bears any file: it ends in time
+/// and memory in proportion to the file's length. A writer may be at work meanwhile; what is examined is its last
+/// flush. Throws `StoreError` where the file is refused as in `file`, but for what is wrong with its contents: that is
+/// in the report. A lock file is made beside it, as in opening for reading.
+LVP_EXPORT FileReport verify(const std::filesystem::path& path, bool values, const FileOptions& options = {});
+
+/// Makes the file of a store as small as its contents allow, and brings it to the newest format.
+///
+/// It is measured in whole first, copied beside its place, made durable, and put in its place by a rename: a process or
+/// machine that dies on the way leaves the old file or the new one, and perhaps a file ".lvp-store-*.new" beside it.
+/// Offsets, records and the version stay as they are. The new file has the old one's rights, and its owner where the
+/// process may give files away. Needs as much space again. Nobody may have the store open for writing, nor, when the
+/// copy takes its place, for reading. Throws `StoreError`; the old file is left in its place then.
+LVP_EXPORT void compact(const std::filesystem::path& path, const FileOptions& options = {});
 
 /// Opens what `location` names: "memory:" is `memory()`, whatever the mode; "postgresql://..." is refused, since this
 /// version has no such store; everything else is the path of a file, as for `file`.
 LVP_EXPORT std::unique_ptr<IDataStore> open(const std::string& location, tMode mode);
+LVP_EXPORT std::unique_ptr<IDataStore> open(const std::string& location, tMode mode, const FileOptions& options);
 
 }  // namespace lumivard::platform::stores

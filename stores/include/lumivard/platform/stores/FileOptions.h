@@ -1,0 +1,17 @@
+#pragma once
+
+namespace lumivard::platform::stores {
+
+/// What is asked for when the file of a store is opened.
+struct FileOptions {
+    /// Measures every page before anything is read from one, at a cost in proportion to the length of the file (some
+    /// 0.2 seconds for a million records). For files that may have been damaged, or were made by somebody who is not
+    /// trusted. The file must not be changed by others meanwhile, but by a writer through this library.
+    bool verify = false;
+
+    /// Opens files on network file systems too. Only one machine at a time may then have the file open, and nobody sees
+    /// to it: two writers destroy the file.
+    bool network = false;
+};
+
+}  // namespace lumivard::platform::stores

@@ -1,0 +1,99 @@
+#include "stores/lmdb/Compaction.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+#include "stores/core/Failure.h"
+#include "stores/engine/EngineError.h"
+#include "stores/lmdb/FileCreation.h"
+#include "stores/lmdb/HeaderFormat.h"
+#include "stores/lmdb/NewFile.h"
+#include "stores/lmdb/Verification.h"
+
+namespace lumivard::platform::stores {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t kBatch = std::size_t{16} << 20;  // bytes of records in one transaction, all of which is in memory
+
+/// Writes records by rising offset to the environment of a new file, and the header behind them.
+class Copy {
+public:
+    explicit Copy(const lmdb::Environment& environment) : _environment(environment) { _begin(); }
+
+    void add(std::uint64_t key, std::span<const std::byte> contents) {
+        lmdb::check(lmdb::put(_transaction, _records, key, contents, header::kFormat, MDB_APPEND));
+        _pending += contents.size();
+        if (_pending < kBatch) return;
+        lmdb::check(lmdb::commit(std::move(_transaction)));
+        _begin();
+    }
+
+    void finish(const Engine::Header& header) {
+        putHeader(_transaction, _records, header);
+        lmdb::check(lmdb::commit(std::move(_transaction)));
+    }
+
+private:
+    void _begin() {
+        _transaction = lmdb::begin(_environment, 0);
+        _records = makeRecords(_transaction);
+        _pending = 0;
+    }
+
+    const lmdb::Environment& _environment;
+    lmdb::Transaction _transaction;
+    MDB_dbi _records = 0;
+    std::size_t _pending = 0;
+};
+
+// What it needs is less than this: a checksum more in each record, and pages that are as full as records come in order.
+std::size_t mapSizeFor(const FileReport& report) {
+    constexpr unsigned long long kLeast = 1 << 20;
+    return static_cast<std::size_t>(kLeast + 4 * report.length);
+}
+
+void copyRecords(LmdbEngine& source, const FileReport& report, const fs::path& target) {
+    // Nobody knows the new file yet, and all of it is made durable at the end.
+    const auto environment = lmdb::openEnvironment(target, MDB_NOLOCK | MDB_NOSYNC, mapSizeFor(report));
+    Copy copy(environment);
+    source.forEachRecord([&](std::uint64_t key, std::span<const std::byte> bytes) { copy.add(key, bytes); });
+    copy.finish(source.header());
+}
+
+// The owner too, as far as the process may give files away.
+void copyRights(int from, int to) {
+    struct stat status = {};
+    if (::fstat(from, &status) != 0 || ::fchmod(to, status.st_mode & 07777) != 0)
+        throw EngineError(systemReason(errno));
+    if (::fchown(to, status.st_uid, status.st_gid) == 0) ::fchmod(to, status.st_mode & 07777);
+}
+
+}  // namespace
+
+void compactStoreFile(const fs::path& path, LmdbEngine::Settings settings) {
+    const fs::path real = realPath(path);
+    if (!fs::exists(real)) throw EngineError("there is no such file");
+    LmdbEngine source(real, tMode::kWrite, settings);
+    const FileReport report = source.verify(true);
+    lmdb::requireSound(report);
+    source.file().takeAlone();  // to say so before the work, should there be readers
+    source.file().share();
+
+    NewFile copy(real.parent_path());
+    copyRecords(source, report, copy.path());
+    copyRights(source.file().descriptor(), copy.descriptor());
+    copy.makeDurable();
+
+    // The lock file counts the transactions of the old file. Who opens that one from now on waits, and then finds that
+    // it has lost its name; who opens the new one makes a lock file for it.
+    source.file().takeAlone();
+    ::unlink((real.string() + "-lock").c_str());
+    copy.replace(real);
+    NewFile::makeNamesDurable(real.parent_path());
+}
+
+}  // namespace lumivard::platform::stores

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "lumivard/platform/stores/FileReport.h"
+
+namespace lumivard::platform::stores::lmdb {
+
+/// The examinations of an open file that the engine makes, with the verifier. All throw `EngineError` when the disk
+/// fails.
+
+/// What has to be known before the file is mapped: its description of itself, and the way to its header. A writer may
+/// be at work meanwhile.
+FileReport verifyHeader(int descriptor);
+
+/// Every page of the state that a transaction of LMDB's holds still, and with `values` every stored record's checksum.
+/// Nothing when the file has forgotten the beginning of that state, since two commits have come after it.
+std::optional<FileReport> verifyAll(int descriptor, std::uint64_t transaction, bool values);
+
+/// The same of the newest state, of which nothing holds still; for files that cannot be mapped.
+FileReport verifyNewest(int descriptor, bool values);
+
+/// Whether a file ends before the last of its pages. In order where those behind its end are free, which only the
+/// examination of all pages can tell.
+bool isShort(const FileReport& report);
+
+/// Throws `EngineError` with the first fault of a report.
+void requireSound(const FileReport& report);
+
+}  // namespace lumivard::platform::stores::lmdb
