@@ -1,16 +1,23 @@
 #include "stores/lmdb/Environment.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
 #include <string>
 
 #include "stores/core/Failure.h"
 #include "stores/engine/EngineError.h"
+#include "stores/lmdb/FileDescriptor.h"
 #include "stores/lmdb/StoredValue.h"
 
 namespace lumivard::platform::stores::lmdb {
 namespace {
 
-// 8 bytes each in the lock file: enough for every process that a machine is likely to run.
+// 64 bytes each in the lock file: enough for every process that a machine is likely to run.
 constexpr unsigned int kMostReaders = 1022;
+
+constexpr off_t kLockFile = 64 * (kMostReaders + 2);  // bytes, as LMDB makes it
 
 constexpr mdb_mode_t kFileMode = 0666;  // less what the process's umask takes away
 
@@ -45,6 +52,18 @@ Environment openEnvironment(const std::filesystem::path& path, unsigned int flag
     check(mdb_env_set_mapsize(made, mapSize));
     check(mdb_env_open(made, path.c_str(), flags | MDB_NOSUBDIR | MDB_NOTLS, kFileMode));
     return environment;
+}
+
+void reserveLockFile(const std::filesystem::path& path) {
+    const std::string name = path.string() + "-lock";
+    const FileDescriptor descriptor(::open(name.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, kFileMode));
+    if (!descriptor) {
+        if (errno != EROFS && errno != EACCES) check(errno);
+        return;
+    }
+    // Not posix_fallocate(): where the system cannot do it, that one writes, and others may be at work in the file.
+    const int error = ::fallocate(descriptor.get(), 0, 0, kLockFile) == 0 ? 0 : errno;
+    if (error != EOPNOTSUPP && error != ENOSYS && error != EINTR) check(error);
 }
 
 Transaction begin(const Environment& environment, unsigned int flags) {

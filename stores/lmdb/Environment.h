@@ -32,6 +32,11 @@ void check(int status);
 /// bytes. An empty file is laid out as a new environment unless `flags` has MDB_RDONLY.
 Environment openEnvironment(const std::filesystem::path& path, unsigned int flags, std::size_t mapSize);
 
+/// Makes the lock file beside `path` and gives it its blocks. LMDB maps it into memory and lets it grow without: on a
+/// disk that is full, writing there would end the process. Throws `EngineError` when there is no room. Where it cannot
+/// be made for another reason, opening the environment tells. The process must not have the environment open yet.
+void reserveLockFile(const std::filesystem::path& path);
+
 /// Begins a transaction; `flags` is 0 or MDB_RDONLY.
 Transaction begin(const Environment& environment, unsigned int flags);
 

@@ -33,6 +33,23 @@ struct stat statusOf(int descriptor) {
     return status;
 }
 
+bool isNameOf(const std::filesystem::path& path, const struct stat& file) {
+    struct stat status = {};
+    return ::stat(path.c_str(), &status) == 0 && status.st_dev == file.st_dev && status.st_ino == file.st_ino;
+}
+
+/// Removes the first name of a file that its maker had no time to remove: where a file system cannot rename without
+/// replacing, a new store has both names for a moment.
+void removeFirstName(const std::filesystem::path& path, const struct stat& file) {
+    std::error_code error;
+    for (const auto& entry : std::filesystem::directory_iterator(path.parent_path(), error)) {
+        const std::string name = entry.path().filename().string();
+        if (name.starts_with(".lvp-store-") && name.ends_with(".new") && isNameOf(entry.path(), file)) {
+            ::unlink(entry.path().c_str());
+        }
+    }
+}
+
 void refuseKind(const struct stat& status) {
     if (!S_ISREG(status.st_mode)) throw EngineError("it is not a regular file");
     if (status.st_size == 0) throw EngineError("the file is empty, which no store file is");
@@ -79,11 +96,6 @@ void takePresence(int descriptor) {
     }
 }
 
-bool isNameOf(const std::filesystem::path& path, const struct stat& file) {
-    struct stat status = {};
-    return ::stat(path.c_str(), &status) == 0 && status.st_dev == file.st_dev && status.st_ino == file.st_ino;
-}
-
 }  // namespace
 
 FileHandle::FileHandle(const std::filesystem::path& path, tMode mode, std::optional<long> fileSystem) {
@@ -103,6 +115,10 @@ FileHandle::~FileHandle() {
 void FileHandle::_open(const std::filesystem::path& path, tMode mode, std::optional<long> fileSystem) {
     FileDescriptor descriptor = openDescriptor(path, mode);
     _status = statusOf(descriptor.get());
+    if (_status.st_nlink > 1) {
+        removeFirstName(path, _status);
+        _status = statusOf(descriptor.get());
+    }
     refuseKind(_status);
     refuseForeign(descriptor.get());
     refuseNetwork(descriptor.get(), fileSystem);

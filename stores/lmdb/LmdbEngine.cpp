@@ -12,6 +12,7 @@
 #include "stores/engine/EngineError.h"
 #include "stores/lmdb/FileCreation.h"
 #include "stores/lmdb/HeaderFormat.h"
+#include "stores/lmdb/OlderMeta.h"
 #include "stores/lmdb/StoredValue.h"
 #include "stores/lmdb/Verification.h"
 
@@ -48,6 +49,7 @@ LmdbEngine::LmdbEngine(const fs::path& path, tMode mode, const Settings& setting
     if (report.faultCount == 0 && lmdb::isShort(report)) report = lmdb::verifyNewest(_file->descriptor(), false);
     lmdb::requireSound(report);
     _format = report.format;
+    lmdb::reserveLockFile(real);
     _environment =
         lmdb::openEnvironment(real, mode == tMode::kRead ? MDB_RDONLY : 0, firstMapSize(settings, report.length));
     mdb_filehandle_t descriptor = -1;
@@ -154,7 +156,12 @@ int LmdbEngine::_write(const Batch& batch) {
     }
     const auto value = header::encode({batch.header, mdb_txn_id(transaction.get()), _format});
     if (const int status = put(header::kKey, value); status != MDB_SUCCESS) return status;
-    return lmdb::commit(std::move(transaction));
+    MDB_stat statistics = {};
+    lmdb::check(mdb_stat(transaction.get(), _records, &statistics));
+    const lmdb::OlderMeta older(_file->descriptor(), mdb_txn_id(transaction.get()), statistics.ms_psize);
+    const int status = lmdb::commit(std::move(transaction));
+    if (status != MDB_SUCCESS) older.restore();
+    return status;
 }
 
 void LmdbEngine::_beginReading() {

@@ -1,0 +1,78 @@
+// Processes that are killed at each call of the system while they make a store.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+
+#include "lumivard/platform/stores.h"
+#include "tests/fault/disk/DeadlyTap.h"
+#include "tests/fault/disk/FastFolder.h"
+#include "tests/fault/disk/Finding.h"
+#include "tests/fault/disk/PlainFileSystemTap.h"
+#include "tests/stores/ChildProcess.h"
+
+namespace lumivard::platform::stores::disk {
+namespace {
+
+namespace fs = std::filesystem;
+using Line = ChildProcess::Line;
+using tMoment = DeadlyTap::tMoment;
+
+class KilledCreator : public testing::TestWithParam<tMoment> {
+protected:
+    /// Kills whoever makes a store before, at or after call 0, 1, 2 ... until one lives.
+    void killAtEachCall(bool plainFileSystem) {
+        for (std::uint64_t calls = 0;; ++calls) {
+            SCOPED_TRACE("at call " + std::to_string(calls));
+            folder.clear();
+            if (create(calls, plainFileSystem)) break;
+            ++killed;
+            Workload model(1);
+            if (fs::exists(folder / "a.lvp")) {
+                const Finding reading = lookAt(folder / "a.lvp", tMode::kRead, model, 0);
+                EXPECT_EQ(reading.found, tFound::kLast) << reading.message;
+            }
+            const Finding writing = lookAt(folder / "a.lvp", tMode::kWrite, model, 0);
+            EXPECT_TRUE(writing.found == tFound::kLast || writing.found == tFound::kAbsent) << writing.message;
+            EXPECT_NO_THROW(file(folder / "a.lvp", tMode::kWrite));
+        }
+        EXPECT_GT(killed, 20U);
+    }
+
+    FastFolder folder;
+    unsigned int killed = 0;
+
+private:
+    // False when that was its end.
+    bool create(std::uint64_t calls, bool plainFileSystem) const {
+        ChildProcess child([&](const Line&) {
+            DeadlyTap deadly(calls, GetParam());
+            PlainFileSystemTap plain(deadly);
+            const Watch watch(folder.path(), plainFileSystem ? static_cast<Tap&>(plain) : deadly);
+            file(folder / "a.lvp", tMode::kWrite);
+            return 0;
+        });
+        const int status = child.wait();
+        EXPECT_TRUE(status == 0 || status == -1) << status;
+        return status != -1;
+    }
+};
+
+TEST_P(KilledCreator, LeavesNothingOrAnEmptyStore) {
+    killAtEachCall(false);
+}
+
+TEST_P(KilledCreator, LeavesNothingOrAnEmptyStoreWhereNoRenameSparesOthers) {
+    killAtEachCall(true);
+}
+
+std::string nameOf(const testing::TestParamInfo<tMoment>& moment) {
+    constexpr const char* kNames[] = {"BeforeTheCall", "HalfwayThroughIt", "AfterIt"};
+    return kNames[static_cast<int>(moment.param)];
+}
+
+INSTANTIATE_TEST_SUITE_P(Moments, KilledCreator, testing::Values(tMoment::kBefore, tMoment::kHalfway, tMoment::kAfter),
+                         nameOf);
+
+}  // namespace
+}  // namespace lumivard::platform::stores::disk
