@@ -1,5 +1,5 @@
-# What an installation holds: three shared libraries, their headers, the tool, and the two ways in which other projects
-# find them (CMake's find_package, pkg-config).
+# What an installation holds: three shared libraries, their headers, the tool, the sources of the store contract's kit,
+# and the two ways in which other projects find them (CMake's find_package, pkg-config).
 include(CMakePackageConfigHelpers)
 
 set(LVP_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/lvp_data)
@@ -15,6 +15,13 @@ install(DIRECTORY
     ${PROJECT_SOURCE_DIR}/stores/include/
     DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
     FILES_MATCHING PATTERN "*.h" PATTERN "*.inc")
+
+include(LvpStoreContract)
+install(TARGETS lvp_contract_stores lvp_store_contract EXPORT lvp_data_store_contract)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/tests/contract/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
+    FILES_MATCHING PATTERN "*.h")
+install(EXPORT lvp_data_store_contract NAMESPACE lvp_data:: FILE lvp_data-store_contractTargets.cmake
+    DESTINATION ${LVP_CMAKE_DIR})
 
 if(TARGET lvp-data)
     file(RELATIVE_PATH libraries ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})

@@ -2,7 +2,7 @@
 # same objects for tests of what the shared one hides.
 
 set(LVP_ROOM_TARGETS lvp_room_record lvp_room_metadata lvp_room_design lvp_room_schema lvp_room_units
-    lvp_room_type lvp_room_property lvp_room_container lvp_room_xml)
+    lvp_room_type lvp_room_property lvp_room_container lvp_room_xml lvp_room_check)
 set(LVP_ROOM_OBJECTS)
 foreach(room IN LISTS LVP_ROOM_TARGETS)
     list(APPEND LVP_ROOM_OBJECTS $<TARGET_OBJECTS:${room}>)

@@ -68,11 +68,12 @@ bool ContainerImpl::copy(SharedPtr<structure::IContainer> source) {
     const Guard guard(store());
     IDataStore* from = ours->store();
     const std::vector<unsigned int> entries = ours->item()->entries();
+    Design::Subtree::Copies copies(from, store());
     for (const unsigned int offset : entries) {
         const Record::Entity item(from, offset);
         if (!Record::isChild(item.type())) return false;
         if (_container->lookup(item.name().c_str()) != BADOFF) continue;
-        _container->add(Design::Subtree::clone(from, offset, store()));
+        _container->add(copies.add(offset));
     }
     // The object may know of items that the list has lost since.
     return entries.size() == ours->item()->items();

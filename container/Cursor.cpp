@@ -12,14 +12,14 @@ Cursor::Cursor(const ContainerImpl& container, tAccepts accepts) : _store(contai
     const unsigned int list = Record::Container(_store, container.item()->offset()).children();
     if (list != IDataStore::BADOFF) _offsets = Record::Offsets(_store, list).get();
     const Guard guard(_store);
-    forward();
+    _index = accepted(0);
 }
 
 bool Cursor::next() {
     if (_index >= _offsets.size()) return false;
-    ++_index;
     const Guard guard(_store);
-    return forward();
+    _index = accepted(_index + 1);
+    return _index < _offsets.size();
 }
 
 bool Cursor::prev() {
@@ -33,9 +33,9 @@ bool Cursor::prev() {
     return false;
 }
 
-bool Cursor::forward() {
-    while (_index < _offsets.size() && !accepted()) ++_index;
-    return _index < _offsets.size();
+std::size_t Cursor::accepted(std::size_t index) const {
+    while (index < _offsets.size() && !_accepts(Record::peek(_store, _offsets[index]))) ++index;
+    return index;
 }
 
 }  // namespace lumivard::platform::data

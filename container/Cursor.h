@@ -28,8 +28,8 @@ public:
     unsigned int offset() const { return _index < _offsets.size() ? _offsets[_index] : IDataStore::BADOFF; }
 
 private:
-    bool accepted() const { return _accepts(Record::peek(_store, _offsets[_index])); }
-    bool forward();
+    /// The first place from `index` on with an accepted record; past the end where there is none.
+    std::size_t accepted(std::size_t index) const;
 
     IDataStore* _store;
     std::size_t _index = 0;

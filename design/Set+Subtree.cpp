@@ -14,9 +14,12 @@ bool Set::remove(const wchar_t* name) {
     if (offset == BADOFF) return false;
     if (Record::Entity(_store, offset).flags() & Record::kInherited) return false;
     if (!Design::Subtree::unreferenced(_store, {offset})) return false;
-    Design::Subtree::erase(_store, {offset});
-    forget(name);
+    const std::vector<unsigned int> dead = Design::Subtree::everything(_store, {offset});
+    // Out of the list first: where the store fails behind that, records are left that nothing refers to, but no list
+    // with a gap and no child without its children.
     Record::Offsets(_store, _children).removeVal(offset);
+    forget(name);
+    Design::Subtree::erase(_store, dead);
     return true;
 }
 
@@ -31,10 +34,16 @@ bool Set::rename(const wchar_t* from, const wchar_t* to) {
     const std::size_t length = std::wcslen(to);
     std::vector<char> section(2 * (length + 1) * sizeof(wchar_t));
     std::memcpy(section.data(), to, length * sizeof(wchar_t));
-    if (!Record::Entity(_store, offset).name(section.data(), section.size())) return false;
-    forget(from);
     index(offset, to);
-    return true;
+    bool renamed = false;
+    try {
+        renamed = Record::Entity(_store, offset).name(section.data(), section.size());
+    } catch (...) {
+        forget(to);
+        throw;
+    }
+    forget(renamed ? from : to);
+    return renamed;
 }
 
 bool Set::unreferenced() {
@@ -43,7 +52,7 @@ bool Set::unreferenced() {
 
 void Set::cleanup() {
     if (_children == BADOFF) return;
-    Design::Subtree::erase(_store, indexed());
+    Design::Subtree::erase(_store, Design::Subtree::everything(_store, indexed()));
     if (Record::peek(_store, _children) == Record::kOffsets) _store->erase(_children);
     _children = BADOFF;
     forgetAll();

@@ -44,7 +44,9 @@ tOwned ownedBy(const Record::Entity& record) {
     return owned;
 }
 
-/// The copying of one subtree. Each open level is a list whose entries are being copied.
+}  // namespace
+
+/// The copying of subtrees. Each open level is a list whose entries are being copied.
 class Cloning {
 public:
     Cloning(IDataStore* store, IDataStore* target) : _store(store), _target(target) {}
@@ -62,7 +64,8 @@ public:
     }
 
     /// Copies one record without what is below it, and opens a level for that.
-    unsigned int copyRecord(const Record::Entity& source, const tOwned& owned, unsigned int parent) {
+    unsigned int copyRecord(Record::Entity& source, const tOwned& owned, unsigned int parent) {
+        source.refs(0);  // of the bytes that are copied: nobody has the copy open, even if it is left unfinished
         const unsigned int copied = source.clone(_target);
         // A damaged list may foretell the offset of a copy, which is no source.
         _seen.insert(source.offset());
@@ -70,7 +73,6 @@ public:
         Record::Entity copy(_target, copied);
         copy.parent(parent);
         copy.locale(cloneOwned(owned.locale, Record::kLocale));
-        copy.refs(0);
         const bool deep =
             source.type() != Record::kPrimitive && owned.children != BADOFF && _owned.insert(owned.children).second;
         if (source.type() != Record::kPrimitive) copy.children(deep ? openLevel(owned.children, copied) : BADOFF);
@@ -113,7 +115,7 @@ private:
         }
         if (_seen.contains(offset)) return;
         const std::size_t here = _levels.size() - 1;
-        const Record::Entity source(_store, offset);
+        Record::Entity source(_store, offset);
         const unsigned int copied = copyRecord(source, ownedBy(source), level.parent);
         _levels[here].copies.push_back(copied);  // copyRecord may have moved the levels
     }
@@ -147,13 +149,11 @@ private:
     std::unordered_set<unsigned int> _owned;  // lists and localized names: damaged records may share one
 };
 
-}  // namespace
-
 bool unreferenced(IDataStore* store, const std::vector<unsigned int>& records) {
     return walk(store, records, [](const Record::Entity& record) { return record.refs() == 0; });
 }
 
-void erase(IDataStore* store, const std::vector<unsigned int>& records) {
+std::vector<unsigned int> everything(IDataStore* store, const std::vector<unsigned int>& records) {
     std::vector<unsigned int> dead;
     // A damaged record may name one of another kind, which is not its own.
     const auto bury = [&](unsigned int offset, Record::tType kind) {
@@ -167,15 +167,19 @@ void erase(IDataStore* store, const std::vector<unsigned int>& records) {
         bury(owned.defaults, Record::kOffsets);
         return true;
     });
+    return dead;
+}
+
+void erase(IDataStore* store, const std::vector<unsigned int>& everything) {
     // From the leaves up, so that what is left after a failure still hangs together. Two damaged records may own one.
-    for (auto offset = dead.rbegin(); offset != dead.rend(); ++offset) {
+    for (auto offset = everything.rbegin(); offset != everything.rend(); ++offset) {
         if (store->size(*offset) != 0) store->erase(*offset);
     }
 }
 
 unsigned int clone(IDataStore* store, unsigned int record, const tOwned& owned, IDataStore* target) {
     Cloning cloning(store, target);
-    const Record::Entity source(store, record);
+    Record::Entity source(store, record);
     const unsigned int copied = cloning.copyRecord(source, owned, source.parent());
     cloning.run();
     return copied;
@@ -183,6 +187,18 @@ unsigned int clone(IDataStore* store, unsigned int record, const tOwned& owned, 
 
 unsigned int clone(IDataStore* store, unsigned int record, IDataStore* target) {
     return clone(store, record, ownedBy(Record::Entity(store, record)), target);
+}
+
+Copies::Copies(IDataStore* store, IDataStore* target)
+    : _store(store), _cloning(std::make_unique<Cloning>(store, target)) {}
+
+Copies::~Copies() = default;
+
+unsigned int Copies::add(unsigned int record) {
+    Record::Entity source(_store, record);
+    const unsigned int copied = _cloning->copyRecord(source, ownedBy(source), source.parent());
+    _cloning->run();
+    return copied;
 }
 
 void on(IDataStore* store, unsigned int record, unsigned char bits) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <vector>
 
 #include "lumivard/platform/core/storage/datastore/IDataStore.h"
@@ -14,8 +15,12 @@ using core::storage::datastore::IDataStore;
 /// Whether no object stands over any of the records or any record below them, which is read from their counts.
 bool unreferenced(IDataStore* store, const std::vector<unsigned int>& records);
 
-/// Erases the records, everything below them, and all lists and localized names that they own.
-void erase(IDataStore* store, const std::vector<unsigned int>& records);
+/// The records, everything below them, and all lists and localized names that they own; what owns comes before what it
+/// owns.
+std::vector<unsigned int> everything(IDataStore* store, const std::vector<unsigned int>& records);
+
+/// Erases what `everything` gave, as far as it is there, from its end on.
+void erase(IDataStore* store, const std::vector<unsigned int>& everything);
 
 /// What a record owns: localized names, a list of children and a list of defaults; `BADOFF` for what it has not.
 struct tOwned {
@@ -31,6 +36,22 @@ unsigned int clone(IDataStore* store, unsigned int record, const tOwned& owned, 
 
 /// The same for a record that nobody needs to open: what it owns is what it says in the store.
 unsigned int clone(IDataStore* store, unsigned int record, IDataStore* target);
+
+/// Copies several records of one store one after the other. What is below two of them is copied once, and no copy is
+/// copied: in a damaged store, in which the copies come to stand below the sources, each would double what the next one
+/// finds.
+class Copies {
+public:
+    Copies(IDataStore* store, IDataStore* target);
+    ~Copies();
+
+    /// As `clone`.
+    unsigned int add(unsigned int record);
+
+private:
+    IDataStore* _store;
+    std::unique_ptr<class Cloning> _cloning;
+};
 
 /// Sets flag bits in a record and in everything below it, children before their owners; none but the three kinds.
 void on(IDataStore* store, unsigned int record, unsigned char bits);

@@ -1,5 +1,7 @@
 #include "design/Table.h"
 
+#include <utility>
+
 #include "record/Offsets.h"
 #include "record/Table.h"
 
@@ -35,22 +37,24 @@ Table::~Table() {
 }
 
 void Table::loadDefaults(const Record::Table& record) {
-    _groups.clear();
-    _defaults = record.defaults();
-    if (Record::peek(_store, _defaults) != Record::kOffsets) {
-        _defaults = BADOFF;
-        return;
+    unsigned int list = record.defaults();
+    decltype(_groups) groups;
+    if (Record::peek(_store, list) == Record::kOffsets) {
+        const std::vector<unsigned int> pairs = Record::Offsets(_store, list).get();
+        for (unsigned int i = 0; i < pairs.size(); i += kPair) {
+            groups.emplace(units::group(static_cast<units::tUnit>(pairs[i])), i / kPair);
+        }
+    } else {
+        list = BADOFF;
     }
-    const std::vector<unsigned int> pairs = Record::Offsets(_store, _defaults).get();
-    for (unsigned int i = 0; i < pairs.size(); i += kPair) {
-        _groups.emplace(units::group(static_cast<units::tUnit>(pairs[i])), i / kPair);
-    }
+    _defaults = list;
+    _groups = std::move(groups);
 }
 
 bool Table::defaults(units::tUnit unit, metadata::tValue type) {
     if (unit == 0 || type == 0) return false;
-    if (Record::peek(_store, _defaults) != Record::kOffsets) {
-        // Another object may have made the list since this one was opened, or another one in its place.
+    if (Record::peek(_store, _defaults) != Record::kOffsets || _groups.count(units::group(unit)) == 0) {
+        // Another object may have made the list since this one was opened, or another one in its place, or added to it.
         Record::Table record(_store, _offset);
         loadDefaults(record);
         if (_defaults == BADOFF) {

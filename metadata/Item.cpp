@@ -20,7 +20,7 @@ void makeRoom(std::vector<Entry>& list) {
 
 Item::~Item() {
     try {
-        if (_dirty && !_names.empty()) saveLocales();
+        save();
     } catch (...) {
         // A destructor has nobody to tell: a store that refuses the names here loses them.
     }
@@ -140,6 +140,11 @@ void Item::locale(unsigned int index, std::wstring& name, std::wstring& locale) 
     if (index >= _names.size()) return;
     name = _names[index]->name;
     locale = _names[index]->locale;
+}
+
+void Item::save() {
+    if (_dirty && !_names.empty()) saveLocales();
+    _dirty = false;
 }
 
 unsigned int Item::duplicate(IDataStore* target) {

@@ -83,6 +83,10 @@ public:
     /// Gives the text and the locale of an entry; both are empty where there is none.
     void locale(unsigned int index, std::wstring& name, std::wstring& locale);
 
+    /// Saves changes to the localized names now. For an object that is about to go, whose owner wants to hear of it
+    /// when the store refuses them.
+    void save();
+
     /// Copies the record of the localized names into another store and returns its offset, or `BADOFF` when there is
     /// none. Changes that were not yet saved are not part of it.
     unsigned int duplicate(IDataStore* target);

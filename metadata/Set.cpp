@@ -64,12 +64,17 @@ unsigned int Set::find(const wchar_t* name) const {
 bool Set::add(unsigned int offset) {
     Entity child(_store, offset);
     if (!child.whole() || !Record::isChild(child.type())) return false;
-    std::wstring name = child.name();
+    const std::wstring name = child.name();
     if (_names.find(name.c_str())) return false;
     child.parent(_offset);
-    child.update(true);
-    append(offset);
-    index(offset, std::move(name));
+    index(offset, name);
+    try {
+        child.update(true);
+        append(offset);
+    } catch (...) {
+        forget(name.c_str());
+        throw;
+    }
     return true;
 }
 

@@ -7,6 +7,8 @@
 #include <string_view>
 #include <utility>
 
+#include "metadata/MapAllocator.h"
+
 namespace lumivard::platform::data::Metadata {
 
 /// Finds values by a wide text. The map keeps the pointers that it is given and copies no text: a key lives as long as
@@ -70,7 +72,8 @@ private:
         static bool reserved(const wchar_t* key) { return key == kEmptyKey || key == kDeletedKey; }
     };
 
-    using tMap = google::dense_hash_map<const wchar_t*, Value, tHash, tEqual>;
+    using tAllocator = MapAllocator<std::pair<const wchar_t* const, Value>>;
+    using tMap = google::dense_hash_map<const wchar_t*, Value, tHash, tEqual, tAllocator>;
 
     static std::unique_ptr<tMap> make() {
         auto map = std::make_unique<tMap>();

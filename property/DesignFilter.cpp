@@ -12,7 +12,7 @@ DesignTableImpl::DesignFilter::DesignFilter(DesignTableImpl* table) {
     const Guard guard(table->store());
     _table = std::make_unique<Design::Table>(table->store(), table->item()->offset(), false);
     _count = _table->items();
-    forward();
+    _index = forward(0);
 }
 
 DesignTableImpl::DesignFilter::~DesignFilter() {
@@ -21,17 +21,16 @@ DesignTableImpl::DesignFilter::~DesignFilter() {
 
 bool DesignTableImpl::DesignFilter::next() {
     if (_count == 0 || _index >= _count) return false;
-    ++_index;
-    return forward() != IDataStore::BADOFF;
+    _index = forward(_index + 1);
+    return _index < _table->items();
 }
 
 bool DesignTableImpl::DesignFilter::prev() {
     if (_count == 0 || _index == 0) return false;
-    const unsigned int before = _index;
-    --_index;
-    if (backward() != IDataStore::BADOFF) return true;
-    _index = before;
-    return false;
+    const unsigned int found = backward(_index - 1);
+    if (found == IDataStore::BADOFF) return false;
+    _index = found;
+    return true;
 }
 
 SharedPtr<metadata::IProperty> DesignTableImpl::DesignFilter::current() {
@@ -40,24 +39,22 @@ SharedPtr<metadata::IProperty> DesignTableImpl::DesignFilter::current() {
     return openProperty(_table->store(), _table->at(_index));
 }
 
-unsigned int DesignTableImpl::DesignFilter::forward() {
+unsigned int DesignTableImpl::DesignFilter::forward(unsigned int index) const {
     const Guard guard(_table->store());
-    for (; _index < _table->items(); ++_index) {
-        if (onProperty()) return _index;
-    }
-    return IDataStore::BADOFF;
+    while (index < _table->items() && !isProperty(index)) ++index;
+    return index;
 }
 
-unsigned int DesignTableImpl::DesignFilter::backward() {
+unsigned int DesignTableImpl::DesignFilter::backward(unsigned int index) const {
     const Guard guard(_table->store());
-    for (;; --_index) {
-        if (onProperty()) return _index;
-        if (_index == 0) return IDataStore::BADOFF;
+    for (;; --index) {
+        if (isProperty(index)) return index;
+        if (index == 0) return IDataStore::BADOFF;
     }
 }
 
-bool DesignTableImpl::DesignFilter::onProperty() const {
-    const Record::tType kind = Record::peek(_table->store(), _table->at(_index));
+bool DesignTableImpl::DesignFilter::isProperty(unsigned int index) const {
+    const Record::tType kind = Record::peek(_table->store(), _table->at(index));
     return kind == Record::kPrimitive || kind == Record::kTable;
 }
 

@@ -19,11 +19,11 @@ public:
     SharedPtr<metadata::IProperty> current() override;
 
 private:
-    /// Move to the next or previous property, the present position included, and return it; `BADOFF` when there is
-    /// none.
-    unsigned int forward();
-    unsigned int backward();
-    bool onProperty() const;
+    /// The position of the first property from `index` on, behind the last item when there is none, or of the last one
+    /// up to `index`, `BADOFF` when there is none.
+    unsigned int forward(unsigned int index) const;
+    unsigned int backward(unsigned int index) const;
+    bool isProperty(unsigned int index) const;
 
     std::unique_ptr<Design::Table> _table;
     unsigned int _index = 0;

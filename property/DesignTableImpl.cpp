@@ -58,8 +58,8 @@ SharedPtr<metadata::IPrimitive> DesignTableImpl::create(WideString name, metadat
     {
         Design::Primitive made(store(), type, name.value());
         offset = made.offset();
+        if (units != 0) made.units(units);  // before it has its name: a second try would find that taken
         table()->add(offset);
-        if (units != 0) made.units(units);
     }
     return DesignPrimitiveImpl::open(store(), offset);
 }

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <string>
 
 #include "lumivard/platform/core/storage/datastore/IDataStore.h"
+#include "record/Sections.h"
 #include "record/tType.h"
 
 namespace lumivard::platform::data::Record {
@@ -57,6 +59,11 @@ public:
     /// The kind byte; `kRoot` for an empty record.
     tType type() const { return static_cast<tType>(byte(0)); }
 
+    /// Calls `visit(const tSection&)` for each section of a form, in order; not at all where the record is too short
+    /// for the fixed part.
+    template <class Visit>
+    void eachSection(const tSections& form, Visit visit) const;
+
     /// Writes the working bytes as a new record into a store, which may be any, and returns its offset. This object
     /// goes on standing for its own record.
     unsigned int clone(IDataStore* target) const;
@@ -96,5 +103,17 @@ private:
     unsigned int _size = 0;
     unsigned int _capacity = 0;
 };
+
+template <class Visit>
+void Base::eachSection(const tSections& form, Visit visit) const {
+    if (_size < form.header) return;
+    std::uint64_t begin = form.header;
+    for (const unsigned int field : form.lengths) {
+        const unsigned int claimed = word(field);
+        const auto there = static_cast<std::size_t>(std::min<std::uint64_t>(claimed, _size - begin));
+        visit(tSection{field, claimed, {_buffer + begin, there}});
+        begin += there;
+    }
+}
 
 }  // namespace lumivard::platform::data::Record

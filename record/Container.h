@@ -23,6 +23,11 @@ public:
     static constexpr unsigned int kFixed = kInfo + 4 + 1;
     static_assert(kKind == 18 && kName == 19 && kBase == 23 && kInfo == 27 && kFixed == 32);
 
+    /// The form of the record.
+    static constexpr unsigned int kLengths[] = {kName, kBase, kInfo};
+    static constexpr tRange kZeros[] = {{kInfo + 4, kFixed}};
+    static constexpr tSections kSections{kFixed, kLengths, kZeros};
+
     /// Makes a new record and writes it to the store.
     Container(IDataStore* store, const wchar_t* name);
     Container(IDataStore* store, unsigned int offset) : Entity(store, offset) {}
@@ -41,11 +46,6 @@ public:
     bool arrays(unsigned int section, const char* data, std::uint64_t length) {
         return replaceSection(kSections, section, data, length);
     }
-
-private:
-    friend class Entity;
-    static constexpr unsigned int kLengths[] = {kName, kBase, kInfo};
-    static constexpr tSections kSections{kFixed, kLengths};
 };
 
 }  // namespace lumivard::platform::data::Record

@@ -25,7 +25,7 @@ unsigned int Entity::children() const {
 std::wstring Entity::name() const {
     switch (type()) {
         case kRoot:
-            return text(Root::kName, word(Root::kNameLength));
+            return sectionText(Root::kSections, Root::kNameLength);
         case kPrimitive:
             return sectionText(Primitive::kSections, Primitive::kName);
         case kTable:
@@ -63,17 +63,13 @@ void Entity::unref() {
 }
 
 std::span<const char> Entity::section(const tSections& sections, unsigned int field) const {
-    if (size() < sections.header) return {};
     const auto known = std::find(sections.lengths.begin(), sections.lengths.end(), field);
     const unsigned int wanted = known == sections.lengths.end() ? sections.lengths.front() : field;
-    std::uint64_t start = sections.header;
-    for (const unsigned int each : sections.lengths) {
-        const std::uint64_t begin = std::min<std::uint64_t>(start, size());
-        const std::uint64_t length = std::min<std::uint64_t>(word(each), size() - begin);
-        if (each == wanted) return {bytes() + begin, static_cast<std::size_t>(length)};
-        start = begin + length;
-    }
-    return {};
+    std::span<const char> found;
+    eachSection(sections, [&](const tSection& each) {
+        if (each.field == wanted) found = each.bytes;
+    });
+    return found;
 }
 
 std::wstring Entity::sectionText(const tSections& sections, unsigned int field) const {

@@ -68,13 +68,6 @@ public:
     void unref();
 
 protected:
-    /// The sections of a kind: `header` bytes of fixed fields, then one section for each field in `lengths`, in that
-    /// order. A section is named by the position of its 32-bit length field.
-    struct tSections {
-        unsigned int header;
-        std::span<const unsigned int> lengths;
-    };
-
     Entity(IDataStore* store, std::uint64_t size, tType type);
 
     /// The bytes of a section inside the record; those of the first section for a number that names none.

@@ -1,6 +1,5 @@
 #include "record/Locale.h"
 
-#include <algorithm>
 #include <cstring>
 #include <limits>
 
@@ -13,10 +12,12 @@ Locale::Locale(IDataStore* store) : Base(store, std::uint64_t{kPayload}, kLocale
 }
 
 std::wstring Locale::payload() const {
-    if (type() != kLocale || size() <= kPayload) return {};
-    const std::size_t characters = std::min(word(kLength), size() - kPayload) / sizeof(wchar_t);
-    std::wstring payload(characters, L'\0');
-    std::memcpy(payload.data(), bytes() + kPayload, characters * sizeof(wchar_t));
+    std::wstring payload;
+    if (type() != kLocale) return payload;
+    eachSection(kSections, [&](const tSection& section) {
+        payload.resize(section.bytes.size() / sizeof(wchar_t));
+        std::memcpy(payload.data(), section.bytes.data(), payload.size() * sizeof(wchar_t));
+    });
     return payload;
 }
 

@@ -18,6 +18,10 @@ public:
     static constexpr unsigned int kLength = 1;
     static constexpr unsigned int kPayload = 8;
 
+    /// The form of the record.
+    static constexpr unsigned int kLengths[] = {kLength};
+    static constexpr tSections kSections{kPayload, kLengths, {}};
+
     /// Makes a new empty record and writes it to the store.
     explicit Locale(IDataStore* store);
     Locale(IDataStore* store, unsigned int offset) : Base(store, offset) {}

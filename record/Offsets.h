@@ -20,6 +20,10 @@ public:
     static constexpr unsigned int kEntries = 4;
     static constexpr unsigned int kEntry = 4;
 
+    /// The form of the record: what follows the fixed part are the entries, which no field counts.
+    static constexpr tRange kZeros[] = {{1, kEntries}};
+    static constexpr tSections kSections{kEntries, {}, kZeros};
+
     /// Makes a new empty list and writes it to the store.
     explicit Offsets(IDataStore* store);
     Offsets(IDataStore* store, unsigned int offset) : Base(store, offset) {}

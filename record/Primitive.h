@@ -27,6 +27,11 @@ public:
     static_assert(kUnits == 18 && kValueType == 22 && kValueLocale == 26 && kName == 30 && kBase == 34 &&
                   kValue == 38 && kFixed == 44);
 
+    /// The form of the record.
+    static constexpr unsigned int kLengths[] = {kValueLocale, kName, kBase, kValue};
+    static constexpr tRange kZeros[] = {{kReserved, kUnits}, {kValue + 4, kFixed}};
+    static constexpr tSections kSections{kFixed, kLengths, kZeros};
+
     /// Makes a new record and writes it to the store.
     Primitive(IDataStore* store, unsigned int valuetype, const wchar_t* name);
     Primitive(IDataStore* store, unsigned int offset) : Property(store, offset) {}
@@ -46,11 +51,6 @@ public:
     /// Overwrites `length` bytes of the value section from byte `start`, in the working copy alone. False, and nothing
     /// done, when they do not lie inside it.
     bool overwrite(std::uint64_t start, const char* data, std::uint64_t length);
-
-private:
-    friend class Entity;
-    static constexpr unsigned int kLengths[] = {kValueLocale, kName, kBase, kValue};
-    static constexpr tSections kSections{kFixed, kLengths};
 };
 
 }  // namespace lumivard::platform::data::Record

@@ -17,6 +17,11 @@ public:
     static constexpr unsigned int kName = kNameLength + 4 + 2;
     static_assert(kNameLength == 18 && kName == 24);
 
+    /// The form of the record.
+    static constexpr unsigned int kLengths[] = {kNameLength};
+    static constexpr tRange kZeros[] = {{kNameLength + 4, kName}};
+    static constexpr tSections kSections{kName, kLengths, kZeros};
+
     /// Makes a new record and writes it to the store.
     Root(IDataStore* store, const wchar_t* name);
     Root(IDataStore* store, unsigned int offset) : Entity(store, offset) {}

@@ -22,6 +22,11 @@ public:
     static constexpr unsigned int kFixed = kBase + 4 + 2;
     static_assert(kDefaults == 22 && kName == 26 && kBase == 30 && kFixed == 36);
 
+    /// The form of the record.
+    static constexpr unsigned int kLengths[] = {kName, kBase};
+    static constexpr tRange kZeros[] = {{kReserved, kDefaults}, {kBase + 4, kFixed}};
+    static constexpr tSections kSections{kFixed, kLengths, kZeros};
+
     /// Makes a new record and writes it to the store.
     Table(IDataStore* store, const wchar_t* name);
     Table(IDataStore* store, unsigned int offset) : Property(store, offset) {}
@@ -36,11 +41,6 @@ public:
     bool arrays(unsigned int section, const char* data, std::uint64_t length) {
         return replaceSection(kSections, section, data, length);
     }
-
-private:
-    friend class Entity;
-    static constexpr unsigned int kLengths[] = {kName, kBase};
-    static constexpr tSections kSections{kFixed, kLengths};
 };
 
 }  // namespace lumivard::platform::data::Record

@@ -16,12 +16,15 @@ namespace lumivard::platform::data {
 
 namespace Metadata {
 
-void Set::inherit(IDataStore* source, unsigned int offset) {
-    const Record::Entity item(source, offset);
-    if (!item.whole() || !Record::isChild(item.type()) || find(item.name().c_str()) != BADOFF) return;
-    const unsigned int copy = Design::Subtree::clone(source, offset, _store);
-    add(copy);
-    hide(copy);
+void Set::inherit(IDataStore* source, const std::vector<unsigned int>& offsets) {
+    Design::Subtree::Copies copies(source, _store);
+    for (const unsigned int offset : offsets) {
+        const Record::Entity item(source, offset);
+        if (!item.whole() || !Record::isChild(item.type()) || find(item.name().c_str()) != BADOFF) continue;
+        const unsigned int copy = copies.add(offset);
+        add(copy);
+        hide(copy);
+    }
 }
 
 void Set::hide(unsigned int offset) {
@@ -42,7 +45,7 @@ std::wstring inheritItems(Metadata::Set& set, std::wstring base, const Schema::S
         std::optional<Record::Guard> guard;
         if (guarded) guard.emplace(layout->store());
         if (!taken.insert(layout).second) continue;  // a second time all its names are taken
-        for (const unsigned int offset : layout->entries()) set.inherit(layout->store(), offset);
+        set.inherit(layout->store(), layout->entries());
     }
     return base;
 }

@@ -70,7 +70,13 @@ Layout* SchemaLocatorImpl::keep(std::unique_ptr<Layout> layout) {
     Layout* kept = layout.get();
     {
         decltype(_layouts)::accessor entry;
-        if (!_layouts.insert(entry, kept->name())) return entry->second.get();
+        try {
+            if (!_layouts.insert(entry, kept->name())) return entry->second.get();
+        } catch (...) {
+            // The map grows when it has taken the entry in, whose key must not outlive the layout.
+            if (!entry.empty()) _layouts.erase(entry);
+            throw;
+        }
         entry->second = std::move(layout);
     }
     try {

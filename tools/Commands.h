@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "tools/CheckResult.h"
 #include "tools/ExitStatus.h"
 
 namespace lvp::tool {
@@ -40,5 +41,9 @@ tExitStatus moveItem(const std::string& store, const std::string& path, const st
 
 /// Gives back the space in a store's file that nothing uses, and brings it to the newest format.
 tExitStatus compactStore(const std::string& store);
+
+/// Examines a store, and its file below the records, and with `repair` mends it: `kDone` when nothing is the matter
+/// with it in the end, `kFaults` otherwise.
+tExitStatus checkStore(const tCheckOptions& options);
 
 }  // namespace lvp::tool

@@ -43,6 +43,7 @@ public:
         addDocumentCommands();
         addSchemaCommands();
         addItemCommands();
+        addCheckCommand();
         addStoreCommands();
     }
 
@@ -130,6 +131,17 @@ private:
         compacting->add_option("STORE", _store, kStoreHelp)->required();
     }
 
+    void addCheckCommand() {
+        auto* checking = add("check", "Tell whether a store is in order, and mend it", "check materials.lvp --whole",
+                             [this] { return checkStore(_check); });
+        checking->add_option("STORE", _check.store, kStoreHelp)->required();
+        checking->add_flag("--whole", _check.whole, "Look at every byte, and for records below every offset");
+        checking->add_flag("--json", _check.json, "Print one JSON object");
+        auto* repair = checking->add_flag("--repair", _check.repair,
+                                          "Mend what needs no guessing; the old bytes go to STORE.before-repair");
+        checking->add_flag("--reclaim", _check.reclaim, "Erase the records that nothing reaches, too")->needs(repair);
+    }
+
     CLI::App _app{"Reads, shows, changes and writes stores of structured, typed, localizable data.", "lvp-data"};
     std::string _document;
     std::string _store;
@@ -138,6 +150,7 @@ private:
     std::string _uris;
     std::string _destination;
     std::string _target;
+    tCheckOptions _check;
     std::vector<std::string> _schemas;
     std::function<tExitStatus()> _command;
 };

@@ -30,7 +30,9 @@ bool Element::set(Item& item, const char* text) {
     return true;
 }
 
-void Element::close(Item&) {}
+bool Element::close(Item&) {
+    return true;
+}
 
 bool Element::sub(const char* name, const char* const* attributes) {
     if (_mode != tMode::kNone) return false;

@@ -37,6 +37,7 @@ void printAs(const char* value, wchar_t* out) {
 template <class T>
 bool CastTo(std::string_view text, T& out) {
     std::istringstream stream{std::string(text)};
+    stream.exceptions(std::ios_base::badbit);  // else memory that runs out would look like a text that is no number
     stream.imbue(std::locale::classic());
     stream >> out;
     return !stream.fail();
@@ -52,6 +53,7 @@ template bool CastTo(std::string_view, double&);
 template <class T>
 void ToWString(wchar_t* out, const T& value) {
     std::wostringstream stream;
+    stream.exceptions(std::ios_base::badbit);  // else memory that runs out would cost digits
     stream.imbue(std::locale::classic());
     stream.precision(kPrecision);
     stream << value;

@@ -26,13 +26,22 @@ std::exception_ptr attempt(Action action) {
     }
 }
 
-std::wstring messageOf(const std::exception_ptr& thrown) {
+std::wstring describe(const std::exception_ptr& thrown) {
     try {
         std::rethrow_exception(thrown);
     } catch (const std::exception& exception) {
         return StringAlgorithm::UTF8Decode(exception.what());
     } catch (...) {
         return L"an exception of an unknown kind";
+    }
+}
+
+/// What was thrown in words; none where the memory does not suffice for them.
+WideString messageOf(const std::exception_ptr& thrown) noexcept {
+    try {
+        return describe(thrown).c_str();
+    } catch (...) {
+        return {};
     }
 }
 
@@ -44,7 +53,7 @@ void read(IDataStore* store, Structural::Container* target, IDataReader& reader,
     const std::exception_ptr thrownByClose = attempt([&] { reader.close(); });
     if (!thrown) thrown = thrownByClose;
     if (!thrown) return;
-    if (reporter) reporter->malformed(messageOf(thrown).c_str());
+    if (reporter) reporter->malformed(messageOf(thrown));
     std::rethrow_exception(thrown);
 }
 

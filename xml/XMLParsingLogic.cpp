@@ -57,9 +57,9 @@ XMLParsingLogic::XMLParsingLogic(IDataStore* store, Structural::Container* targe
     add(std::make_unique<XMLRoot>(store));
     add(std::make_unique<XMLTable>(store, locator));
     for (unsigned int kind = metadata::kBinary; kind < metadata::kStruct; ++kind) {
-        add(std::make_unique<XMLPrimitive>(store, static_cast<metadata::tValue>(kind), nullptr));
+        add(std::make_unique<XMLPrimitive>(store, static_cast<metadata::tValue>(kind), nullptr, &_empty));
     }
-    add(std::make_unique<XMLPrimitive>(store, metadata::kStruct, locator));
+    add(std::make_unique<XMLPrimitive>(store, metadata::kStruct, locator, &_empty));
     for (const auto type : {IContainer::kNode, IContainer::kGroup, IContainer::kLink}) {
         add(std::make_unique<XMLContainer>(store, type, locator));
     }
@@ -98,7 +98,7 @@ void XMLParsingLogic::notifyStartElement(const char* name, const char** attribut
     startTarget(name);
 }
 
-void XMLParsingLogic::notifyEndElement(const char*) {
+void XMLParsingLogic::notifyEndElement(const char* name) {
     if (_skipping) {
         if (--_skipDepth == 0) _skipping = false;
         return;
@@ -111,7 +111,8 @@ void XMLParsingLogic::notifyEndElement(const char*) {
     } else {
         if (!_subSeen) top.element->set(*top.item, _text.c_str());
         _subSeen = false;
-        pop();
+        const Element& element = *top.element;
+        if (!pop()) tell(name, element.message());
     }
     clearText();
 }
@@ -165,16 +166,22 @@ Element* XMLParsingLogic::find(const char* name) const {
 void XMLParsingLogic::signal(const char* element, const std::wstring& message) {
     _skipping = true;
     _skipDepth = 1;
+    tell(element, message);
+}
+
+void XMLParsingLogic::tell(const char* element, const std::wstring& message) {
     if (!_reporter) return;
     const std::wstring line = StringAlgorithm::UTF8Decode(element) + L" : " + message;
     _reporter->located(_parser.line(), _parser.column());
     _reporter->report(line.c_str());
 }
 
-void XMLParsingLogic::pop() {
+bool XMLParsingLogic::pop() {
     const tOpen top = std::move(_stack.back());
     _stack.pop_back();
-    top.element->close(*top.item);
+    const bool whole = top.element->close(*top.item);
+    if (top.owned) top.owned->save();  // here, since a destructor would keep to itself what the store says
+    return whole;
 }
 
 void XMLParsingLogic::clearText() {

@@ -11,7 +11,9 @@
 #include "lumivard/platform/core/xml/XMLCallback.h"
 #include "lumivard/platform/core/xml/XMLParser.h"
 #include "lumivard/platform/data/format/xml/IXMLFrontEnd.h"
+#include "metadata/MapAllocator.h"
 #include "xml/Element.h"
+#include "xml/EmptyPlaces.h"
 
 namespace lumivard::platform::data {
 
@@ -54,20 +56,24 @@ private:
         std::unique_ptr<Metadata::Item> owned;
     };
 
-    using tElements = google::dense_hash_map<const char*, Element*, core::tSFHKernel, core::tCharCompareEqual>;
+    using tAllocator = Metadata::MapAllocator<std::pair<const char* const, Element*>>;
+    using tElements =
+        google::dense_hash_map<const char*, Element*, core::tSFHKernel, core::tCharCompareEqual, tAllocator>;
 
     void add(std::unique_ptr<Element> element);
     Element* find(const char* name) const;
 
-    /// Reports what is wrong with the element whose start tag is being told, and skips it.
+    /// Reports what is wrong with the element whose tag is being told.
+    void tell(const char* element, const std::wstring& message);
+    /// The same at a start tag, and skips the element.
     void signal(const char* element, const std::wstring& message);
 
     void startSub(const char* name, const char** attributes);
     void startTarget(const char* name);
     void startNested(const char* name, Element& element, std::unique_ptr<Metadata::Item> item);
     void push(Element& element, std::unique_ptr<Metadata::Item> item);
-    /// Closes the innermost open item.
-    void pop();
+    /// Closes the innermost open item; false when a part of it was left out, of which its element has the message.
+    bool pop();
     void clearText();
 
     IDataStore* _store;
@@ -75,6 +81,7 @@ private:
     metadata::ISchemaLocator* _locator;
     IErrorReporter* _reporter;
     core::xml::XMLParser _parser;
+    EmptyPlaces _empty;
     std::vector<std::unique_ptr<Element>> _owned;
     tElements _elements;
     std::vector<tOpen> _stack;

@@ -98,8 +98,7 @@ void XMLPrimitive::openStruct(Primitive& primitive, const char* schema, unsigned
     }
     primitive.base(uri.c_str());
     const IStructLayout* blocks = found->layout();
-    const std::uint64_t size = blocks ? std::uint64_t{blocks->stride()} * count : 0;
-    if (size != 0 && size <= kLargest) primitive.reset(static_cast<unsigned int>(size));
+    reserve(primitive, blocks ? std::uint64_t{blocks->stride()} * count : 0);
 }
 
 void XMLPrimitive::setStructs(const Primitive& primitive, std::string_view text) {

@@ -1,12 +1,14 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string_view>
 #include <vector>
 
 #include "design/Primitive.h"
 #include "xml/Element.h"
+#include "xml/EmptyPlaces.h"
 
 namespace lumivard::platform::data {
 
@@ -20,9 +22,11 @@ class ISchemaLocator;
 /// XMLPrimitive+Struct.cpp.
 class XMLPrimitive final : public Element {
 public:
-    /// `locator` is for structs alone: not owned, may be null.
-    XMLPrimitive(IDataStore* store, metadata::tValue kind, metadata::ISchemaLocator* locator)
-        : Element(store), _type(kind), _locator(locator) {}
+    /// `locator` is for structs alone. `empty` is what the document that is read may reserve; without it no `dim`
+    /// reserves anything. Neither is owned, both may be null.
+    XMLPrimitive(IDataStore* store, metadata::tValue kind, metadata::ISchemaLocator* locator,
+                 EmptyPlaces* empty = nullptr)
+        : Element(store), _type(kind), _locator(locator), _empty(empty) {}
 
     /// Null for a kind that does not exist.
     const char* name() const override;
@@ -37,8 +41,9 @@ public:
     /// in the record is dropped whole.
     bool set(Metadata::Item& item, const char* text) override;
 
-    /// Stores the value whose texts have come in: once, since each change of a value rewrites its record.
-    void close(Metadata::Item& item) override;
+    /// Stores the value whose texts have come in: once, since each change of a value rewrites its record. Here and not
+    /// at the start tag the places that `dim` reserves are made too, since only those count that no text has filled.
+    bool close(Metadata::Item& item) override;
 
     bool serialize(Metadata::Item& item, core::xml::XMLSerializer& serializer) override;
 
@@ -51,6 +56,13 @@ private:
     void setBytes(const tPrimitive& primitive, const char* text);
     void setNumbers(const tPrimitive& primitive, std::string_view text);
     void setStructs(const tPrimitive& primitive, std::string_view text);
+
+    /// Notes how many bytes the value of a primitive that was just made is to have at least.
+    void reserve(const tPrimitive& primitive, std::uint64_t bytes);
+
+    /// Makes the open primitive's value as long as was noted. False, with the value as it is, when that is more than
+    /// the document may have.
+    bool makePlaces(const tPrimitive& primitive);
 
     /// The bytes of the open primitive's value as they will be stored, to be changed; at first those that are stored
     /// now.
@@ -65,7 +77,11 @@ private:
 
     metadata::tValue _type;
     metadata::ISchemaLocator* _locator;
-    std::optional<std::vector<char>> _value;  ///< of the open primitive, once a text has changed it
+    EmptyPlaces* _empty;
+    std::optional<std::vector<char>> _value;             ///< of the open primitive, once a text has changed it
+    unsigned int _reservedFor = Metadata::Item::BADOFF;  ///< the record of the primitive that was made last
+    std::uint64_t _reserved = 0;                         ///< the bytes that its value is to have, until they are made
+    bool _refused = false;                               ///< the document may not have so many
 };
 
 }  // namespace lumivard::platform::data

@@ -15,8 +15,14 @@ namespace lumivard::platform::core::xml {
 
 namespace {
 
-constexpr int kLeastBlock = 65536;
-constexpr int kLargestBlock = 1 << 30;
+constexpr XML_Index kLeastBlock = 65536;
+
+/// The longest tag, comment or processing instruction, in bytes. Expat holds it whole, several times over, and so does
+/// whoever makes something of it.
+constexpr XML_Index kLongestTag = 32 << 20;
+
+/// How deep elements may stand in each other. What is open takes memory, here and in whoever makes something of it.
+constexpr unsigned long kDeepest = 200'000;
 
 /// Fills `buffer` from the reader, and returns less than `size` only at the reader's end.
 int fill(io::IDataReader& reader, char* buffer, int size) {
@@ -125,11 +131,13 @@ private:
     }
 
     /// Expat looks at a tag or comment that is not whole again from its beginning with each block. So that a long one
-    /// costs time in proportion to its length, a block is as long as what waits to become whole.
+    /// costs time in proportion to its length, a block is as long as what waits to become whole, up to the longest that
+    /// is taken.
     int blockSize() const {
         const XML_Index done = XML_GetCurrentByteIndex(_parser.get());
         const XML_Index waiting = done < 0 ? 0 : _fed - done;
-        return static_cast<int>(std::clamp<XML_Index>(waiting, kLeastBlock, kLargestBlock));
+        if (waiting >= kLongestTag) fail("a tag, comment or instruction is too long");
+        return static_cast<int>(std::min(std::max(waiting, kLeastBlock), kLongestTag - waiting));
     }
 
     [[noreturn]] void failParsing() const {
@@ -157,7 +165,7 @@ private:
     }
 
     void startElement(const char* name, const char** attributes) {
-        ++_depth;
+        if (++_depth > kDeepest) fail("elements stand too deep in each other");
         for (const char** attribute = attributes; *attribute; attribute += 2) {
             if (!isDeclaration(attribute[0])) continue;
             const auto& declared = _namespaces.emplace_back(Namespace{_depth, attribute[0]});

@@ -1,10 +1,11 @@
+#include "lumivard/platform/store_contract/LoggingStore.h"
 #include "tests/support/ClientFixture.h"
-#include "tests/support/LoggingStore.h"
 #include "tests/support/StoredRecords.h"
 
 namespace {
 
 using namespace lumivard::platform::test_support;
+using lumivard::platform::store_contract::LoggingStore;
 
 /// The localized texts of a container.
 class ContainerLocales : public ClientTest {

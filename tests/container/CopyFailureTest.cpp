@@ -2,13 +2,15 @@
 #include <stdexcept>
 #include <string>
 
+#include "lumivard/platform/store_contract/FailingStore.h"
+#include "lumivard/platform/store_contract/LoggingStore.h"
 #include "tests/container/CopyFixture.h"
-#include "tests/support/FailingStore.h"
-#include "tests/support/LoggingStore.h"
 
 namespace {
 
 using namespace lumivard::platform::test_support;
+using lumivard::platform::store_contract::FailingStore;
+using lumivard::platform::store_contract::LoggingStore;
 
 /// Exceptions of the store that a copy is made in pass through, whenever they come.
 class CopyFailure : public ClientTest {

@@ -1,10 +1,11 @@
+#include "lumivard/platform/store_contract/LoggingStore.h"
 #include "tests/container/CopyFixture.h"
 #include "tests/container/NotingStore.h"
-#include "tests/support/LoggingStore.h"
 
 namespace {
 
 using namespace lumivard::platform::test_support;
+using lumivard::platform::store_contract::LoggingStore;
 using tLog = std::vector<std::string>;
 
 /// Which guards the copying operations take, in which order.

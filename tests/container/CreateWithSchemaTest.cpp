@@ -1,14 +1,16 @@
 #include <stdexcept>
 
+#include "lumivard/platform/store_contract/FailingStore.h"
+#include "lumivard/platform/store_contract/LoggingStore.h"
 #include "tests/container/CopyFixture.h"
 #include "tests/container/NotingStore.h"
 #include "tests/container/SchemaClientFixture.h"
-#include "tests/support/FailingStore.h"
-#include "tests/support/LoggingStore.h"
 
 namespace {
 
 using namespace lumivard::platform::test_support;
+using lumivard::platform::store_contract::FailingStore;
+using lumivard::platform::store_contract::LoggingStore;
 using tLog = std::vector<std::string>;
 
 /// The guards of `create` with a schema, and what a failing store leaves of it.

@@ -1,10 +1,11 @@
+#include "lumivard/platform/store_contract/LoggingStore.h"
 #include "tests/container/NotingStore.h"
 #include "tests/support/ClientFixture.h"
-#include "tests/support/LoggingStore.h"
 
 namespace {
 
 using namespace lumivard::platform::test_support;
+using lumivard::platform::store_contract::LoggingStore;
 
 class Link : public ClientTest {
 protected:

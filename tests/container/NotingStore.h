@@ -4,11 +4,12 @@
 #include <utility>
 #include <vector>
 
-#include "tests/support/ForwardingStore.h"
+#include "lumivard/platform/store_contract/ForwardingStore.h"
 
 namespace lumivard::platform::test_support {
 
 using core::storage::datastore::IDataStore;
+using store_contract::ForwardingStore;
 
 /// A store that notes when its guard is taken and given back, in a log that it shares with another one: "+name" and
 /// "-name". Everything else is handed to a store below.

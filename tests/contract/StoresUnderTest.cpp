@@ -1,10 +1,12 @@
 #include <optional>
 
+#include "lumivard/platform/store_contract/FailingStore.h"
+#include "lumivard/platform/store_contract/ForgetfulStore.h"
+#include "lumivard/platform/store_contract/LoggingStore.h"
+#include "lumivard/platform/store_contract/StoreContract.h"
 #include "lumivard/platform/stores.h"
 #include "stores/core/Core.h"
 #include "stores/lmdb/LmdbEngine.h"
-#include "tests/contract/StoreContract.h"
-#include "tests/support/LoggingStore.h"
 #include "tests/support/OddStore.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -21,12 +23,43 @@ private:
     std::unique_ptr<IDataStore> _store = stores::memory();
 };
 
+/// Where the odd store is stricter with its callers than it may be, on purpose, it is mild here.
 class OddSubject final : public ISubject {
+public:
+    IDataStore& store() override { return _mild; }
+
+private:
+    class Mild final : public ForwardingStore {
+    public:
+        using ForwardingStore::ForwardingStore;
+        unsigned int size(unsigned int offset) override { return offset == BADOFF ? 0 : ForwardingStore::size(offset); }
+    };
+
+    test_support::OddStore _odd;
+    Mild _mild{_odd};
+};
+
+/// To come up again after a flush is all that closing and opening could ask of it.
+class ForgetfulSubject final : public ISubject {
+public:
+    IDataStore& store() override { return _store; }
+    bool reopen() override {
+        _store.crash();
+        return true;
+    }
+
+private:
+    ForgetfulStore _store;
+};
+
+/// Passes like the store below it as long as it is not told to fail.
+class FailingSubject final : public ISubject {
 public:
     IDataStore& store() override { return _store; }
 
 private:
-    test_support::OddStore _store;
+    std::unique_ptr<IDataStore> _under = stores::memory();
+    FailingStore _store{*_under, FailingStore::tAccess::kOffered};
 };
 
 /// Passes like the store below it: what is logged is also done.
@@ -36,7 +69,7 @@ public:
 
 private:
     std::unique_ptr<IDataStore> _under = stores::memory();
-    test_support::LoggingStore _store{*_under};
+    LoggingStore _store{*_under};
 };
 
 /// A store in a file, opened by a function of the file's path.
@@ -75,6 +108,8 @@ INSTANTIATE_TEST_SUITE_P(Stores, StoreContract,
                          testing::Values(Row{"Memory", [] { return std::make_unique<MemorySubject>(); }},
                                          Row{"File", [] { return std::make_unique<FileSubject>(openFile); }},
                                          Row{"TightFile", [] { return std::make_unique<FileSubject>(openTightFile); }},
+                                         Row{"Forgetful", [] { return std::make_unique<ForgetfulSubject>(); }},
+                                         Row{"Failing", [] { return std::make_unique<FailingSubject>(); }},
                                          Row{"Logging", [] { return std::make_unique<LoggingSubject>(); }},
                                          Row{"Odd", [] { return std::make_unique<OddSubject>(); }}),
                          nameOf);

@@ -5,13 +5,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tests/support/LoggingStore.h"
+#include "lumivard/platform/store_contract/LoggingStore.h"
 #include "tests/support/OddStore.h"
 
 namespace lumivard::platform::test_support {
 namespace {
 
 using core::storage::datastore::IDataStore;
+using store_contract::LoggingStore;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using tCall = LoggingStore::tCall;

@@ -5,8 +5,8 @@
 #include <string>
 #include <type_traits>
 
+#include "lumivard/platform/store_contract/LoggingStore.h"
 #include "record/tType.h"
-#include "tests/support/LoggingStore.h"
 #include "tests/support/RecordHelpers.h"
 #include "tests/support/StoreFixture.h"
 #include "tests/support/TreeHelpers.h"
@@ -22,7 +22,7 @@ using data::Design::Primitive;
 using data::Design::Table;
 using data::Metadata::Root;
 using data::Structural::Container;
-using lumivard::platform::test_support::LoggingStore;
+using lumivard::platform::store_contract::LoggingStore;
 using lumivard::platform::test_support::StoreTest;
 using lumivard::platform::test_support::wide;
 using testing::IsEmpty;

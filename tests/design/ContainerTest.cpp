@@ -5,8 +5,8 @@
 
 #include <string>
 
+#include "lumivard/platform/store_contract/LoggingStore.h"
 #include "record/Container.h"
-#include "tests/support/LoggingStore.h"
 #include "tests/support/RecordHelpers.h"
 #include "tests/support/StoreFixture.h"
 #include "tests/support/TreeHelpers.h"
@@ -17,9 +17,9 @@ namespace data = lumivard::platform::data;
 namespace stored = lumivard::platform::test_support::stored;
 namespace tree = lumivard::platform::test_support::tree;
 using data::Structural::Container;
+using lumivard::platform::store_contract::LoggingStore;
 using lumivard::platform::test_support::hex;
 using lumivard::platform::test_support::hexText;
-using lumivard::platform::test_support::LoggingStore;
 using lumivard::platform::test_support::StoreTest;
 using lumivard::platform::test_support::wide;
 using tree::IContainer;

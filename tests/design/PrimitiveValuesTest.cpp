@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "design/Primitive.h"
-#include "tests/support/LoggingStore.h"
+#include "lumivard/platform/store_contract/LoggingStore.h"
 #include "tests/support/RecordHelpers.h"
 #include "tests/support/StoreFixture.h"
 #include "tests/support/TreeHelpers.h"
@@ -18,8 +18,8 @@ namespace metadata = data::metadata;
 namespace stored = lumivard::platform::test_support::stored;
 namespace tree = lumivard::platform::test_support::tree;
 using data::Design::Primitive;
+using lumivard::platform::store_contract::LoggingStore;
 using lumivard::platform::test_support::hex;
-using lumivard::platform::test_support::LoggingStore;
 using lumivard::platform::test_support::StoreTest;
 using testing::ElementsAre;
 using testing::IsEmpty;

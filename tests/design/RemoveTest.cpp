@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "lumivard/platform/store_contract/LoggingStore.h"
 #include "record/tType.h"
-#include "tests/support/LoggingStore.h"
 #include "tests/support/RecordHelpers.h"
 #include "tests/support/StoreFixture.h"
 #include "tests/support/TreeHelpers.h"
@@ -22,8 +22,8 @@ using data::Design::Primitive;
 using data::Design::Table;
 using data::Metadata::Root;
 using data::Structural::Container;
+using lumivard::platform::store_contract::LoggingStore;
 using lumivard::platform::test_support::hex;
-using lumivard::platform::test_support::LoggingStore;
 using lumivard::platform::test_support::StoreTest;
 using testing::ElementsAre;
 using testing::IsEmpty;

@@ -4,9 +4,9 @@
 
 #include <string>
 
+#include "lumivard/platform/store_contract/LoggingStore.h"
 #include "record/Container.h"
 #include "record/tType.h"
-#include "tests/support/LoggingStore.h"
 #include "tests/support/RecordHelpers.h"
 #include "tests/support/StoreFixture.h"
 #include "tests/support/TreeHelpers.h"
@@ -21,9 +21,9 @@ using data::Design::Primitive;
 using data::Design::Table;
 using data::Metadata::Root;
 using data::Structural::Container;
+using lumivard::platform::store_contract::LoggingStore;
 using lumivard::platform::test_support::hex;
 using lumivard::platform::test_support::hexWord;
-using lumivard::platform::test_support::LoggingStore;
 using lumivard::platform::test_support::StoreTest;
 using lumivard::platform::test_support::wide;
 using testing::ElementsAre;

@@ -3,7 +3,7 @@
 
 #include <memory>
 
-#include "tests/support/LoggingStore.h"
+#include "lumivard/platform/store_contract/LoggingStore.h"
 #include "tests/support/RecordHelpers.h"
 #include "tests/support/StoreFixture.h"
 #include "tests/support/TreeHelpers.h"
@@ -17,7 +17,7 @@ using data::Design::Primitive;
 using data::Design::Table;
 using data::Metadata::Root;
 using data::Structural::Container;
-using lumivard::platform::test_support::LoggingStore;
+using lumivard::platform::store_contract::LoggingStore;
 using lumivard::platform::test_support::StoreTest;
 
 /// A root with "c" in it, "t" in that, "p" in that.

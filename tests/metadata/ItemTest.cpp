@@ -3,10 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include "lumivard/platform/store_contract/FailingStore.h"
+#include "lumivard/platform/store_contract/LoggingStore.h"
 #include "record/Entity.h"
-#include "tests/support/LoggingStore.h"
 #include "tests/support/RecordHelpers.h"
-#include "tests/support/RefusingStore.h"
 #include "tests/support/StoreFixture.h"
 #include "tests/support/TreeHelpers.h"
 
@@ -19,9 +19,9 @@ using data::Design::Primitive;
 using data::Design::Table;
 using data::Metadata::Root;
 using data::Structural::Container;
+using lumivard::platform::store_contract::FailingStore;
+using lumivard::platform::store_contract::LoggingStore;
 using lumivard::platform::test_support::hex;
-using lumivard::platform::test_support::LoggingStore;
-using lumivard::platform::test_support::RefusingStore;
 using lumivard::platform::test_support::StoreTest;
 
 constexpr unsigned int BADOFF = data::Metadata::Item::BADOFF;
@@ -135,11 +135,11 @@ TEST_P(Item, WritesItsFlagsAsAChangeAndKeepsTheCount) {
 
 TEST_P(Item, LetsNoFailureOfTheStoreOutOfItsDestructor) {
     const unsigned int offset = tree::container(store(), L"c");
-    RefusingStore refusing(*store());
+    FailingStore refusing(*store());
     {
         Container item(&refusing, offset, false);
         item.localize(L"text", L"en");
-        refusing.refuseChanges(true);
+        refusing.failAfter(0, FailingStore::kAllChanges);
     }
     EXPECT_EQ(stored::refs(store(), offset), 1u) << "a count that cannot be given back stays";
     EXPECT_EQ(stored::word(store(), offset, 9), BADOFF);
@@ -147,10 +147,10 @@ TEST_P(Item, LetsNoFailureOfTheStoreOutOfItsDestructor) {
 
 TEST_P(Item, CountsNothingWhenItCannotBeOpened) {
     const unsigned int offset = tree::container(store(), L"c");
-    RefusingStore refusing(*store());
-    refusing.refuseChanges(true);
+    FailingStore refusing(*store());
+    refusing.failAfter(0, FailingStore::kAllChanges);
     EXPECT_THROW(Container(&refusing, offset, false), std::runtime_error);
-    refusing.refuseReads(true);
+    refusing.failAfter(0, FailingStore::kAllChanges | FailingStore::kRead);
     EXPECT_THROW(Primitive(&refusing, offset), std::runtime_error);
     EXPECT_EQ(stored::refs(store(), offset), 0u);
 }

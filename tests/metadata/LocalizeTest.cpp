@@ -6,8 +6,8 @@
 #include <utility>
 #include <vector>
 
+#include "lumivard/platform/store_contract/LoggingStore.h"
 #include "record/Locale.h"
-#include "tests/support/LoggingStore.h"
 #include "tests/support/RecordHelpers.h"
 #include "tests/support/StoreFixture.h"
 #include "tests/support/TreeHelpers.h"
@@ -18,8 +18,8 @@ namespace data = lumivard::platform::data;
 namespace stored = lumivard::platform::test_support::stored;
 namespace tree = lumivard::platform::test_support::tree;
 using data::Structural::Container;
+using lumivard::platform::store_contract::LoggingStore;
 using lumivard::platform::test_support::hex;
-using lumivard::platform::test_support::LoggingStore;
 using lumivard::platform::test_support::StoreTest;
 using lumivard::platform::test_support::wide;
 using testing::ElementsAre;

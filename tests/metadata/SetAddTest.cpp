@@ -4,9 +4,9 @@
 
 #include <string>
 
+#include "lumivard/platform/store_contract/LoggingStore.h"
 #include "record/Locale.h"
 #include "record/Offsets.h"
-#include "tests/support/LoggingStore.h"
 #include "tests/support/RecordHelpers.h"
 #include "tests/support/StoreFixture.h"
 #include "tests/support/TreeHelpers.h"
@@ -17,9 +17,9 @@ namespace data = lumivard::platform::data;
 namespace stored = lumivard::platform::test_support::stored;
 namespace tree = lumivard::platform::test_support::tree;
 using data::Metadata::Root;
+using lumivard::platform::store_contract::LoggingStore;
 using lumivard::platform::test_support::hex;
 using lumivard::platform::test_support::hexWord;
-using lumivard::platform::test_support::LoggingStore;
 using lumivard::platform::test_support::makeRecord;
 using lumivard::platform::test_support::StoreTest;
 using testing::ElementsAre;

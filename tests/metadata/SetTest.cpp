@@ -6,9 +6,9 @@
 
 #include <string>
 
+#include "lumivard/platform/store_contract/FailingStore.h"
+#include "lumivard/platform/store_contract/LoggingStore.h"
 #include "record/Offsets.h"
-#include "tests/support/LoggingStore.h"
-#include "tests/support/OneFailedRead.h"
 #include "tests/support/RecordHelpers.h"
 #include "tests/support/StoreFixture.h"
 #include "tests/support/TreeHelpers.h"
@@ -21,7 +21,8 @@ namespace tree = lumivard::platform::test_support::tree;
 using data::Metadata::Root;
 using data::Metadata::Set;
 using data::Structural::Container;
-using lumivard::platform::test_support::LoggingStore;
+using lumivard::platform::store_contract::FailingStore;
+using lumivard::platform::store_contract::LoggingStore;
 using lumivard::platform::test_support::makeRecord;
 using lumivard::platform::test_support::StoreTest;
 using testing::ElementsAre;
@@ -150,12 +151,12 @@ TEST_P(MetadataSet, ForgetsAtItsUpdateWhatIsGoneOrRenamed) {
 TEST_P(MetadataSet, StaysAsItWasWhereAReadOfItsUpdateFails) {
     const unsigned int a = tree::addContainer(store(), _root, L"a");
     const unsigned int b = tree::addContainer(store(), _root, L"b");
-    lumivard::platform::test_support::OneFailedRead failing(*store(), -1);
+    FailingStore failing(*store());
     Root set(&failing, _root);
     const unsigned int c = tree::addContainer(store(), _root, L"c");
     constexpr int kReads = 4;  // at least: the record, the list, the children
     for (int number = 0; number < kReads; ++number) {
-        failing.failAt(number);
+        failing.failAfter(number, FailingStore::kRead, FailingStore::tTimes::kOnce);
         EXPECT_THROW(set.update(), std::runtime_error) << number;
         EXPECT_EQ(set.find(L"a"), a);
         EXPECT_EQ(set.find(L"b"), b);

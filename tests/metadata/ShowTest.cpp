@@ -1,8 +1,8 @@
 // The showing of a hidden item.
 #include <gtest/gtest.h>
 
+#include "lumivard/platform/store_contract/LoggingStore.h"
 #include "record/tType.h"
-#include "tests/support/LoggingStore.h"
 #include "tests/support/RecordHelpers.h"
 #include "tests/support/StoreFixture.h"
 #include "tests/support/TreeHelpers.h"
@@ -16,7 +16,7 @@ using data::Design::Primitive;
 using data::Record::kHidden;
 using data::Record::kInherited;
 using data::Record::kOptional;
-using lumivard::platform::test_support::LoggingStore;
+using lumivard::platform::store_contract::LoggingStore;
 using lumivard::platform::test_support::StoreTest;
 
 /// The items "top", "outer", "inner" and "item", each in the one before, below a root.

@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/Sanitized.h"
+
 namespace {
 
 using lumivard::platform::core::memory::PooledHeap;
@@ -45,16 +47,8 @@ TEST(PooledHeap, TakesANullBlockBack) {
     EXPECT_NO_THROW(PooledHeap::free(nullptr, 0));
 }
 
-#if defined(__has_feature)
-constexpr bool kSanitized = __has_feature(address_sanitizer) || __has_feature(thread_sanitizer);
-#elif defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool kSanitized = true;
-#else
-constexpr bool kSanitized = false;
-#endif
-
 TEST(PooledHeap, ThrowsWhenThereIsNotEnough) {
-    if (kSanitized) GTEST_SKIP() << "the sanitizers end the process instead";
+    if (lumivard::platform::test_support::kSanitized) GTEST_SKIP() << "the sanitizers end the process instead";
     const volatile unsigned long tooMuch = ~0ul / 4;  // volatile, or the compiler would warn of the size
     EXPECT_THROW(PooledHeap::malloc(tooMuch), std::bad_alloc);
 }

@@ -1,12 +1,13 @@
 #include <numeric>
 
+#include "lumivard/platform/store_contract/LoggingStore.h"
 #include "tests/support/ClientFixture.h"
-#include "tests/support/LoggingStore.h"
 #include "tests/support/StoredRecords.h"
 
 namespace {
 
 using namespace lumivard::platform::test_support;
+using lumivard::platform::store_contract::LoggingStore;
 
 /// The values of a primitive.
 class PrimitiveValues : public ClientTest {

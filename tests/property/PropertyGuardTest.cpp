@@ -1,12 +1,13 @@
 #include <functional>
 #include <string>
 
+#include "lumivard/platform/store_contract/LoggingStore.h"
 #include "tests/support/ClientFixture.h"
-#include "tests/support/LoggingStore.h"
 
 namespace {
 
 using namespace lumivard::platform::test_support;
+using lumivard::platform::store_contract::LoggingStore;
 
 /// Each operation of a property holds the store's guard from its beginning to its end.
 class PropertyGuard : public ClientTest {

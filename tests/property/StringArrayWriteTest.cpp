@@ -1,11 +1,12 @@
+#include "lumivard/platform/store_contract/LoggingStore.h"
 #include "tests/container/CopyFixture.h"
 #include "tests/container/SchemaClientFixture.h"
 #include "tests/property/StringArrayHelpers.h"
-#include "tests/support/LoggingStore.h"
 
 namespace {
 
 using namespace lumivard::platform::test_support;
+using lumivard::platform::store_contract::LoggingStore;
 
 /// A list of texts as the value of a primitive.
 class StringArrayWrite : public SchemaClientTest {

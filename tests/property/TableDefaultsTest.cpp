@@ -1,12 +1,13 @@
 #include <algorithm>
 
+#include "lumivard/platform/store_contract/LoggingStore.h"
 #include "tests/support/ClientFixture.h"
-#include "tests/support/LoggingStore.h"
 #include "tests/support/StoredRecords.h"
 
 namespace {
 
 using namespace lumivard::platform::test_support;
+using lumivard::platform::store_contract::LoggingStore;
 
 /// The default kinds and units of a table's groups.
 class TableDefaults : public ClientTest {
@@ -115,6 +116,17 @@ TEST_P(TableDefaults, GoIntoTheListThatAnotherObjectMade) {
     EXPECT_TRUE(asTable(earlier).defaults(units::kSecond, metadata::kInt32));
     const auto again = property(L"outer");
     EXPECT_EQ(2u, asTable(again).groups());
+    EXPECT_EQ(metadata::kDouble, asTable(again).valuetype(kLength));
+    EXPECT_EQ(metadata::kInt32, asTable(again).valuetype(kTime));
+}
+
+TEST_P(TableDefaults, LeaveThoseThatAnotherObjectAdded) {
+    outer().defaults(units::kMegaPascal, metadata::kInt8);
+    const auto earlier = property(L"outer");
+    outer().defaults(units::kMeter, metadata::kDouble);
+    EXPECT_TRUE(asTable(earlier).defaults(units::kSecond, metadata::kInt32));
+    const auto again = property(L"outer");
+    EXPECT_EQ(3u, asTable(again).groups());
     EXPECT_EQ(metadata::kDouble, asTable(again).valuetype(kLength));
     EXPECT_EQ(metadata::kInt32, asTable(again).valuetype(kTime));
 }

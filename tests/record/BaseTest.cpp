@@ -7,18 +7,18 @@
 #include <stdexcept>
 #include <string>
 
-#include "tests/support/LoggingStore.h"
+#include "lumivard/platform/store_contract/FailingStore.h"
+#include "lumivard/platform/store_contract/LoggingStore.h"
 #include "tests/support/RecordHelpers.h"
-#include "tests/support/RefusingStore.h"
 #include "tests/support/StoreFixture.h"
 
 namespace {
 
 namespace Record = lumivard::platform::data::Record;
 namespace stored = lumivard::platform::test_support::stored;
-using lumivard::platform::test_support::LoggingStore;
+using lumivard::platform::store_contract::FailingStore;
+using lumivard::platform::store_contract::LoggingStore;
 using lumivard::platform::test_support::makeRecord;
-using lumivard::platform::test_support::RefusingStore;
 using lumivard::platform::test_support::StoreTest;
 using tCall = LoggingStore::tCall;
 using Record::Base;
@@ -114,18 +114,18 @@ TEST_P(RecordBase, RefusesASizeAbove32Bits) {
 
 TEST_P(RecordBase, GivesItsBufferBackWhenTheStoreRefusesToRead) {
     const unsigned int offset = makeRecord(store(), counted(12));
-    RefusingStore refusing(*store());
-    refusing.refuseReads(true);
+    FailingStore refusing(*store());
+    refusing.failAfter(0, FailingStore::kRead);
     EXPECT_THROW(Base(&refusing, offset), std::runtime_error);
 }
 
 TEST_P(RecordBase, StaysAsItIsWhenTheStoreRefusesToWrite) {
-    RefusingStore refusing(*store());
-    refusing.refuseChanges(true);
+    FailingStore refusing(*store());
+    refusing.failAfter(0, FailingStore::kAllChanges);
     Base record(&refusing, std::uint64_t{4}, Record::kOffsets);
     EXPECT_THROW(record.update(true), std::runtime_error);
     EXPECT_EQ(record.offset(), BADOFF);
-    refusing.refuseChanges(false);
+    refusing.goOn();
     record.update(true);
     EXPECT_EQ(record.offset(), 0u);
 }

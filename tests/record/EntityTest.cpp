@@ -7,13 +7,13 @@
 #include <string>
 #include <vector>
 
+#include "lumivard/platform/store_contract/LoggingStore.h"
 #include "record/Container.h"
 #include "record/Locale.h"
 #include "record/Offsets.h"
 #include "record/Primitive.h"
 #include "record/Root.h"
 #include "record/Table.h"
-#include "tests/support/LoggingStore.h"
 #include "tests/support/RecordHelpers.h"
 #include "tests/support/StoreFixture.h"
 
@@ -21,8 +21,8 @@ namespace {
 
 namespace Record = lumivard::platform::data::Record;
 namespace stored = lumivard::platform::test_support::stored;
+using lumivard::platform::store_contract::LoggingStore;
 using lumivard::platform::test_support::hex;
-using lumivard::platform::test_support::LoggingStore;
 using lumivard::platform::test_support::makeRecord;
 using lumivard::platform::test_support::StoreTest;
 using lumivard::platform::test_support::wide;

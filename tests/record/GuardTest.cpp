@@ -3,14 +3,14 @@
 
 #include <gtest/gtest.h>
 
+#include "lumivard/platform/store_contract/LoggingStore.h"
 #include "lumivard/platform/stores.h"
-#include "tests/support/LoggingStore.h"
 #include "tests/support/OddStore.h"
 
 namespace {
 
 using lumivard::platform::data::Record::Guard;
-using lumivard::platform::test_support::LoggingStore;
+using lumivard::platform::store_contract::LoggingStore;
 using lumivard::platform::test_support::OddStore;
 
 TEST(Guard, HoldsTheStoreForItsScope) {

@@ -6,8 +6,8 @@
 
 #include <string>
 
+#include "lumivard/platform/store_contract/LoggingStore.h"
 #include "record/Container.h"
-#include "tests/support/LoggingStore.h"
 #include "tests/support/RecordHelpers.h"
 #include "tests/support/StoreFixture.h"
 
@@ -15,10 +15,10 @@ namespace {
 
 namespace Record = lumivard::platform::data::Record;
 namespace stored = lumivard::platform::test_support::stored;
+using lumivard::platform::store_contract::LoggingStore;
 using lumivard::platform::test_support::hex;
 using lumivard::platform::test_support::hexText;
 using lumivard::platform::test_support::hexWord;
-using lumivard::platform::test_support::LoggingStore;
 using lumivard::platform::test_support::makeRecord;
 using lumivard::platform::test_support::StoreTest;
 using lumivard::platform::test_support::wide;

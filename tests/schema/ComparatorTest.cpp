@@ -1,14 +1,16 @@
 // Whether a set has the items of a schema's table.
 #include "schema/Comparator.h"
 
+#include "lumivard/platform/store_contract/FailingStore.h"
+#include "lumivard/platform/store_contract/LoggingStore.h"
 #include "tests/schema/SchemaFixture.h"
-#include "tests/support/LoggingStore.h"
-#include "tests/support/RefusingStore.h"
 
 namespace {
 
 using namespace lumivard::platform::test_support;
 using data::Schema::Comparator;
+using lumivard::platform::store_contract::FailingStore;
+using lumivard::platform::store_contract::LoggingStore;
 
 /// Which of the two sets that are compared has what the schema has.
 struct tMatch {
@@ -293,8 +295,8 @@ TEST_P(Compare, ChangesNothingAndLeavesNothingOpen) {
 TEST_P(Compare, PassesOnWhatAStoreThrows) {
     want(L"a");
     have(L"a");
-    RefusingStore refusing(*other());
-    refusing.refuseReads(true);
+    FailingStore refusing(*other());
+    refusing.failAfter(0, FailingStore::kRead);
     EXPECT_THROW(Comparator().compare(&refusing, _table, store(), _schema), std::runtime_error);
     EXPECT_EQ(stored::refs(other(), _table), 0u);
 }

@@ -5,8 +5,8 @@
 
 #include <string>
 
+#include "lumivard/platform/store_contract/LoggingStore.h"
 #include "record/Locale.h"
-#include "tests/support/LoggingStore.h"
 #include "tests/support/RecordHelpers.h"
 #include "tests/support/StoreFixture.h"
 #include "tests/support/TreeHelpers.h"
@@ -17,7 +17,7 @@ namespace data = lumivard::platform::data;
 namespace stored = lumivard::platform::test_support::stored;
 namespace tree = lumivard::platform::test_support::tree;
 using data::Schema::Finder;
-using lumivard::platform::test_support::LoggingStore;
+using lumivard::platform::store_contract::LoggingStore;
 using lumivard::platform::test_support::makeRecord;
 using lumivard::platform::test_support::StoreTest;
 

@@ -1,9 +1,9 @@
 // One item of a schema in a set, and the marks of what came from schemas.
 #include "design/Container.h"
 #include "design/Table.h"
+#include "lumivard/platform/store_contract/LoggingStore.h"
 #include "record/Locale.h"
 #include "tests/schema/SchemaFixture.h"
-#include "tests/support/LoggingStore.h"
 
 namespace {
 
@@ -12,6 +12,7 @@ using data::Design::Primitive;
 using data::Design::Table;
 using data::Metadata::Root;
 using data::Structural::Container;
+using lumivard::platform::store_contract::LoggingStore;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using tCall = LoggingStore::tCall;

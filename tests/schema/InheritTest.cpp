@@ -3,9 +3,9 @@
 
 #include "design/Container.h"
 #include "design/Table.h"
+#include "lumivard/platform/store_contract/FailingStore.h"
+#include "lumivard/platform/store_contract/LoggingStore.h"
 #include "tests/schema/SchemaFixture.h"
-#include "tests/support/FailingStore.h"
-#include "tests/support/LoggingStore.h"
 
 namespace {
 
@@ -13,6 +13,8 @@ using namespace lumivard::platform::test_support;
 using data::Design::Primitive;
 using data::Design::Table;
 using data::Structural::Container;
+using lumivard::platform::store_contract::FailingStore;
+using lumivard::platform::store_contract::LoggingStore;
 using testing::ElementsAre;
 using tCall = LoggingStore::tCall;
 

@@ -1,13 +1,14 @@
 // The set of stores of a locator, and what it keeps of them.
+#include "lumivard/platform/store_contract/FailingStore.h"
+#include "lumivard/platform/store_contract/LoggingStore.h"
 #include "tests/schema/SchemaFixture.h"
-#include "tests/support/LoggingStore.h"
-#include "tests/support/OneFailedRead.h"
-#include "tests/support/RefusingStore.h"
 
 namespace {
 
 using namespace lumivard::platform::test_support;
 using data::Metadata::Root;
+using lumivard::platform::store_contract::FailingStore;
+using lumivard::platform::store_contract::LoggingStore;
 using testing::ElementsAre;
 
 constexpr unsigned int kRoot = 0;
@@ -223,11 +224,11 @@ LVP_ON_EACH_STORE(FailingSearch);
 
 TEST_P(FailingSearch, PassesThroughAndLeavesNothing) {
     const unsigned int a = schemaOf(L"a", L"x");
-    RefusingStore refusing(*store());
+    FailingStore refusing(*store());
     const auto locator = ISchemaLocator::make(&refusing);
-    refusing.refuseReads(true);
+    refusing.failAfter(0, FailingStore::kRead);
     EXPECT_THROW(locator->resolve(L"a"), std::runtime_error);
-    refusing.refuseReads(false);
+    refusing.goOn();
     EXPECT_EQ(stored::refs(store(), a), 0u);
     EXPECT_TRUE(locator->resolve(L"a"));
     EXPECT_EQ(stored::refs(store(), a), 1u);
@@ -236,10 +237,10 @@ TEST_P(FailingSearch, PassesThroughAndLeavesNothing) {
 TEST_P(FailingSearch, KeepsTheSchemasThatWereFoundBefore) {
     schema(L"a");
     schema(L"b");
-    RefusingStore refusing(*store());
+    FailingStore refusing(*store());
     const auto locator = ISchemaLocator::make(&refusing);
     const auto found = layouts(locator->resolve(L"a"));
-    refusing.refuseReads(true);
+    refusing.failAfter(0, FailingStore::kRead);
     EXPECT_THROW(locator->resolve(L"a;b"), std::runtime_error);
     EXPECT_EQ(layouts(locator->resolve(L"a")), found);
 }
@@ -251,14 +252,15 @@ TEST_P(FailingSearch, OfAnyReadLeavesNoCount) {
     tree::addPrimitive(store(), tree::addTable(store(), a, L"t"), L"z");
     bool failed = true;
     for (int read = 0; failed; ++read) {
-        OneFailedRead failing(*store(), read);
+        FailingStore failing(*store());
+        failing.failAfter(read, FailingStore::kRead, FailingStore::tTimes::kOnce);
         const auto locator = ISchemaLocator::make(&failing);
         try {
             EXPECT_TRUE(locator->resolve(L"a"));
         } catch (const std::runtime_error&) {
             EXPECT_EQ(stored::refs(store(), a), 0u) << "read " << read;
         }
-        failed = failing.failed();
+        failed = failing.failed() != 0;
         failing.goOn();
         EXPECT_EQ(names(*locator->resolve(L"a")->layout()), (tNames{L"x", L"s.y", L"t.z"})) << "read " << read;
         EXPECT_TRUE(locator->pop(&failing));

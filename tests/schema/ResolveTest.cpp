@@ -2,12 +2,13 @@
 #include <memory>
 #include <string>
 
+#include "lumivard/platform/store_contract/LoggingStore.h"
 #include "tests/schema/SchemaFixture.h"
-#include "tests/support/LoggingStore.h"
 
 namespace {
 
 using namespace lumivard::platform::test_support;
+using lumivard::platform::store_contract::LoggingStore;
 using testing::ElementsAre;
 using tCall = LoggingStore::tCall;
 

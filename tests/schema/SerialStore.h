@@ -3,9 +3,11 @@
 #include <mutex>
 #include <thread>
 
-#include "tests/support/ForwardingStore.h"
+#include "lumivard/platform/store_contract/ForwardingStore.h"
 
 namespace lumivard::platform::test_support {
+
+using store_contract::ForwardingStore;
 
 /// Each operation runs alone, whatever the threads do, but nothing holds two operations together: other threads come in
 /// before each read.

@@ -125,8 +125,7 @@ TEST_F(Compaction, OfADamagedFileIsRefusedAndChangesNothing) {
     for (std::size_t at = bytes.find("llll"); at != std::string::npos; at = bytes.find("llll", at + 5000))
         bytes[at] = 'x';
     folder.file("a.lvp", bytes);
-    EXPECT_THAT(messageOf<StoreError>([&] { compact(path()); }),
-                testing::HasSubstr("is not as it was written"));
+    EXPECT_THAT(messageOf<StoreError>([&] { compact(path()); }), testing::HasSubstr("is not as it was written"));
     EXPECT_TRUE(bytesOf(path()) == bytes);
 }
 

@@ -15,6 +15,7 @@
 #include "stores/lmdb/LmdbEngine.h"
 #include "tests/stores/ChildProcess.h"
 #include "tests/stores/Records.h"
+#include "tests/support/Sanitized.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace lumivard::platform::stores {
@@ -425,22 +426,8 @@ TEST_F(FileSharing, AChildThatClosesTheHandleOfItsParentLeavesThatInOrder) {
 
 // --- Limits of the process
 
-// The sanitizers map far more address space than this test leaves.
-constexpr bool kSanitized =
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-    true;
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
-    true;
-#else
-    false;
-#endif
-#else
-    false;
-#endif
-
 TEST_F(FileSharing, WhenAddressSpaceRunsOutTheFlushFailsAndReadingGoesOn) {
-    if (kSanitized) GTEST_SKIP() << "a sanitizer needs all the address space there is";
+    if (test_support::kSanitized) GTEST_SKIP() << "a sanitizer needs all the address space there is";
     ChildProcess child([&](const Line&) {
         auto engine = std::make_unique<LmdbEngine>(
             path(), tMode::kWrite, LmdbEngine::Settings{.mapSize = 1 << 20, .fileSystem = std::nullopt});

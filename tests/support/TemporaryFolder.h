@@ -1,5 +1,7 @@
 #pragma once
 
+#include <unistd.h>
+
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -10,14 +12,11 @@
 /// A new folder for one test, removed with all that is in it at the end.
 class TemporaryFolder {
 public:
-    /// On a disk; or in memory where the system offers that, for tests that make many files and do not need them to be
-    /// durable.
-    enum tPlace { kOnDisk, kInMemory };
+    TemporaryFolder() : TemporaryFolder(std::filesystem::temp_directory_path()) {}
 
-    explicit TemporaryFolder(tPlace place = kOnDisk) {
-        const std::filesystem::path memory = "/dev/shm";
-        const bool inMemory = place == kInMemory && std::filesystem::is_directory(memory);
-        std::string name = ((inMemory ? memory : std::filesystem::temp_directory_path()) / "lvp-test-XXXXXX").string();
+    /// Makes it below `parent`.
+    explicit TemporaryFolder(const std::filesystem::path& parent) {
+        std::string name = (std::filesystem::canonical(parent) / "lvp-test-XXXXXX").string();
         if (!::mkdtemp(name.data())) throw std::runtime_error("cannot make " + name);
         _path = name;
     }
@@ -28,6 +27,8 @@ public:
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
+    /// The folder itself, by a name without symbolic links.
+    const std::filesystem::path& path() const { return _path; }
     std::filesystem::path operator/(const std::string& name) const { return _path / name; }
 
     /// Makes a file of these bytes and returns its path.
@@ -41,8 +42,26 @@ public:
         return std::distance(std::filesystem::directory_iterator(_path), std::filesystem::directory_iterator());
     }
 
+    /// Removes all that is in it.
+    void clear() const {
+        for (const auto& entry : std::filesystem::directory_iterator(_path)) std::filesystem::remove_all(entry.path());
+    }
+
 private:
     std::filesystem::path _path;
+};
+
+/// The same in memory, where the system offers that: for tests that make thousands of files and prove nothing of what a
+/// disk does.
+class FastFolder : public TemporaryFolder {
+public:
+    FastFolder() : TemporaryFolder(parent()) {}
+
+private:
+    static std::filesystem::path parent() {
+        const std::filesystem::path memory = "/dev/shm";
+        return ::access(memory.c_str(), W_OK | X_OK) == 0 ? memory : std::filesystem::temp_directory_path();
+    }
 };
 
 /// All bytes of a file.

@@ -1,9 +1,10 @@
-#include "tests/support/LoggingStore.h"
+#include "lumivard/platform/store_contract/LoggingStore.h"
 #include "tests/xml/SchemaFixture.h"
 
 namespace {
 
 using namespace lumivard::platform::test_support;
+using lumivard::platform::store_contract::LoggingStore;
 
 /// Containers and tables that name schemas.
 class Class : public SchemaXmlTest {

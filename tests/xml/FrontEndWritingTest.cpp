@@ -1,12 +1,13 @@
 #include <stdexcept>
 
-#include "tests/support/LoggingStore.h"
+#include "lumivard/platform/store_contract/LoggingStore.h"
 #include "tests/xml/XmlFixture.h"
 
 namespace {
 
 using namespace lumivard::platform::test_support;
 using lumivard::platform::core::io::IDataWriter;
+using lumivard::platform::store_contract::LoggingStore;
 
 /// A writer that notes what is done with it, and fails when it is told to.
 class NotingWriter final : public IDataWriter {

@@ -1,4 +1,4 @@
-#include "tests/support/ForwardingStore.h"
+#include "lumivard/platform/store_contract/ForwardingStore.h"
 #include "tests/xml/XmlFixture.h"
 #include "xml/XMLParsingLogic.h"
 
@@ -6,6 +6,7 @@ namespace {
 
 using namespace lumivard::platform::test_support;
 using lumivard::platform::data::XMLParsingLogic;
+using lumivard::platform::store_contract::ForwardingStore;
 
 /// Events as a parser tells them, and some that no parser would tell.
 class ParsingEvents : public XmlTest {

@@ -14,11 +14,11 @@
 
 #include "lumivard/platform/stores.h"
 #include "tests/fault/disk/DawdlingTap.h"
-#include "tests/fault/disk/FastFolder.h"
-#include "tests/fault/disk/Sanitized.h"
 #include "tests/stores/ChildProcess.h"
 #include "tests/stores/Records.h"
 #include "tests/support/Campaign.h"
+#include "tests/support/Sanitized.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace lumivard::platform::stores::disk {
 namespace {
@@ -161,7 +161,7 @@ private:
 };
 
 TEST_F(CompactionRace, LosesNoFlushAndBlocksNoReader) {
-    const std::uint64_t times = test_support::effort("LVP_COMPACTION_RACES", usually(100));
+    const std::uint64_t times = test_support::effort("LVP_COMPACTION_RACES", test_support::usually(100));
     run(times);
     EXPECT_EQ(failed, 0U);
     EXPECT_EQ(left, written);

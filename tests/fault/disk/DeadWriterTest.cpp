@@ -8,12 +8,12 @@
 
 #include "lumivard/platform/stores.h"
 #include "tests/fault/disk/DeadlyTap.h"
-#include "tests/fault/disk/FastFolder.h"
 #include "tests/fault/disk/Finding.h"
-#include "tests/fault/disk/Sanitized.h"
 #include "tests/stores/ChildProcess.h"
 #include "tests/stores/Records.h"
 #include "tests/support/Campaign.h"
+#include "tests/support/Sanitized.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace lumivard::platform::stores::disk {
 namespace {
@@ -89,7 +89,7 @@ std::unique_ptr<ChildProcess> reader(const fs::path& path) {
 }
 
 TEST_F(DeadWriter, BlocksNobody) {
-    const std::uint64_t deaths = test_support::effort("LVP_DEAD_WRITERS", usually(100));
+    const std::uint64_t deaths = test_support::effort("LVP_DEAD_WRITERS", test_support::usually(100));
     for (std::uint64_t i = 0; i < deaths; ++i) {
         folder.clear();
         Workload model(random());

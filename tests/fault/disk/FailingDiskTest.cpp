@@ -12,13 +12,13 @@
 #include <string>
 
 #include "lumivard/platform/stores.h"
-#include "tests/fault/disk/FastFolder.h"
 #include "tests/fault/disk/FaultyTap.h"
 #include "tests/fault/disk/Finding.h"
-#include "tests/fault/disk/Sanitized.h"
 #include "tests/stores/ChildProcess.h"
 #include "tests/stores/Records.h"
 #include "tests/support/Campaign.h"
+#include "tests/support/Sanitized.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace lumivard::platform::stores::disk {
 namespace {
@@ -233,7 +233,7 @@ void FailingDisk::tryAt(std::uint64_t call) {
 
 TEST_P(FailingDisk, IsAnErrorAndKeepsTheLastFlush) {
     const std::uint64_t lives = test_support::effort("LVP_FAULTY_LIVES", 1);
-    const std::uint64_t step = kSanitized ? 3 : 1;
+    const std::uint64_t step = test_support::kSanitized ? 3 : 1;
     std::uint64_t all = 0;
     std::uint64_t tried = 0;
     for (; seed < kFirstSeed + lives; ++seed) {

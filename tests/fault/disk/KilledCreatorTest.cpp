@@ -6,10 +6,10 @@
 
 #include "lumivard/platform/stores.h"
 #include "tests/fault/disk/DeadlyTap.h"
-#include "tests/fault/disk/FastFolder.h"
 #include "tests/fault/disk/Finding.h"
 #include "tests/fault/disk/PlainFileSystemTap.h"
 #include "tests/stores/ChildProcess.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace lumivard::platform::stores::disk {
 namespace {

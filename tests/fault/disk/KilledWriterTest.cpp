@@ -7,11 +7,11 @@
 
 #include "lumivard/platform/stores.h"
 #include "tests/fault/disk/DeadlyTap.h"
-#include "tests/fault/disk/FastFolder.h"
 #include "tests/fault/disk/Finding.h"
-#include "tests/fault/disk/Sanitized.h"
 #include "tests/stores/ChildProcess.h"
 #include "tests/support/Campaign.h"
+#include "tests/support/Sanitized.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace lumivard::platform::stores::disk {
 namespace {
@@ -166,18 +166,18 @@ private:
 };
 
 TEST_F(KilledWriter, LeavesExactlyTheLastFlushOrTheOneUnderWay) {
-    const std::uint64_t kills = test_support::effort("LVP_KILLS", usually(300));
+    const std::uint64_t kills = test_support::effort("LVP_KILLS", test_support::usually(300));
     campaign(kills, Writer::tHonesty::kHonest);
     EXPECT_EQ(broken(), 0U);
     EXPECT_EQ(tally.all(), kills);
     EXPECT_GT(tally[tFound::kLast], 0U);
-    if (kSanitized) return;  // too few
+    if (test_support::kSanitized) return;  // too few
     EXPECT_GT(tally[tFound::kNext], 0U) << "no flush was ever interrupted";
     for (unsigned int phase = 0; phase < kPhases; ++phase) EXPECT_GT(killedWhen[phase], 0U) << kPhaseNames[phase];
 }
 
 TEST_F(KilledWriter, IsCaughtWhenItAcknowledgesWhatIsNotFlushed) {
-    campaign(kSanitized ? 40 : 100, Writer::tHonesty::kAcknowledgesTooEarly);
+    campaign(test_support::kSanitized ? 40 : 100, Writer::tHonesty::kAcknowledgesTooEarly);
     EXPECT_GT(broken(), 0U);
 }
 

@@ -10,11 +10,10 @@
 
 #include "lumivard/platform/stores.h"
 #include "tests/fault/disk/Disk.h"
-#include "tests/fault/disk/FastFolder.h"
 #include "tests/fault/disk/Finding.h"
 #include "tests/fault/disk/PlainFileSystemTap.h"
-#include "tests/fault/disk/Sanitized.h"
 #include "tests/support/Campaign.h"
+#include "tests/support/Sanitized.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace lumivard::platform::stores::disk {
@@ -179,7 +178,7 @@ private:
 };
 
 TEST_F(PowerCut, LeavesExactlyTheLastFlushOrTheOneUnderWay) {
-    const std::uint64_t wanted = test_support::effort("LVP_POWER_CUTS", usually(5000));
+    const std::uint64_t wanted = test_support::effort("LVP_POWER_CUTS", test_support::usually(5000));
     std::size_t events = 0;
     for (std::uint64_t lives = 0; tally.all() < wanted; ++lives) {
         const Life life(random(), lives % 2 == 1);
@@ -222,7 +221,7 @@ class DishonestDisk : public PowerCut {
 protected:
     void replayWithout(tEvent kind) {
         const Life life(random());
-        replay(without(kind, life.log()), life.model, kSanitized ? 100 : 400, lookFromAfar);
+        replay(without(kind, life.log()), life.model, test_support::kSanitized ? 100 : 400, lookFromAfar);
         std::cout << tally << ", lost files " << lostFiles << std::endl;
     }
 };

@@ -13,12 +13,12 @@
 #include <vector>
 
 #include "lumivard/platform/stores.h"
-#include "tests/fault/disk/FastFolder.h"
-#include "tests/fault/disk/Sanitized.h"
 #include "tests/fault/disk/Workload.h"
 #include "tests/stores/ChildProcess.h"
 #include "tests/stores/Records.h"
 #include "tests/support/Campaign.h"
+#include "tests/support/Sanitized.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace lumivard::platform::stores::disk {
 namespace {
@@ -201,7 +201,7 @@ private:
 };
 
 TEST_F(WriterRace, IsWonByOneProcessAndTheOthersAreToldSoAndReadersGetIn) {
-    const std::uint64_t races = test_support::effort("LVP_RACES", usually(200));
+    const std::uint64_t races = test_support::effort("LVP_RACES", test_support::usually(200));
     const Result all = campaign(races, openHonestly, [](const Result& result) {
         EXPECT_EQ(result.winners, 1U);
         EXPECT_EQ(result.strange, 0U);
@@ -212,7 +212,8 @@ TEST_F(WriterRace, IsWonByOneProcessAndTheOthersAreToldSoAndReadersGetIn) {
 
 TEST_F(WriterRace, HasSeveralWinnersWhereTheLockIsBypassed) {
     unsigned int doubles = 0;
-    campaign(usually(20), openACopy, [&](const Result& result) { doubles += result.winners > 1 ? 1 : 0; });
+    campaign(test_support::usually(20), openACopy,
+             [&](const Result& result) { doubles += result.winners > 1 ? 1 : 0; });
     EXPECT_GT(doubles, 0U);
 }
 
@@ -247,7 +248,7 @@ protected:
 };
 
 TEST_F(ThreadRace, IsWonByOneThread) {
-    const std::uint64_t races = test_support::effort("LVP_RACES", usually(200));
+    const std::uint64_t races = test_support::effort("LVP_RACES", test_support::usually(200));
     for (std::uint64_t i = 0; i < races; ++i) {
         if (i % 4 == 0) folder.clear();
         ASSERT_EQ(raceThreads(path(), 4, openHonestly), 1U);

@@ -24,34 +24,10 @@ class DamagedFiles : public testing::Test {
 protected:
     std::filesystem::path path() const { return folder / "a.lvp"; }
 
-    TemporaryFolder folder{TemporaryFolder::kInMemory};
+    FastFolder folder;
     const std::uint64_t first = seed();
     const std::string sound = sampleBytes(folder / "sound.lvp", first);
 };
-
-/// Opens the file, reads all of it and writes to it; a `StoreError` ends that. Whether it could be opened.
-bool use(const std::filesystem::path& path, const FileOptions& options) {
-    bool opened = false;
-    try {
-        const auto store = file(path, tMode::kWrite, options);
-        opened = true;
-        for (unsigned int round = 0; round < 3; ++round) {
-            for (unsigned int offset = 0; offset < std::min(store->extent(), 2000ULL); ++offset) {
-                try {
-                    const std::string bytes = recordOf(*store, offset);
-                    if (offset % 7 == round && !bytes.empty()) store->append(offset, "more", 4);
-                    if (offset % 11 == round && !bytes.empty()) store->erase(offset);
-                } catch (const StoreError&) {
-                    // this record is damaged; others need not be
-                }
-            }
-            store->create(std::string(9000, 'n').data(), 9000);
-            store->flush();
-        }
-    } catch (const StoreError&) {
-    }
-    return opened;
-}
 
 TEST_F(DamagedFiles, EndInAnErrorOrAreUsableAndSound) {
     const std::uint64_t files = effort("LVP_DAMAGED_FILES", 10000);
@@ -61,7 +37,7 @@ TEST_F(DamagedFiles, EndInAnErrorOrAreUsableAndSound) {
         std::string bytes = sound;
         Damage(first + each).strike(bytes);
         writeFile(path(), bytes);
-        if (!use(path(), kNotTrusted)) continue;
+        if (!exercise(path(), kNotTrusted)) continue;
         ++opened;
         ASSERT_EQ(verify(path(), false).faultCount, 0U) << "what was sound when it was opened must be so after writing";
     }
@@ -92,7 +68,7 @@ TEST_F(DamagedFiles, EndTheProcessWhereNobodyMeasuresThem) {
         std::string bytes = sound;
         Damage(first + each).strike(bytes);
         writeFile(path(), bytes);
-        ended += endsTheProcess([&] { use(path(), {}); });
+        ended += endsTheProcess([&] { exercise(path(), {}); });
     }
     EXPECT_GT(ended, 0) << "the damages above must be ones that matter";
 }

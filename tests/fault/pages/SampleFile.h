@@ -110,4 +110,28 @@ inline std::string sampleBytes(const std::filesystem::path& path, std::uint64_t 
     return bytesOf(path);
 }
 
+/// Opens the file, reads all of it and writes to it; a `StoreError` ends that. Whether it could be opened.
+inline bool exercise(const std::filesystem::path& path, const FileOptions& options) {
+    bool opened = false;
+    try {
+        const auto store = file(path, tMode::kWrite, options);
+        opened = true;
+        for (unsigned int round = 0; round < 3; ++round) {
+            for (unsigned int offset = 0; offset < std::min(store->extent(), 2000ULL); ++offset) {
+                try {
+                    const std::string bytes = recordOf(*store, offset);
+                    if (offset % 7 == round && !bytes.empty()) store->append(offset, "more", 4);
+                    if (offset % 11 == round && !bytes.empty()) store->erase(offset);
+                } catch (const StoreError&) {
+                    // this record is damaged; others need not be
+                }
+            }
+            store->create(std::string(9000, 'n').data(), 9000);
+            store->flush();
+        }
+    } catch (const StoreError&) {
+    }
+    return opened;
+}
+
 }  // namespace lumivard::platform::stores

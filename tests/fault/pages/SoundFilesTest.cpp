@@ -14,7 +14,7 @@ void expectSound(const std::filesystem::path& path) {
 
 // One file through many flushes: it grows, loses most of its records, and grows again.
 void live(std::uint64_t seed, int flushes) {
-    TemporaryFolder folder(TemporaryFolder::kInMemory);
+    FastFolder folder;
     const auto path = folder / "a.lvp";
     Changes changes(seed);
     auto store = file(path, tMode::kWrite);

@@ -65,7 +65,9 @@ public:
 
     /// Destroys the item of exactly this name and all that it holds. False, with nothing changed, when there is none,
     /// when it came from a schema, or when it or anything below it is in use by a live object. Other objects that are
-    /// open over this table go on knowing the name, but find null behind it. Costs a walk over the item's subtree.
+    /// open over this table go on knowing the name, but find null behind it. Where the store throws, the item is there
+    /// as it was or gone as a whole, and records of it may stay, attached to nothing. Costs a walk over the item's
+    /// subtree.
     virtual bool destroy(WideString name) = 0;
 
     /// The number of items that this object knows.

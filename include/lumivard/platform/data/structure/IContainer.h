@@ -65,7 +65,8 @@ public:
     /// Destroys the child of exactly this name and all that it holds. False, with nothing changed, when this object
     /// knows no such child, when it came from a schema, or when it or anything below it is in use by a live object.
     /// Other objects that are open over this container go on knowing the name (`has` is true, `create` refuses it), but
-    /// find null behind it. Costs a walk over the child's subtree.
+    /// find null behind it. Where the store throws, the child is there as it was or gone as a whole, and records of it
+    /// may stay, attached to nothing. Costs a walk over the child's subtree.
     virtual bool destroy(WideString name) = 0;
 
     /// Gives this container another name among its siblings.

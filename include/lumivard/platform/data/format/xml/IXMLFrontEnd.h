@@ -26,8 +26,9 @@ namespace lumivard::platform::data::format::xml {
 /// Threads: several documents may be read and written at once, over different stores. No operation takes the guard of
 /// the store that it works on: who shares that holds it for the whole call. The `class` of a container takes the guard
 /// of the schema's store meanwhile, that of a table does not. Time grows with the document, memory with its depth, its
-/// longest text and the values that it makes; a `dim` asks for its number of elements whatever stands in the document,
-/// up to 4 GB. There is no limit but the memory: look at documents of strangers before.
+/// longest text and the values that it makes. Documents of strangers are bounded where a few bytes could ask for much:
+/// of what a `dim` reserves and no text fills a document has 64 MB, and no tag is as long as 32 MiB, no element deeper
+/// than 200,000. Otherwise there is no limit but the memory.
 class LVP_EXPORT IXMLFrontEnd {
 public:
     /// Hears what is wrong with a document. The caller implements it; it is called on the thread of `parse`, while that
@@ -39,14 +40,16 @@ public:
         /// An element could not be taken: the name of the element, " : ", and the fault, on one line without a line
         /// end. The element is left out with all that it holds, but for its text, which may join the value around it,
         /// and the reading goes on. A record that was made for it stays in the store, with nothing that refers to it.
+        /// Where only a `dim` asked for too much, the element stays, with the value that its text gives.
         virtual void report(const WideString& message) = 0;
 
-        /// Comes right before each `report`: where the element begins, the line and the column from 1, the column in
-        /// characters.
+        /// Comes right before each `report`: where the element begins, or for a `dim` where it ends; the line and the
+        /// column from 1, the column in characters.
         virtual void located(unsigned long /*line*/, unsigned long /*column*/) {}
 
         /// The reading broke off before the end of the document, for instance because it is not well-formed XML: why,
-        /// with line and column where they are known. What was read until then is in the store, with nothing left open.
+        /// with line and column where they are known; empty where the memory that ran out does not suffice to say it.
+        /// What was read until then is in the store, with nothing left open.
         virtual void malformed(const WideString& /*message*/) {}
     };
 

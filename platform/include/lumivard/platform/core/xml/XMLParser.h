@@ -33,8 +33,9 @@ public:
     /// A document type that names a second document is accepted, and that document is not read. References to entities
     /// that it might declare are refused in text; in an attribute value they are passed over.
     ///
-    /// Time is proportional to the length of the document. Memory is too in the worst case: a tag or comment is held
-    /// whole, and so is the nesting. Throws `std::bad_alloc` for one that does not fit in 1 GiB.
+    /// Time is proportional to the length of the document. Memory is not: a text comes in pieces, but a tag, a comment
+    /// or a processing instruction is held whole, and so is the nesting. It throws as above for one of 32 MiB or more,
+    /// and for elements that stand deeper in each other than 200,000.
     void parseDocument(io::IDataReader* reader);
 
     /// During a callback: the line of the event's first character, counted from 1. Otherwise where the last document

@@ -1,0 +1,57 @@
+#include "check/Examination.h"
+
+#include "check/GraphRules.h"
+#include "check/LiveRules.h"
+#include "check/Paths.h"
+#include "check/RecordRules.h"
+#include "check/ReferenceRules.h"
+#include "check/Tree.h"
+
+namespace lumivard::platform::data::Check {
+
+Report Examination::run() {
+    Report report;
+    if (_case.store.extent() == 0) return report;
+    takeCensus();
+    noteLists(_case);
+    const unsigned int top = _case.census.find(0);
+    if (judgeTop(_case, top)) Tree(_case).grow(top);
+    judgeReferences(_case);
+    report.depth = judgeTree(_case);
+    judgeCounts(_case);
+    _unattached = judgeUnattached(_case);
+    count(report);
+    _case.findings.moveTo(report, [this](unsigned int offset) { return pathOf(_case, offset); });
+    return report;
+}
+
+void Examination::takeCensus() {
+    Census& census = _case.census;
+    census.search(_case.store, _case.options.whole);
+    // What a record names may lie where nobody looked.
+    for (unsigned int number = 0; number < census.size(); ++number) {
+        judgeRecord(_case, number);
+        if (census[number].readable && census[number].kind == Record::kOffsets) {
+            for (const unsigned int entry : _case.entries(number)) census.meet(_case.store, entry);
+        }
+        const tNode node = census[number];
+        for (const unsigned int named : {node.children, node.locale, node.defaults}) census.meet(_case.store, named);
+    }
+    census.settle();
+}
+
+void Examination::count(Report& report) const {
+    const Census& census = _case.census;
+    report.searched = census.searched();
+    report.records = census.size();
+    for (unsigned int number = 0; number < census.size(); ++number) {
+        const tNode& node = census[number];
+        report.bytes += node.size;
+        if (node.readable && node.kind < Report::kKinds) ++report.byKind[node.kind];
+        if (!node.reached) continue;
+        ++report.reached;
+        report.reachedBytes += node.size;
+    }
+}
+
+}  // namespace lumivard::platform::data::Check

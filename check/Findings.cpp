@@ -1,0 +1,21 @@
+#include "check/Findings.h"
+
+#include <iterator>
+#include <utility>
+
+namespace lumivard::platform::data::Check {
+
+bool Findings::add(tRule number, unsigned int offset, std::string found, std::string repair) {
+    const Rule& broken = rule(number);
+    if (_options.without.contains(broken.code)) return false;
+    ++_byCode[broken.code];
+    ++_bySeverity[static_cast<std::size_t>(broken.severity)];
+    const tKey key{offset, number, _count++};
+    const bool full = _kept.size() >= _options.keep;
+    if (full && (_kept.empty() || std::prev(_kept.end())->first < key)) return true;
+    _kept.emplace(key, Finding{broken.code, broken.severity, offset, {}, std::move(found), std::move(repair)});
+    if (full) _kept.erase(std::prev(_kept.end()));
+    return true;
+}
+
+}  // namespace lumivard::platform::data::Check

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <tuple>
+
+#include "check/Rules.h"
+#include "lumivard/platform/data/check/Options.h"
+#include "lumivard/platform/data/check/Report.h"
+
+namespace lumivard::platform::data::Check {
+
+using check::Finding;
+using check::Options;
+using check::Report;
+
+/// Takes findings as they come: counts all, and keeps those of the lowest offsets.
+class Findings {
+public:
+    explicit Findings(const Options& options) : _options(options) {}
+
+    /// Takes a finding; false when its rule is not applied.
+    bool add(tRule number, unsigned int offset, std::string found, std::string repair = {});
+
+    /// Hands counts and findings over; `path(offset)` tells the path of a record.
+    template <class Path>
+    void moveTo(Report& report, Path path) {
+        report.byCode = std::move(_byCode);
+        report.bySeverity = _bySeverity;
+        for (auto& [key, finding] : _kept) {
+            finding.path = path(finding.offset);
+            report.findings.push_back(std::move(finding));
+        }
+    }
+
+private:
+    /// Offset, rule, and the number of the finding.
+    using tKey = std::tuple<unsigned int, tRule, std::uint64_t>;
+
+    const Options& _options;
+    std::map<tKey, Finding> _kept;
+    std::map<std::string, std::uint64_t> _byCode;
+    std::array<std::uint64_t, 4> _bySeverity{};
+    std::uint64_t _count = 0;
+};
+
+}  // namespace lumivard::platform::data::Check

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <string>
+
+namespace lumivard::platform::data::check {
+
+/// How much a finding matters.
+enum class tSeverity : unsigned char {
+    kNote,    ///< nothing is wrong: space that could be reclaimed, or something that surprises
+    kStale,   ///< left behind by a process that died
+    kDamage,  ///< content is wrong, or cannot be read
+    kFatal    ///< nothing in the store can be reached
+};
+
+/// One thing that the checker found.
+struct Finding {
+    /// The name of the rule that is broken, as in `rules()`: "set.duplicate-name".
+    const char* code = "";
+
+    tSeverity severity = tSeverity::kNote;
+
+    /// The record that it was found in.
+    unsigned int offset = 0;
+
+    /// The names from the top down to the item, joined by "."; for a list or for localized names, to their owner. Empty
+    /// for the top itself and for what is not reached from there. Of a path with more than 100 levels, the lowest 100
+    /// behind "...".
+    std::wstring path;
+
+    /// What was found, and what a repair does about it, in UTF-8; `repair` is empty where it does nothing. Names from
+    /// the store stand in it as they are, control characters included.
+    std::string found;
+    std::string repair;
+};
+
+/// A rule that stores are checked by.
+struct Rule {
+    const char* code;
+    tSeverity severity;
+    const char* meaning;
+    const char* repair;  ///< what a repair does about it; empty for nothing
+};
+
+}  // namespace lumivard::platform::data::check

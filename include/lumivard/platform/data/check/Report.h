@@ -1,0 +1,52 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "lumivard/platform/data/check/Finding.h"
+
+namespace lumivard::platform::data::check {
+
+/// What an examination found.
+struct Report {
+    static constexpr std::size_t kKinds = 6;
+
+    /// The first findings, ordered by offset, then by code; `Options::keep` of them at the most.
+    std::vector<Finding> findings;
+
+    /// How often each rule was broken: all findings, by code and by severity.
+    std::map<std::string, std::uint64_t> byCode;
+    std::array<std::uint64_t, 4> bySeverity{};
+
+    /// All records that were found, how many there are of each kind (the number of the kind is the index), and their
+    /// bytes.
+    std::uint64_t records = 0;
+    std::array<std::uint64_t, kKinds> byKind{};
+    std::uint64_t bytes = 0;
+
+    /// Those that are reached from the top, lists and localized names included.
+    std::uint64_t reached = 0;
+    std::uint64_t reachedBytes = 0;
+
+    /// The number of levels below the top.
+    std::uint64_t depth = 0;
+
+    /// Whether all offsets below the store's extent were looked at; if not, records that nothing reaches are not found.
+    bool searched = true;
+
+    std::uint64_t count(tSeverity severity) const { return bySeverity[static_cast<std::size_t>(severity)]; }
+
+    /// How many findings there were in all.
+    std::uint64_t total() const { return bySeverity[0] + bySeverity[1] + bySeverity[2] + bySeverity[3]; }
+
+    /// Whether nothing at all was found.
+    bool clean() const { return total() == 0; }
+
+    /// Whether no content is wrong: notes and stale counts stand in nobody's way of reading.
+    bool sound() const { return count(tSeverity::kDamage) == 0 && count(tSeverity::kFatal) == 0; }
+};
+
+}  // namespace lumivard::platform::data::check

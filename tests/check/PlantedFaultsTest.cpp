@@ -1,0 +1,85 @@
+// Whatever field of whatever record is wrong, the checker finds it; and it would show if it did not.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+
+#include "lumivard/platform/data/check/Check.h"
+#include "tests/check/Describe.h"
+#include "tests/check/FieldFaults.h"
+#include "tests/check/SoundStores.h"
+#include "tests/check/Walks.h"
+#include "tests/support/Campaign.h"
+
+namespace {
+
+using namespace lumivard::platform::test_support;
+namespace check = lumivard::platform::data::check;
+
+/// Plants faults in a filled store, one after the other, and returns what was not found first; empty when all was.
+std::string firstMissed(std::uint64_t faults, std::uint64_t seed, const check::Options& options) {
+    const auto store = sound::filled();
+    std::mt19937_64 random(seed);
+    FieldFaults all(*store, random);
+    for (std::uint64_t i = 0; i < faults; ++i) {
+        const tFault fault = all.draw();
+        FieldFaults::plant(*store, fault);
+        if (check::examine(*store, options).clean()) return fault.words;
+        FieldFaults::undo(*store, fault);
+    }
+    EXPECT_TRUE(check::examine(*store, options).clean());
+    return {};
+}
+
+TEST(PlantedFaults, AreAllFound) {
+    EXPECT_EQ(firstMissed(effort("LVP_PLANTED", 3000), seed(), {}), "");
+}
+
+/// Takes one rule out of the checker.
+class WithoutARule : public testing::TestWithParam<const char*> {};
+
+TEST_P(WithoutARule, SomeFaultsAreMissed) {
+    EXPECT_NE(firstMissed(5000, 1, {.without = {GetParam()}}), "");
+}
+
+// Those of which a single field can be the only thing that is wrong.
+INSTANTIATE_TEST_SUITE_P(Out, WithoutARule,
+                         testing::Values("graph.parent-differs", "live.stale-count", "live.unattached",
+                                         "record.container-type", "record.default-pairs", "record.flags",
+                                         "record.list-size", "record.locale-pairs", "record.reserved", "record.rest",
+                                         "record.section", "record.short", "record.text-character", "record.text-end",
+                                         "record.text-rest", "record.unit", "record.value-kind", "record.value-size",
+                                         "reference.children", "reference.defaults", "reference.entry",
+                                         "reference.locale", "reference.shared"),
+                         [](const auto& rule) {
+                             std::string name(rule.param);
+                             std::replace_if(
+                                 name.begin(), name.end(), [](char c) { return c == '.' || c == '-'; }, '_');
+                             return name;
+                         });
+
+TEST(CleanVerdict, MeansThatEverythingCanBeReadAndFound) {
+    const auto store = sound::filled();
+    std::set<std::wstring> lost;
+    const std::size_t all = walks::askEverything(*store, lost);
+    std::mt19937_64 random(seed());
+    std::uint64_t sound = 0;
+    for (std::uint64_t i = effort("LVP_VERDICTS", 600); i > 0; --i) {
+        // Any byte of any record, so that much of it is right by chance.
+        const auto damaged = sound::copyOf(*store);
+        const auto offset = static_cast<unsigned int>(random() % damaged->extent());
+        std::string bytes(damaged->size(offset), '\0');
+        if (bytes.empty()) continue;
+        damaged->read(offset, bytes.data(), 0xFFFFFFFFu);
+        bytes[random() % bytes.size()] = static_cast<char>(random() % 8);
+        damaged->update(offset, bytes.data(), static_cast<unsigned int>(bytes.size()), true);
+        const auto report = check::examine(*damaged);
+        if (!report.clean()) continue;
+        ++sound;
+        EXPECT_EQ(walks::askEverything(*damaged, lost), all) << offset;
+        EXPECT_TRUE(lost.empty()) << offset;
+    }
+    EXPECT_GT(sound, 0u);
+}
+
+}  // namespace

@@ -1,0 +1,273 @@
+// What a repair does about each finding.
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "lumivard/platform/data/check/Check.h"
+#include "lumivard/platform/store_contract/FailingStore.h"
+#include "record/Entity.h"
+#include "tests/check/Describe.h"
+#include "tests/check/SmallTree.h"
+#include "tests/check/SoundStores.h"
+
+namespace {
+
+using namespace lumivard::platform::test_support;
+using lumivard::platform::store_contract::FailingStore;
+using lumivard::platform::store_contract::InjectedFailure;
+namespace check = lumivard::platform::data::check;
+namespace data = lumivard::platform::data;
+namespace core = lumivard::platform::core;
+
+constexpr unsigned int BADOFF = 0xFFFFFFFFu;
+
+/// Repairs a store, and looks that nothing is left to be done.
+check::Repair repair(core::storage::datastore::IDataStore& store, const check::Options& options = {}) {
+    const auto plan = check::plan(store, options);
+    EXPECT_TRUE(check::apply(store, plan));
+    EXPECT_EQ(describe(check::examine(store, options)), describe(plan.after));
+    EXPECT_TRUE(check::plan(store, options).steps.empty());
+    return plan;
+}
+
+std::vector<unsigned int> entries(SmallTree& tree, unsigned int owner) {
+    return stored::children(&tree.store, owner);
+}
+
+TEST(Repair, DoesNothingToASoundStore) {
+    SmallTree tree;
+    const auto plan = check::plan(tree.store);
+    EXPECT_TRUE(plan.steps.empty());
+    EXPECT_TRUE(plan.before.clean());
+    EXPECT_TRUE(check::apply(tree.store, plan));
+}
+
+TEST(Repair, SetsStaleCountsToZero) {
+    SmallTree tree;
+    tree.word(tree.node, 5, 3);
+    tree.word(tree.value, 5, BADOFF);
+    const auto plan = repair(tree.store);
+    EXPECT_EQ(plan.steps.size(), 2u);
+    EXPECT_EQ(stored::refs(&tree.store, tree.node), 0u);
+    EXPECT_EQ(stored::refs(&tree.store, tree.value), 0u);
+    EXPECT_TRUE(plan.after.clean());
+}
+
+TEST(Repair, CutsReferencesToNothing) {
+    SmallTree tree;
+    tree.word(tree.leaf, 14, 999);
+    tree.word(tree.leaf, 9, tree.value);
+    tree.word(tree.below, 22, tree.leaf);
+    EXPECT_TRUE(repair(tree.store).after.clean());
+    EXPECT_EQ(stored::word(&tree.store, tree.leaf, 14), BADOFF);
+    EXPECT_EQ(stored::word(&tree.store, tree.leaf, 9), BADOFF);
+    EXPECT_EQ(stored::word(&tree.store, tree.below, 22), BADOFF);
+}
+
+TEST(Repair, DropsEntriesThatNameNoItem) {
+    SmallTree tree;
+    tree.enlist(tree.group, 999);
+    tree.enlist(tree.group, tree.list);
+    tree.enlist(tree.group, tree.node);
+    tree.enlist(tree.group, 0);
+    EXPECT_TRUE(repair(tree.store).after.clean());
+    EXPECT_EQ(entries(tree, tree.group), (std::vector{tree.node, tree.table}));
+}
+
+TEST(Repair, CutsOffPartsOfEntries) {
+    SmallTree tree;
+    tree.grow(tree.list, 2);
+    EXPECT_TRUE(repair(tree.store).after.clean());
+    EXPECT_EQ(entries(tree, tree.node), std::vector{tree.leaf});
+    EXPECT_EQ(tree.store.size(tree.list), 8u);
+}
+
+TEST(Repair, GivesAnItemTheParentThatListsIt) {
+    SmallTree tree;
+    tree.word(tree.leaf, 1, tree.value);
+    tree.word(0, 1, tree.value);
+    EXPECT_TRUE(repair(tree.store).after.clean());
+    EXPECT_EQ(stored::word(&tree.store, tree.leaf, 1), tree.node);
+    EXPECT_EQ(stored::word(&tree.store, 0, 1), BADOFF);
+}
+
+TEST(Repair, LeavesAnItemWhereItSaysThatItStands) {
+    SmallTree tree;
+    // The root comes first on every walk.
+    tree.enlist(tree.root, tree.leaf);
+    EXPECT_TRUE(repair(tree.store).after.clean());
+    EXPECT_EQ(entries(tree, tree.root), std::vector{tree.group});
+    EXPECT_EQ(entries(tree, tree.node), std::vector{tree.leaf});
+}
+
+TEST(Repair, LeavesAnItemWhereItIsMetFirstWhenItSaysNothing) {
+    SmallTree tree;
+    tree.enlist(tree.root, tree.leaf);
+    tree.word(tree.leaf, 1, 999);
+    EXPECT_TRUE(repair(tree.store).after.clean());
+    EXPECT_EQ(entries(tree, tree.root), (std::vector{tree.group, tree.leaf}));
+    EXPECT_EQ(entries(tree, tree.node), std::vector<unsigned int>{});
+    EXPECT_EQ(stored::word(&tree.store, tree.leaf, 1), tree.root);
+}
+
+TEST(Repair, CutsARingWhereItReturns) {
+    SmallTree tree;
+    tree.enlist(tree.leaf, tree.group);
+    EXPECT_TRUE(repair(tree.store).after.clean());
+    EXPECT_EQ(entries(tree, tree.leaf), std::vector<unsigned int>{});
+    EXPECT_EQ(entries(tree, tree.root), std::vector{tree.group});
+}
+
+TEST(Repair, CutsARingThoughTheItemsNameEachOther) {
+    SmallTree tree;
+    tree.enlist(tree.leaf, tree.group);
+    tree.word(tree.group, 1, tree.leaf);
+    EXPECT_TRUE(repair(tree.store).after.clean());
+    EXPECT_EQ(entries(tree, tree.root), std::vector{tree.group});
+    EXPECT_EQ(stored::word(&tree.store, tree.group, 1), tree.root);
+}
+
+TEST(Repair, GivesAListToTheOwnerThatItsItemsName) {
+    SmallTree tree;
+    // The node comes before the table on every walk.
+    const unsigned int all = stored::word(&tree.store, tree.table, 14);
+    tree.word(tree.node, 14, all);
+    EXPECT_TRUE(repair(tree.store, {.reclaim = true}).after.clean());
+    EXPECT_EQ(stored::word(&tree.store, tree.table, 14), all);
+    EXPECT_EQ(stored::word(&tree.store, tree.node, 14), BADOFF);
+}
+
+TEST(Repair, GivesAListThatCannotBeReachedOtherwiseToWhoeverReachesIt) {
+    SmallTree tree;
+    const unsigned int all = stored::word(&tree.store, tree.table, 14);
+    tree.word(tree.node, 14, all);
+    tree.word(stored::word(&tree.store, tree.group, 14), 8, 999);  // the table leaves the group
+    repair(tree.store);
+    EXPECT_EQ(stored::word(&tree.store, tree.node, 14), all);
+    EXPECT_EQ(stored::word(&tree.store, tree.value, 1), tree.node);
+    EXPECT_EQ(stored::word(&tree.store, tree.table, 14), BADOFF);
+}
+
+TEST(Repair, LeavesSharedNamesAndDefaults) {
+    SmallTree tree;
+    tree.word(tree.leaf, 9, tree.names);
+    tree.word(tree.below, 22, tree.defaults);
+    EXPECT_TRUE(check::plan(tree.store).steps.empty());
+}
+
+TEST(Repair, TouchesNoListThatMayBeDefaults) {
+    SmallTree tree;
+    tree.word(tree.below, 14, tree.defaults);
+    EXPECT_TRUE(check::plan(tree.store).steps.empty());
+    EXPECT_FALSE(check::examine(tree.store).sound());
+}
+
+TEST(Repair, RenamesAllButTheFirstOfAName) {
+    SmallTree tree;
+    for (const wchar_t* name : {L"node", L"node~2", L"node"}) tree.enlistNew(tree.group, name);
+    EXPECT_TRUE(repair(tree.store).after.clean());
+    std::vector<std::wstring> names;
+    for (const unsigned int item : entries(tree, tree.group)) {
+        names.push_back(data::Record::Entity(&tree.store, item).name());
+    }
+    EXPECT_EQ(names, (std::vector<std::wstring>{L"node", L"table", L"node~3", L"node~2", L"node~4"}));
+}
+
+TEST(Repair, GuessesNoLengthsAndKinds) {
+    for (const auto& plant : std::vector<std::function<void(SmallTree&)>>{
+             [](SmallTree& t) { t.word(t.value, 38, 13); },
+             [](SmallTree& t) { t.word(t.value, 22, 99); },
+             [](SmallTree& t) { t.resize(t.value, 40); },
+             [](SmallTree& t) { t.rename(t.node, "no"); },
+             [](SmallTree& t) { t.byte(t.node, 18, 9); },
+             [](SmallTree& t) { t.texts("x\0\0", 3); },
+         }) {
+        SmallTree tree;
+        plant(tree);
+        EXPECT_TRUE(check::plan(tree.store).steps.empty());
+        EXPECT_FALSE(check::examine(tree.store).sound());
+    }
+}
+
+TEST(Repair, LeavesWhatNothingReaches) {
+    SmallTree tree;
+    const unsigned int stray = tree::container(&tree.store, L"stray");
+    EXPECT_TRUE(repair(tree.store).steps.empty());
+    EXPECT_NE(tree.store.size(stray), 0u);
+}
+
+TEST(Repair, ErasesWhatNothingReachesWhenAsked) {
+    SmallTree tree;
+    const unsigned int stray = tree::container(&tree.store, L"stray");
+    tree::addContainer(&tree.store, stray, L"below");
+    tree.word(stray, 5, 1);
+    const auto plan = repair(tree.store, {.reclaim = true});
+    EXPECT_EQ(plan.steps.size(), 3u);
+    EXPECT_TRUE(plan.after.clean());
+    EXPECT_EQ(tree.store.size(stray), 0u);
+}
+
+TEST(Repair, ErasesNothingAsLongAsDamageRemains) {
+    SmallTree tree;
+    tree::container(&tree.store, L"stray");
+    tree.word(tree.value, 22, 99);
+    EXPECT_TRUE(check::plan(tree.store, {.reclaim = true}).steps.empty());
+}
+
+TEST(Repair, ErasesWhatItsOwnCutsHaveFreed) {
+    SmallTree tree;
+    tree.word(tree.node, 14, tree.value);
+    EXPECT_TRUE(repair(tree.store, {.reclaim = true}).after.clean());
+    EXPECT_EQ(tree.store.size(tree.leaf), 0u);
+}
+
+TEST(Repair, IsRefusedWhereTheStoreHasChangedSinceThePlan) {
+    SmallTree tree;
+    tree.word(tree.node, 5, 3);
+    tree.word(tree.leaf, 5, 3);
+    const auto plan = check::plan(tree.store);
+    tree.word(tree.leaf, 5, 4);
+    EXPECT_FALSE(check::apply(tree.store, plan));
+    EXPECT_EQ(stored::refs(&tree.store, tree.node), 3u);
+}
+
+TEST(Repair, FlushesOnceAtItsEnd) {
+    SmallTree tree;
+    tree.word(tree.node, 5, 3);
+    tree.enlist(tree.leaf, tree.group);
+    const auto plan = check::plan(tree.store);
+    FailingStore store(tree.store);
+    store.failAfter(1'000'000, FailingStore::kAllCalls);
+    EXPECT_TRUE(check::apply(store, plan));
+    EXPECT_EQ(store.count(FailingStore::kFlush), 1);
+    EXPECT_EQ(store.count(FailingStore::kUpdate), static_cast<long long>(plan.steps.size()));
+    EXPECT_EQ(store.count(FailingStore::kBookkeeping), 0);
+}
+
+TEST(Repair, ChangesNothingInPlanning) {
+    SmallTree tree;
+    tree.word(tree.node, 5, 3);
+    tree.enlist(tree.leaf, tree.group);
+    FailingStore store(tree.store);
+    store.failAfter(0, FailingStore::kAllChanges | FailingStore::kFlush);
+    EXPECT_EQ(check::plan(store, {.reclaim = true}).steps.size(), 2u);
+    EXPECT_EQ(store.failed(), 0);
+}
+
+TEST(Repair, TakesBackWhatItDidWhereTheStoreFails) {
+    for (int k = 0; k < 3; ++k) {
+        SmallTree tree;
+        tree.word(tree.node, 5, 3);
+        tree.word(tree.leaf, 5, 3);
+        tree.word(tree.value, 5, 3);
+        const auto plan = check::plan(tree.store);
+        FailingStore store(tree.store);
+        store.failAfter(k, FailingStore::kUpdate | FailingStore::kFlush, FailingStore::tTimes::kOnce);
+        EXPECT_THROW(check::apply(store, plan), InjectedFailure);
+        for (const unsigned int item : {tree.node, tree.leaf, tree.value}) {
+            EXPECT_EQ(stored::refs(&tree.store, item), 3u) << k;
+        }
+    }
+}
+
+}  // namespace

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <map>
+#include <set>
+#include <string>
+
+#include "lumivard/platform/core/storage/datastore/IDataStore.h"
+
+/// What can be reached in a store.
+namespace lumivard::platform::test_support::walks {
+
+using core::storage::datastore::IDataStore;
+
+/// What stays the same of an item whatever a repair does to its surroundings.
+struct tItem {
+    std::wstring name;
+    std::string value;
+    bool operator==(const tItem&) const = default;
+};
+
+/// All items that any of the public interfaces could reach from the top, by the offset of their records: every entry of
+/// every list that names an item, whatever else is wrong with it. Without the top.
+std::map<unsigned int, tItem> reachable(IDataStore& store);
+
+/// Goes through everything by the public interfaces, asks everything that there is to ask, and returns how many items
+/// there were. Whatever they throw passes through; it stops at `most` items, since a damaged store may have no end.
+/// `lost`: the paths of items that were met, but could not be found by their paths.
+std::size_t askEverything(IDataStore& store, std::set<std::wstring>& lost, std::size_t most = 100'000);
+
+}  // namespace lumivard::platform::test_support::walks

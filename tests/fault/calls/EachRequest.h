@@ -1,0 +1,42 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include "tests/fault/calls/AllocationFault.h"
+
+namespace lumivard::platform::test_support::fault {
+
+/// Calls something while memory runs out at the first request, at the second and so on, or at every `stride`-th of
+/// them, until one call does without the one that fails. What `prepare` gives is handed to `act`, in which memory runs
+/// out, and to `judge`, in which it does not, together with what `act` threw: nothing but that memory ran out. No block
+/// may be left of a try.
+template <class Prepare, class Act, class Judge>
+void atEachRequest(bool once, long long stride, Prepare prepare, Act act, Judge judge) {
+    // What is made once in a process is there after a first try.
+    for (long long passing = -1, more = 0; more == 0 && !testing::Test::HasFailure();
+         passing += passing <= 0 ? 1 : stride) {
+        SCOPED_TRACE("failing after " + std::to_string(passing));
+        const long long blocks = allocations::blocks();
+        bool failed = false;
+        {
+            auto subject = prepare();
+            std::exception_ptr thrown;
+            allocations::failAfter(passing < 0 ? 0 : passing, !once);
+            try {
+                act(subject);
+            } catch (...) {
+                thrown = std::current_exception();
+            }
+            failed = allocations::goOn() != 0;
+            if (thrown) {
+                EXPECT_TRUE(failed && saysMemoryRanOut(thrown));
+            }
+            judge(subject, thrown);
+        }
+        if (passing < 0) continue;
+        more = failed ? 0 : 1;
+        EXPECT_EQ(allocations::blocks(), blocks);
+    }
+}
+
+}  // namespace lumivard::platform::test_support::fault

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <set>
+#include <string>
+
+namespace lumivard::platform::test_support::fault {
+
+/// The virtual and static members of all classes in a header's text, destructors among them, in the form
+/// "IGroup::to(IContainer* container)" or "IGroup::container() const".
+std::set<std::string> membersOf(std::string header);
+
+/// Those of all public headers of the data library.
+std::set<std::string> publicMembers();
+
+}  // namespace lumivard::platform::test_support::fault

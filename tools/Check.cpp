@@ -1,0 +1,94 @@
+#include <algorithm>
+#include <iostream>
+
+#include "lumivard/platform/data/check/Check.h"
+#include "lumivard/platform/stores.h"
+#include "tools/CheckJson.h"
+#include "tools/CheckOldBytes.h"
+#include "tools/CheckResult.h"
+#include "tools/CheckText.h"
+#include "tools/Commands.h"
+#include "tools/Files.h"
+#include "tools/Text.h"
+
+namespace lvp::tool {
+
+using namespace lumivard::platform::data;
+namespace stores = lumivard::platform::stores;
+
+namespace {
+
+/// Whether a store has a file of its own; what others have beneath them is not ours to examine.
+bool isFile(const std::string& store) {
+    return store != "memory:" && store.rfind("postgresql:", 0) != 0;
+}
+
+stores::FileReport verify(const tCheckOptions& options) {
+    if (!isFile(options.store)) return {};
+    try {
+        return stores::verify(options.store, options.whole || options.repair);
+    } catch (const stores::StoreError& error) {
+        throw Failure(kCannotOpen, error.what());
+    }
+}
+
+/// Whether the file can be opened in spite of its faults: records that are not as they were written are refused one by
+/// one.
+bool canBeOpened(const stores::FileReport& file) {
+    return file.faultCount == file.faults.size() &&
+           std::all_of(file.faults.begin(), file.faults.end(),
+                       [](const stores::FileFault& fault) { return fault.code == "container.checksum"; });
+}
+
+/// Tells the plan before anything is done.
+void printPlan(const check::Repair& repair) {
+    for (const check::Step& step : repair.steps) {
+        std::cout << (step.erases ? "erase " : "change ") << step.offset << ": " << step.before.size() << " bytes";
+        if (!step.erases) std::cout << " to " << step.after.size();
+        std::cout << '\n';
+    }
+    flushOutput();
+}
+
+void repair(const tCheckOptions& options, tCheckResult& result) {
+    if (!isFile(options.store)) throw Failure(kCannotOpen, "only the store of a file can be repaired");
+    if (result.file.faultCount != 0) return;
+    const auto store = openToChange(options.store);
+    check::Options how{.whole = options.whole, .reclaim = options.reclaim};
+    auto repair = check::plan(*store, how);
+    result.report = repair.before;
+    if (!repair.steps.empty()) {
+        if (!options.json) printPlan(repair);
+        result.oldBytes = keepOldBytes(options.store, repair);
+        if (!check::apply(*store, repair)) throw Failure(kCannotFinish, "the store changed while it was examined");
+        repair.after = check::examine(*store, how);
+    }
+    result.repair = std::move(repair);
+}
+
+void examine(const tCheckOptions& options, tCheckResult& result) {
+    if (!canBeOpened(result.file)) return;
+    const auto store = openToRead(options.store);
+    result.report = check::examine(*store, {.whole = options.whole});
+}
+
+}  // namespace
+
+tExitStatus checkStore(const tCheckOptions& options) {
+    tCheckResult result;
+    result.store = options.store;
+    result.file = verify(options);
+    if (options.repair) {
+        repair(options, result);
+    }
+    if (!result.report) examine(options, result);
+    if (options.json) {
+        printJson(result, std::cout);
+    } else {
+        printText(result, std::cout);
+    }
+    flushOutput();
+    return result.clean() ? kDone : kFaults;
+}
+
+}  // namespace lvp::tool

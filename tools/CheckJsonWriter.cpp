@@ -1,0 +1,67 @@
+#include "tools/CheckJsonWriter.h"
+
+#include "lumivard/platform/core/string/StringAlgorithm.h"
+#include "lumivard/platform/core/string/WideString.h"
+
+namespace lvp::tool {
+
+namespace {
+
+bool isControl(wchar_t character) {
+    return character < 0x20 || (character >= 0x7F && character < 0xA0);
+}
+
+/// A control character as \u and four digits.
+std::wstring escape(wchar_t character) {
+    constexpr wchar_t kDigits[] = L"0123456789abcdef";
+    return std::wstring(L"\\u00") + kDigits[(character >> 4) & 15] + kDigits[character & 15];
+}
+
+}  // namespace
+
+JsonWriter& JsonWriter::key(const std::string& name) {
+    separate();
+    quote(name);
+    _out << ':';
+    _keyed = true;
+    return *this;
+}
+
+void JsonWriter::value(const std::string& text) {
+    separate();
+    quote(text);
+}
+
+void JsonWriter::value(bool truth) {
+    separate();
+    _out << (truth ? "true" : "false");
+}
+
+void JsonWriter::begin(char bracket) {
+    separate();
+    _out << bracket;
+    _first = true;
+}
+
+void JsonWriter::end(char bracket) {
+    _out << bracket;
+    _first = false;
+}
+
+void JsonWriter::separate() {
+    if (!_first && !_keyed) _out << ',';
+    _first = false;
+    _keyed = false;
+}
+
+void JsonWriter::quote(const std::string& text) {
+    using namespace lumivard::platform::core::string;
+    std::wstring escaped;
+    for (const wchar_t character : StringAlgorithm::UTF8Decode(text.c_str())) {
+        if (character == L'"' || character == L'\\') escaped += L'\\';
+        escaped += isControl(character) ? escape(character) : std::wstring(1, character);
+    }
+    _out << '"' << WideString(escaped.c_str()).string() << '"';
+}
+
+}  // namespace lvp::tool
