@@ -33,3 +33,4 @@ lvp_kit_sources(lvp_store_contract
     StoreContract+Parts.cpp
     StoreContract+State.cpp)
 target_link_libraries(lvp_store_contract INTERFACE lvp_contract_stores $<INSTALL_INTERFACE:GTest::gtest>)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples/own_store DESTINATION ${CMAKE_INSTALL_DATADIR}/lvp_data/examples)

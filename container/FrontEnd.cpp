@@ -23,8 +23,8 @@ core::thread::Mutex _kMutex;
 
 void setUp(IDataStore* store) {
     if (store->extent() != 0) return;
-    store->version(kFreshVersion);  // before the record: with that the store is set up, whatever fails behind it
     const Record::Root root(store, kRootName);
+    store->version(kFreshVersion);
 }
 
 /// Whether the record at the top can hold children: a root, or the container or table of a document that had no root.

@@ -1,5 +1,7 @@
 #include "metadata/Item.h"
 
+#include <utility>
+
 #include "metadata/Ascent.h"
 #include "record/Entity.h"
 #include "record/Locale.h"
@@ -143,8 +145,8 @@ void Item::locale(unsigned int index, std::wstring& name, std::wstring& locale) 
 }
 
 void Item::save() {
-    if (_dirty && !_names.empty()) saveLocales();
-    _dirty = false;
+    if (!std::exchange(_dirty, false) || _names.empty()) return;
+    saveLocales();
 }
 
 unsigned int Item::duplicate(IDataStore* target) {

@@ -3,22 +3,24 @@
 #   scripts/fuzz.sh                        a short run: 30 seconds for `document`, 12 for each of the others
 #   scripts/fuzz.sh SECONDS                so long for each
 #   scripts/fuzz.sh SECONDS TARGET...      for these only: document, records, text, units, paths, pages
-# What is found is left in build/fuzz/crashes, and the script fails. The corpus in tests/fuzz is read and not changed;
+# LVP_FUZZ_PRESET=asan-ubsan takes the build of the tests under the address sanitizer, which is slower, but may be there.
+# What is found is left in build/PRESET/crashes, and the script fails. The corpus in tests/fuzz is read and not changed;
 # with FUZZ_KEEP=1 what covers something new is added to it.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/packages.sh
 
+preset=${LVP_FUZZ_PRESET:-fuzz}
 targets=(document records text units paths pages)
 seconds=${1:-}
 [ $# -le 1 ] || targets=("${@:2}")
 [ -n "$seconds" ] || declare -A short=([document]=30)
 
 install_packages "${build_packages[@]}" "${test_packages[@]}" "${sanitizer_packages[@]}"
-cmake --preset fuzz
-cmake --build --preset fuzz
+cmake --preset "$preset"
+cmake --build --preset "$preset" --target lvp_fuzz
 
-build=build/fuzz
+build=build/$preset
 corpus=tests/fuzz/corpus
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
@@ -61,7 +63,7 @@ for target in "${targets[@]}"; do
     [ "${FUZZ_KEEP:-}" != 1 ] || "$build/tests/fuzz/lvp_fuzz_$target" -merge=1 "$corpus/$target" "$work/$target" 2>/dev/null
 done
 [ "$failed" -eq 0 ] || {
-    echo "Keep what was found in build/fuzz/crashes under tests/fuzz/crashes/TARGET, where every build replays it."
-    echo "Once more: build/fuzz/tests/fuzz/lvp_fuzz_TARGET FILE"
+    echo "Keep what was found in $build/crashes under tests/fuzz/crashes/TARGET, where every build replays it."
+    echo "Once more: $build/tests/fuzz/lvp_fuzz_TARGET FILE"
     exit 1
 }

@@ -30,9 +30,7 @@ bool Element::set(Item& item, const char* text) {
     return true;
 }
 
-bool Element::close(Item&) {
-    return true;
-}
+void Element::close(Item&) {}
 
 bool Element::sub(const char* name, const char* const* attributes) {
     if (_mode != tMode::kNone) return false;

@@ -46,9 +46,8 @@ public:
     /// set.
     virtual bool set(Metadata::Item& item, const char* text);
 
-    /// The end of `item`, after its last text: what was gathered of it goes into the store. False when a part of that
-    /// was left out; `message` then says why.
-    virtual bool close(Metadata::Item& item);
+    /// The end of `item`, after its last text: what was gathered of it goes into the store.
+    virtual void close(Metadata::Item& item);
 
     /// Opens a sub-element. False when there is none of that name, or when one is still taken for open.
     virtual bool sub(const char* name, const char* const* attributes);

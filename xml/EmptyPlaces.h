@@ -1,27 +1,25 @@
 #pragma once
 
-#include <algorithm>
 #include <cstdint>
 
 namespace lumivard::platform::data {
 
-/// How much of the values of one document may be places that a `dim` reserves and no text fills. A few bytes can ask
-/// for gigabytes of them; without a bound a document would cost memory out of all proportion to its length.
+/// How much of the values of one document a `dim` may reserve before a text fills it. A few bytes can ask for
+/// gigabytes; without a bound a document would cost memory out of all proportion to its length.
 class EmptyPlaces {
 public:
-    /// The most of them in a document, in bytes.
-    static constexpr std::uint64_t kMost = std::uint64_t{64} << 20;
-
-    /// So many of each value are not counted: its record takes as much, whatever stands in it.
-    static constexpr std::uint64_t kUncounted = 256;
+    /// The most of them in a document, in bytes, beyond those that its texts have filled.
+    static constexpr std::uint64_t kMost = std::uint64_t{128} << 20;
 
     /// Takes so many bytes for one value. False, with nothing taken, when the document has no more.
     bool take(std::uint64_t bytes) {
-        const std::uint64_t counted = bytes - std::min(bytes, kUncounted);
-        if (counted > _left) return false;
-        _left -= counted;
+        if (bytes > _left) return false;
+        _left -= bytes;
         return true;
     }
+
+    /// A text has filled so many bytes of values, which may be such places.
+    void fill(std::uint64_t bytes) { _left += bytes; }
 
 private:
     std::uint64_t _left = kMost;

@@ -98,7 +98,7 @@ void XMLParsingLogic::notifyStartElement(const char* name, const char** attribut
     startTarget(name);
 }
 
-void XMLParsingLogic::notifyEndElement(const char* name) {
+void XMLParsingLogic::notifyEndElement(const char*) {
     if (_skipping) {
         if (--_skipDepth == 0) _skipping = false;
         return;
@@ -111,8 +111,7 @@ void XMLParsingLogic::notifyEndElement(const char* name) {
     } else {
         if (!_subSeen) top.element->set(*top.item, _text.c_str());
         _subSeen = false;
-        const Element& element = *top.element;
-        if (!pop()) tell(name, element.message());
+        pop();
     }
     clearText();
 }
@@ -166,22 +165,17 @@ Element* XMLParsingLogic::find(const char* name) const {
 void XMLParsingLogic::signal(const char* element, const std::wstring& message) {
     _skipping = true;
     _skipDepth = 1;
-    tell(element, message);
-}
-
-void XMLParsingLogic::tell(const char* element, const std::wstring& message) {
     if (!_reporter) return;
     const std::wstring line = StringAlgorithm::UTF8Decode(element) + L" : " + message;
     _reporter->located(_parser.line(), _parser.column());
     _reporter->report(line.c_str());
 }
 
-bool XMLParsingLogic::pop() {
+void XMLParsingLogic::pop() {
     const tOpen top = std::move(_stack.back());
     _stack.pop_back();
-    const bool whole = top.element->close(*top.item);
+    top.element->close(*top.item);
     if (top.owned) top.owned->save();  // here, since a destructor would keep to itself what the store says
-    return whole;
 }
 
 void XMLParsingLogic::clearText() {

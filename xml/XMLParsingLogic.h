@@ -63,17 +63,15 @@ private:
     void add(std::unique_ptr<Element> element);
     Element* find(const char* name) const;
 
-    /// Reports what is wrong with the element whose tag is being told.
-    void tell(const char* element, const std::wstring& message);
-    /// The same at a start tag, and skips the element.
+    /// Reports what is wrong with the element whose start tag is being told, and skips it.
     void signal(const char* element, const std::wstring& message);
 
     void startSub(const char* name, const char** attributes);
     void startTarget(const char* name);
     void startNested(const char* name, Element& element, std::unique_ptr<Metadata::Item> item);
     void push(Element& element, std::unique_ptr<Metadata::Item> item);
-    /// Closes the innermost open item; false when a part of it was left out, of which its element has the message.
-    bool pop();
+    /// Closes the innermost open item.
+    void pop();
     void clearText();
 
     IDataStore* _store;

@@ -4,11 +4,10 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
-#include <utility>
 #include <vector>
 
 #include "lumivard/platform/core/string/StringAlgorithm.h"
-#include "record/Primitive.h"
+#include "record/Base.h"
 #include "xml/Scalar.h"
 #include "xml/Tokens.h"
 #include "xml/ValueElements.h"
@@ -73,14 +72,12 @@ std::unique_ptr<Item> XMLPrimitive::open(const char* const* attributes) {
 
     const char* dim = find("dim", attributes);
     const unsigned int count = dim ? Scalar::scanCount(dim) : 0;
-    _reserved = 0;
-    _refused = false;
     if (schema) {
         openStruct(*primitive, schema, count);
     } else if (const unsigned int fixed = fixedCount(_type)) {
         primitive->reset(fixed);  // refused where a URI stands in place of the values
     } else {
-        reserve(*primitive, std::uint64_t{count} * Primitive::stride(_type));
+        reserve(*primitive, count);
     }
     return primitive;
 }
@@ -115,39 +112,19 @@ bool XMLPrimitive::set(Item& item, const char* text) {
     return false;
 }
 
-bool XMLPrimitive::close(Item& item) {
-    auto& primitive = static_cast<Primitive&>(item);
-    if (!makePlaces(primitive)) _refused = true;
-    if (_value) {
-        const std::vector<char> value = std::move(*_value);
-        _value.reset();
-        const std::size_t count = value.size() / Primitive::stride(_type);
-        if (count <= std::numeric_limits<unsigned int>::max()) {
-            primitive.set(value.data(), 0, static_cast<unsigned int>(count));
-        }
-    }
-    return !std::exchange(_refused, false);
+void XMLPrimitive::close(Item& item) {
+    if (!_value) return;
+    const std::vector<char> value = std::move(*_value);
+    _value.reset();
+    const std::size_t count = value.size() / Primitive::stride(_type);
+    if (count > std::numeric_limits<unsigned int>::max()) return;
+    static_cast<Primitive&>(item).set(value.data(), 0, static_cast<unsigned int>(count));
 }
 
-void XMLPrimitive::reserve(const Primitive& primitive, std::uint64_t bytes) {
-    constexpr std::uint64_t kLargest = std::numeric_limits<unsigned int>::max() - Record::Primitive::kFixed;
-    if (primitive.uri() || bytes > kLargest) return;  // no values, or none that a record could hold
-    _reservedFor = primitive.offset();
-    _reserved = bytes;
-}
-
-bool XMLPrimitive::makePlaces(const Primitive& primitive) {
-    // Where the name was taken already, another primitive is open than the one that was made.
-    const std::uint64_t wanted = std::exchange(_reserved, 0);
-    if (wanted == 0 || primitive.offset() != _reservedFor) return true;
-    std::vector<char>& bytes = value(primitive);
-    if (wanted <= bytes.size()) return true;
-    if (!_empty || !_empty->take(wanted - bytes.size())) {
-        _message = L"'dim' reserves more than a document may leave empty";
-        return false;
-    }
-    bytes.resize(wanted);
-    return true;
+void XMLPrimitive::reserve(Primitive& primitive, std::uint64_t count) {
+    if (count == 0 || count > std::numeric_limits<unsigned int>::max() || primitive.uri()) return;
+    if (_empty && !_empty->take(count * Primitive::stride(_type))) return;
+    primitive.reset(static_cast<unsigned int>(count));
 }
 
 void XMLPrimitive::setText(const Primitive& primitive, const char* text, bool piece) {
@@ -155,7 +132,6 @@ void XMLPrimitive::setText(const Primitive& primitive, const char* text, bool pi
     const auto* bytes = reinterpret_cast<const char*>(wide.c_str());
     const std::size_t size = (wide.size() + 1) * sizeof(wchar_t);
     if (!piece) return overlay(primitive, bytes, size);
-    if (!makePlaces(primitive)) _refused = true;
     std::vector<char>& run = value(primitive);
     run.insert(run.end(), bytes, bytes + size);
 }
@@ -193,6 +169,7 @@ void XMLPrimitive::overlay(const Primitive& primitive, const void* data, std::si
     std::vector<char>& bytes = value(primitive);
     if (bytes.size() < size) bytes.resize(size);
     std::memcpy(bytes.data(), data, size);
+    if (_empty) _empty->fill(size);
 }
 
 }  // namespace lumivard::platform::data

@@ -22,8 +22,8 @@ class ISchemaLocator;
 /// XMLPrimitive+Struct.cpp.
 class XMLPrimitive final : public Element {
 public:
-    /// `locator` is for structs alone. `empty` is what the document that is read may reserve; without it no `dim`
-    /// reserves anything. Neither is owned, both may be null.
+    /// `locator` is for structs alone. `empty` is what the document that is read may reserve; without it there is no
+    /// bound. Neither is owned, both may be null.
     XMLPrimitive(IDataStore* store, metadata::tValue kind, metadata::ISchemaLocator* locator,
                  EmptyPlaces* empty = nullptr)
         : Element(store), _type(kind), _locator(locator), _empty(empty) {}
@@ -41,9 +41,8 @@ public:
     /// in the record is dropped whole.
     bool set(Metadata::Item& item, const char* text) override;
 
-    /// Stores the value whose texts have come in: once, since each change of a value rewrites its record. Here and not
-    /// at the start tag the places that `dim` reserves are made too, since only those count that no text has filled.
-    bool close(Metadata::Item& item) override;
+    /// Stores the value whose texts have come in: once, since each change of a value rewrites its record.
+    void close(Metadata::Item& item) override;
 
     bool serialize(Metadata::Item& item, core::xml::XMLSerializer& serializer) override;
 
@@ -57,12 +56,8 @@ private:
     void setNumbers(const tPrimitive& primitive, std::string_view text);
     void setStructs(const tPrimitive& primitive, std::string_view text);
 
-    /// Notes how many bytes the value of a primitive that was just made is to have at least.
-    void reserve(const tPrimitive& primitive, std::uint64_t bytes);
-
-    /// Makes the open primitive's value as long as was noted. False, with the value as it is, when that is more than
-    /// the document may have.
-    bool makePlaces(const tPrimitive& primitive);
+    /// Makes places for `count` values, zeros, in a primitive that has none; none where the document has no more.
+    void reserve(tPrimitive& primitive, std::uint64_t count);
 
     /// The bytes of the open primitive's value as they will be stored, to be changed; at first those that are stored
     /// now.
@@ -78,10 +73,7 @@ private:
     metadata::tValue _type;
     metadata::ISchemaLocator* _locator;
     EmptyPlaces* _empty;
-    std::optional<std::vector<char>> _value;             ///< of the open primitive, once a text has changed it
-    unsigned int _reservedFor = Metadata::Item::BADOFF;  ///< the record of the primitive that was made last
-    std::uint64_t _reserved = 0;                         ///< the bytes that its value is to have, until they are made
-    bool _refused = false;                               ///< the document may not have so many
+    std::optional<std::vector<char>> _value;  ///< of the open primitive, once a text has changed it
 };
 
 }  // namespace lumivard::platform::data

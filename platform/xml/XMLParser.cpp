@@ -131,13 +131,12 @@ private:
     }
 
     /// Expat looks at a tag or comment that is not whole again from its beginning with each block. So that a long one
-    /// costs time in proportion to its length, a block is as long as what waits to become whole, up to the longest that
-    /// is taken.
+    /// costs time in proportion to its length, a block is as long as what waits to become whole.
     int blockSize() const {
         const XML_Index done = XML_GetCurrentByteIndex(_parser.get());
         const XML_Index waiting = done < 0 ? 0 : _fed - done;
         if (waiting >= kLongestTag) fail("a tag, comment or instruction is too long");
-        return static_cast<int>(std::min(std::max(waiting, kLeastBlock), kLongestTag - waiting));
+        return static_cast<int>(std::max(waiting, kLeastBlock));
     }
 
     [[noreturn]] void failParsing() const {

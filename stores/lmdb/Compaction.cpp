@@ -17,6 +17,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr mode_t kPrivate = 0600;                      // until it is known who else may read it
 constexpr std::size_t kBatch = std::size_t{16} << 20;  // bytes of records in one transaction, all of which is in memory
 
 /// Writes records by rising offset to the environment of a new file, and the header behind them.
@@ -25,6 +26,9 @@ public:
     explicit Copy(const lmdb::Environment& environment) : _environment(environment) { _begin(); }
 
     void add(std::uint64_t key, std::span<const std::byte> contents) {
+        if (contents.size() > LmdbEngine::kLongest) {
+            throw EngineError("record " + std::to_string(key) + " is too long for the newest format");
+        }
         lmdb::check(lmdb::put(_transaction, _records, key, contents, header::kFormat, MDB_APPEND));
         _pending += contents.size();
         if (_pending < kBatch) return;
@@ -64,26 +68,31 @@ void copyRecords(LmdbEngine& source, const FileReport& report, const fs::path& t
     copy.finish(source.header());
 }
 
-// The owner too, as far as the process may give files away.
+// The owner too, as far as the process may give files away. Rights of a group that it cannot name go to no other.
 void copyRights(int from, int to) {
+    constexpr mode_t kRights = 0777;
+    constexpr mode_t kOfGroup = 0070;
+    constexpr auto kSameOwner = static_cast<uid_t>(-1);
     struct stat status = {};
-    if (::fstat(from, &status) != 0 || ::fchmod(to, status.st_mode & 07777) != 0)
-        throw EngineError(systemReason(errno));
-    if (::fchown(to, status.st_uid, status.st_gid) == 0) ::fchmod(to, status.st_mode & 07777);
+    if (::fstat(from, &status) != 0) throw EngineError(systemReason(errno));
+    const bool given = ::fchown(to, status.st_uid, status.st_gid) == 0 || ::fchown(to, kSameOwner, status.st_gid) == 0;
+    const mode_t rights = status.st_mode & kRights & (given ? kRights : ~kOfGroup);
+    if (::fchmod(to, rights) != 0) throw EngineError(systemReason(errno));
 }
 
 }  // namespace
 
 void compactStoreFile(const fs::path& path, LmdbEngine::Settings settings) {
     const fs::path real = realPath(path);
-    if (!fs::exists(real)) throw EngineError("there is no such file");
+    std::error_code error;
+    if (!fs::exists(real, error)) throw EngineError("there is no such file");
     LmdbEngine source(real, tMode::kWrite, settings);
     const FileReport report = source.verify(true);
     lmdb::requireSound(report);
     source.file().takeAlone();  // to say so before the work, should there be readers
     source.file().share();
 
-    NewFile copy(real.parent_path());
+    NewFile copy(real.parent_path(), kPrivate);
     copyRecords(source, report, copy.path());
     copyRights(source.file().descriptor(), copy.descriptor());
     copy.makeDurable();

@@ -3,12 +3,16 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
+#include <cstddef>
 #include <string>
 
 #include "stores/core/Failure.h"
 #include "stores/engine/EngineError.h"
 #include "stores/lmdb/FileDescriptor.h"
+#include "stores/lmdb/PageFormat.h"
+#include "stores/lmdb/PageReader.h"
 #include "stores/lmdb/StoredValue.h"
 
 namespace lumivard::platform::stores::lmdb {
@@ -38,6 +42,15 @@ std::string reason(int status) {
     }
 }
 
+// Whether a file that has the name of a lock file is a store. What else it may hold is what a lock file may hold after
+// the machine has died.
+bool isStoreFile(int descriptor) {
+    std::array<std::byte, page::kMetaEnd> bytes{};
+    if (!PageReader(descriptor).read(0, bytes)) return false;
+    const page::Meta meta = page::meta(bytes);
+    return meta.page == 0 && meta.flags == page::kMeta && meta.magic == page::kMagic;
+}
+
 }  // namespace
 
 void check(int status) {
@@ -56,11 +69,13 @@ Environment openEnvironment(const std::filesystem::path& path, unsigned int flag
 
 void reserveLockFile(const std::filesystem::path& path) {
     const std::string name = path.string() + "-lock";
-    const FileDescriptor descriptor(::open(name.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, kFileMode));
+    const std::string shown = std::filesystem::path(name).filename().string();
+    const FileDescriptor descriptor(::open(name.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, kFileMode));
     if (!descriptor) {
-        if (errno != EROFS && errno != EACCES) check(errno);
-        return;
+        if (errno == EROFS) return;
+        throw EngineError("its lock file \"" + shown + "\" cannot be opened for writing: " + systemReason(errno));
     }
+    if (isStoreFile(descriptor.get())) throw EngineError("its lock file would be \"" + shown + "\", which is a store");
     // Not posix_fallocate(): where the system cannot do it, that one writes, and others may be at work in the file.
     const int error = ::fallocate(descriptor.get(), 0, 0, kLockFile) == 0 ? 0 : errno;
     if (error != EOPNOTSUPP && error != ENOSYS && error != EINTR) check(error);

@@ -33,8 +33,8 @@ void check(int status);
 Environment openEnvironment(const std::filesystem::path& path, unsigned int flags, std::size_t mapSize);
 
 /// Makes the lock file beside `path` and gives it its blocks. LMDB maps it into memory and lets it grow without: on a
-/// disk that is full, writing there would end the process. Throws `EngineError` when there is no room. Where it cannot
-/// be made for another reason, opening the environment tells. The process must not have the environment open yet.
+/// disk that is full, writing there would end the process. Throws `EngineError` when there is no room, when it cannot
+/// be written, and when the file of that name is a store. The process must not have the environment open yet.
 void reserveLockFile(const std::filesystem::path& path);
 
 /// Begins a transaction; `flags` is 0 or MDB_RDONLY.

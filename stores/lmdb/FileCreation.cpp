@@ -12,6 +12,7 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr std::size_t kMapSize = 1 << 20;  // for the header alone
+constexpr mode_t kFileMode = 0666;
 
 void layOut(const fs::path& path) {
     const auto environment = lmdb::openEnvironment(path, MDB_NOLOCK, kMapSize);  // nobody else knows the file
@@ -36,11 +37,13 @@ void putHeader(const lmdb::Transaction& transaction, MDB_dbi records, const Engi
 }
 
 void createStoreFile(const fs::path& path, std::optional<long> fileSystem) {
-    NewFile file(path.parent_path());
+    NewFile file(path.parent_path(), kFileMode);
     refuseNetwork(file.descriptor(), fileSystem);
     layOut(file.path());
     file.makeDurable();
-    if (file.rename(path)) NewFile::makeNamesDurable(path.parent_path());
+    file.rename(path);
+    NewFile::makeNamesDurable(
+        path.parent_path());  // of whoever was faster, too: that one may be gone before it does so
 }
 
 }  // namespace lumivard::platform::stores

@@ -42,10 +42,11 @@ bool isNameOf(const std::filesystem::path& path, const struct stat& file) {
 /// replacing, a new store has both names for a moment.
 void removeFirstName(const std::filesystem::path& path, const struct stat& file) {
     std::error_code error;
-    for (const auto& entry : std::filesystem::directory_iterator(path.parent_path(), error)) {
-        const std::string name = entry.path().filename().string();
-        if (name.starts_with(".lvp-store-") && name.ends_with(".new") && isNameOf(entry.path(), file)) {
-            ::unlink(entry.path().c_str());
+    std::filesystem::directory_iterator entry(path.parent_path(), error);
+    for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+        const std::string name = entry->path().filename().string();
+        if (name.starts_with(".lvp-store-") && name.ends_with(".new") && isNameOf(entry->path(), file)) {
+            ::unlink(entry->path().c_str());
         }
     }
 }

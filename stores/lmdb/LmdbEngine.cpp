@@ -25,7 +25,7 @@ constexpr unsigned long long kSmallestMap = 1ULL << 30;  // address space, not m
 
 std::size_t firstMapSize(const LmdbEngine::Settings& settings, unsigned long long fileSize) {
     if (settings.mapSize != 0) return settings.mapSize;
-    return static_cast<std::size_t>(std::max(kSmallestMap, fileSize * 4));
+    return static_cast<std::size_t>(std::max(kSmallestMap, std::min(fileSize, kSmallestMap << 16) * 4));
 }
 
 fs::path findOrCreate(const fs::path& path, tMode mode, std::optional<long> fileSystem) {
@@ -58,6 +58,7 @@ LmdbEngine::LmdbEngine(const fs::path& path, tMode mode, const Settings& setting
     int dead = 0;
     lmdb::check(mdb_reader_check(_environment.get(), &dead));  // processes that died reading hold no space any more
     _beginReading();
+    _requireOwnLockFile();
     if (settings.verify) lmdb::requireSound(verify(false));
     _openDatabase();
 }
@@ -173,6 +174,23 @@ void LmdbEngine::_beginReading() {
     lmdb::check(status);
     _snapshot.reset(made);
     _told = mdb_txn_id(made);
+}
+
+// LMDB finds the newest state by the number in the lock file. Where a file was put in the place of another that
+// somebody still has open, that number is the other's: to go on would lose what was flushed here.
+void LmdbEngine::_requireOwnLockFile() {
+    constexpr int kMostTries = 100;
+    const bool reads = _mode == tMode::kRead;
+    if (!reads) {
+        lmdb::begin(_environment, 0);  // a writer that died may have left the number behind: LMDB sets it right
+        _renew();
+    }
+    for (int tries = 0; tries < kMostTries; ++tries) {
+        if (lmdb::knowsTransaction(_file->descriptor(), mdb_txn_id(_snapshot.get()), reads)) return;
+        if (!reads) break;
+        _renew();  // two commits may have come meanwhile
+    }
+    throw EngineError("another file that had its name before is still open somewhere");
 }
 
 void LmdbEngine::_openDatabase() {

@@ -51,14 +51,15 @@ public:
     /// A reader moves to the last commit of the writer. A writer has no news: nobody else commits.
     std::optional<News> guardTaken() override;
 
-private:
-    // What LMDB takes for a value, less what stands behind a record.
+    /// What LMDB takes for a value, less what stands behind a record.
     static constexpr unsigned int kLongest = UINT32_MAX - storedValue::kChecksum;
 
+private:
     void _requireUsable() const;
     std::optional<std::span<const std::byte>> _get(std::uint64_t key) const;
     int _write(const Batch& batch);
     void _beginReading();
+    void _requireOwnLockFile();
     void _openDatabase();
     void _renew();
     void _growMap();

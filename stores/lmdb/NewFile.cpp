@@ -14,8 +14,6 @@
 namespace lumivard::platform::stores {
 namespace {
 
-constexpr mode_t kFileMode = 0666;  // less what the process's umask takes away
-
 [[noreturn]] void fail(int error) {
     throw EngineError("it could not be created: " + systemReason(error));
 }
@@ -26,12 +24,12 @@ void flush(int descriptor) {
 
 }  // namespace
 
-NewFile::NewFile(const std::filesystem::path& folder) {
+NewFile::NewFile(const std::filesystem::path& folder, mode_t mode) {
     static std::atomic<unsigned int> number{0};
     do {
         const std::string name = ".lvp-store-" + std::to_string(::getpid()) + "-" + std::to_string(++number) + ".new";
         _path = folder / name;
-        _descriptor = FileDescriptor(::open(_path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, kFileMode));
+        _descriptor = FileDescriptor(::open(_path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, mode));
     } while (!_descriptor && errno == EEXIST);
     if (!_descriptor) fail(errno);
 }
@@ -50,7 +48,7 @@ bool NewFile::rename(const std::filesystem::path& name) {
         return true;
     }
     // Some file systems cannot rename without replacing. A second name, with the first removed after, does the same.
-    if (errno == EINVAL && ::link(_path.c_str(), name.c_str()) == 0) return true;
+    if ((errno == EINVAL || errno == ENOSYS) && ::link(_path.c_str(), name.c_str()) == 0) return true;
     if (errno == EEXIST) return false;
     fail(errno);
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <filesystem>
 
 #include "stores/lmdb/FileDescriptor.h"
@@ -12,8 +14,8 @@ namespace lumivard::platform::stores {
 /// Throws `EngineError`.
 class NewFile {
 public:
-    /// Makes an empty file in a folder.
-    explicit NewFile(const std::filesystem::path& folder);
+    /// Makes an empty file in a folder, with the rights of `mode` less what the process's umask takes away.
+    NewFile(const std::filesystem::path& folder, mode_t mode);
     ~NewFile();
     NewFile(const NewFile&) = delete;
     NewFile& operator=(const NewFile&) = delete;

@@ -8,7 +8,7 @@ namespace lumivard::platform::stores::lmdb {
 namespace {
 
 constexpr std::uint64_t kFirstPage = 2;
-constexpr std::size_t kDeepest = 20;  // levels: with the fewest nodes a page, more records than there are offsets
+constexpr std::size_t kDeepest = 20;  // levels; LMDB's pages hold far more than the two nodes that a branch must have
 
 std::string pageName(std::uint64_t number) {
     return "page " + std::to_string(number);
@@ -109,7 +109,8 @@ std::uint64_t PageVerifier::_keyAt(const Frame& frame, std::size_t index) const 
     return page::number<std::uint64_t>(frame.bytes, _nodeAt(frame, index) + page::kNodeHeader);
 }
 
-// Sets how many nodes there are. Each of them must lie behind the free space, inside the page, and on no other.
+// Sets how many nodes there are. They must cover what lies behind the free space, each byte once: LMDB reckons with the
+// space that `upper` leaves, and splits a page that looks full though it holds two nodes.
 bool PageVerifier::_soundNodes(Frame& frame, bool leaf) {
     const std::size_t size = frame.bytes.size();
     const std::size_t lower = page::number<std::uint16_t>(frame.bytes, page::kLowerAt);
@@ -125,12 +126,15 @@ bool PageVerifier::_soundNodes(Frame& frame, bool leaf) {
         if (at < upper || at % 2 != 0 || size - std::min(at, size) < page::kNodeHeader) return false;
         const std::uint64_t length = _soundLength(frame, index, leaf);
         if (length == 0 || length > size - at) return false;
-        places.emplace_back(at, at + static_cast<std::size_t>(length));
+        places.emplace_back(at, at + static_cast<std::size_t>(length + length % 2));
     }
     std::sort(places.begin(), places.end());
-    const auto overlap = std::adjacent_find(places.begin(), places.end(),
-                                            [](const auto& a, const auto& b) { return a.second > b.first; });
-    return overlap == places.end();
+    std::size_t end = upper;
+    for (const auto& [from, to] : places) {
+        if (from != end) return false;
+        end = to;
+    }
+    return end == size;
 }
 
 // How many bytes a node takes; 0 for one that no store file has. The first key of a branch stands for all that is

@@ -17,6 +17,9 @@ constexpr std::uint32_t kSmallestPage = 512;
 constexpr std::uint32_t kLargestPage = 32768;
 constexpr std::uint64_t kFirstPage = 2;  // behind the metas
 
+// LMDB counts on, and has its own uses for the numbers at the end.
+constexpr std::uint64_t kMostTransactions = std::uint64_t{1} << 63;
+
 std::string text(std::uint64_t number) {
     return std::to_string(number);
 }
@@ -79,7 +82,8 @@ bool PageVerifier::_soundMeta(const page::Meta& meta, std::uint64_t index) {
     return meta.page == index && meta.flags == page::kMeta && meta.magic == page::kMagic &&
            meta.version == page::kVersion && std::has_single_bit(size) && size >= kSmallestPage &&
            size <= kLargestPage && size == (index == 0 ? size : _metas[0].pageSize()) &&
-           (meta.transaction == 0 || meta.transaction % 2 == index) && meta.lastPage >= kFirstPage - 1;
+           (meta.transaction == 0 || meta.transaction % 2 == index) && meta.transaction < kMostTransactions &&
+           meta.lastPage >= kFirstPage - 1;
 }
 
 bool PageVerifier::isShort() const {
@@ -202,7 +206,7 @@ void PageVerifier::_freeList(const Leaf& leaf) {
     };
     std::vector<std::uint64_t> list(leaf.node.size / sizeof(std::uint64_t));
     if (list.empty() || leaf.node.size % sizeof(std::uint64_t) != 0) return wrong("has an odd length");
-    if (leaf.key > _meta.transaction) return wrong("is of the future");
+    if (leaf.key == 0 || leaf.key > _meta.transaction) return wrong("is of no transaction that there was");
     if (!_file.read(leaf.position, std::as_writable_bytes(std::span(list)))) return wrong("lies behind the file's end");
     const std::uint64_t count = list.front();
     if (count > list.size() - 1) return wrong("is shorter than it says");

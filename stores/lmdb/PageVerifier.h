@@ -33,6 +33,9 @@ public:
     /// Takes the meta of one transaction instead of the newer one. False when neither is of it any more.
     bool useTransaction(std::uint64_t transaction);
 
+    /// The transaction of the meta that was taken.
+    std::uint64_t transaction() const { return _meta.transaction; }
+
     /// Whether the file ends before the last page that the meta counts. That may be in order, when the pages behind the
     /// end are free and were never written; only `verifyAll` can tell.
     bool isShort() const;

@@ -8,10 +8,11 @@ namespace lumivard::platform::stores::lmdb {
 
 namespace {
 
+constexpr int kMostTries = 5;
+
 // A writer may change pages between two reads of them: only a fault that is found again and again is there.
 template <class Examine>
 FileReport examineAgain(int descriptor, Examine examine) {
-    constexpr int kMostTries = 5;
     for (int tries = 1;; ++tries) {
         PageVerifier verifier{PageReader(descriptor)};
         if (verifier.readMetas()) examine(verifier);
@@ -30,12 +31,26 @@ FileReport verifyNewest(int descriptor, bool values) {
 }
 
 std::optional<FileReport> verifyAll(int descriptor, std::uint64_t transaction, bool values) {
-    PageVerifier verifier{PageReader(descriptor)};
-    if (verifier.readMetas()) {
-        if (!verifier.useTransaction(transaction)) return std::nullopt;
-        verifier.verifyAll(values);
+    for (int tries = 1;; ++tries) {
+        PageVerifier verifier{PageReader(descriptor)};
+        if (verifier.readMetas()) {
+            if (!verifier.useTransaction(transaction)) return std::nullopt;
+            verifier.verifyAll(values);
+        } else if (tries < kMostTries) {
+            continue;  // a writer may have changed one of them meanwhile
+        }
+        return verifier.report();
     }
-    return verifier.report();
+}
+
+bool knowsTransaction(int descriptor, std::uint64_t transaction, bool older) {
+    for (int tries = 1;; ++tries) {
+        PageVerifier verifier{PageReader(descriptor)};
+        if (verifier.readMetas()) {
+            return older ? verifier.useTransaction(transaction) : verifier.transaction() == transaction;
+        }
+        if (tries == kMostTries) requireSound(verifier.report());
+    }
 }
 
 bool isShort(const FileReport& report) {

@@ -271,6 +271,14 @@ TEST_F(FileRefusal, ADamagedHeaderIsRefused) {
     }
 }
 
+TEST_F(FileRefusal, AStoreInThePlaceOfTheLockFileIsLeftAlone) {
+    create(*file(folder / "a.lvp-lock", tMode::kWrite), "mine");
+    const std::string before = bytesOf(folder / "a.lvp-lock");
+    EXPECT_EQ(messageOf<StoreError>([&] { file(path(), tMode::kWrite); }),
+              sentence("its lock file would be \"a.lvp-lock\", which is a store"));
+    EXPECT_TRUE(bytesOf(folder / "a.lvp-lock") == before);
+}
+
 // --- Places
 
 TEST(NetworkFileSystem, IsKnownByTheNumbersOfTheSystem) {

@@ -424,6 +424,34 @@ TEST_F(FileSharing, AChildThatClosesTheHandleOfItsParentLeavesThatInOrder) {
     EXPECT_EQ(contents(*open(), 0), "a");
 }
 
+// --- A file in the place of another
+
+TEST_F(FileSharing, AFileThatReplacedAnotherIsRefusedWhileThatIsStillOpen) {
+    {
+        const auto store = open(tMode::kWrite);
+        for (int flush = 0; flush < 7; ++flush) {
+            create(*store, "old");
+            store->flush();
+        }
+    }
+    ChildProcess reader([&](const Line& line) {
+        const auto store = open(tMode::kRead);
+        line.tell(1);
+        line.hear();
+        return 0;
+    });
+    EXPECT_EQ(reader.hear(), 1U);
+    create(*file(folder / "new.lvp", tMode::kWrite), "new");
+    std::filesystem::rename(folder / "new.lvp", path());
+    for (const tMode mode : {tMode::kWrite, tMode::kRead}) {
+        EXPECT_THAT(messageOf<StoreError>([&] { open(mode); }),
+                    testing::HasSubstr("another file that had its name before"));
+    }
+    reader.tell(1);
+    EXPECT_EQ(reader.wait(), 0);
+    EXPECT_EQ(contents(*open(tMode::kWrite), 0), "new");
+}
+
 // --- Limits of the process
 
 TEST_F(FileSharing, WhenAddressSpaceRunsOutTheFlushFailsAndReadingGoesOn) {

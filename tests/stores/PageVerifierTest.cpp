@@ -167,6 +167,31 @@ TEST_F(PageVerifier, FindsOddFreeSpaceAndTooManyNodes) {
                 Contains("container.page"));
 }
 
+TEST_F(PageVerifier, FindsGapsBetweenNodes) {
+    const auto wider = [](Pages& pages) {
+        const std::size_t root = pages.root();
+        pages.put(root + page::kUpperAt, pages.get<std::uint16_t>(root + page::kLowerAt));
+    };
+    EXPECT_THAT(found(wider), Contains("container.page")) << "a page of two nodes must not look full";
+}
+
+TEST_F(PageVerifier, FindsTransactionsThatCannotBe) {
+    const auto far = [](Pages& pages) {
+        for (const std::uint64_t index : {0, 1}) {
+            pages.put<std::uint64_t>(index * Pages::kSize + page::kMetaEnd - 8, ~std::uint64_t{0} - 1 + index);
+        }
+    };
+    EXPECT_THAT(found(far), ElementsAre("container.meta"));
+}
+
+TEST_F(PageVerifier, FindsAListOfFreePagesOfNoTransaction) {
+    const auto none = [](Pages& pages) {
+        const std::size_t leaf = pages.newest().free.root * Pages::kSize;
+        pages.put<std::uint64_t>(pages.node(leaf, 0) + 8, 0);
+    };
+    EXPECT_THAT(found(none), Contains("container.free"));
+}
+
 TEST_F(PageVerifier, FindsAReferenceBehindTheLastPage) {
     EXPECT_THAT(found([](Pages& pages) { pages.put<std::uint32_t>(pages.node(pages.root(), 1), 1 << 30); }),
                 Contains("container.page"));

@@ -8,9 +8,11 @@
 #include "tests/fault/calls/AllocationFault.h"
 #include "tests/fault/calls/Trial.h"
 #include "tests/support/Campaign.h"
+#include "tests/support/Sanitized.h"
 
 namespace {
 
+using namespace lumivard::platform::test_support;
 using namespace lumivard::platform::test_support::fault;
 using lumivard::platform::test_support::effort;
 using testing::IsEmpty;
@@ -27,11 +29,12 @@ protected:
     }
 
     /// Behind the first ten requests every third is tried, unless the environment says otherwise; in memory each, where
-    /// only one fails.
+    /// only one fails. A sanitizer takes a tenth of them.
     static long long stride() {
-        static const auto told = static_cast<long long>(effort("LVP_ALLOCATIONS_STRIDE", 3));
+        static const auto told = static_cast<long long>(effort("LVP_ALLOCATIONS_STRIDE", kSanitized ? 30 : 3));
         return told;
     }
+    static constexpr long long kFirstStride = kSanitized ? 10 : 1;
 
     ~Allocations() override { RecordProperty("failures", std::to_string(_failures)); }
 
@@ -41,7 +44,7 @@ private:
 
 TEST_P(Allocations, ThatFailAreAnExceptionAndLeaveAllSound) {
     static const Ground ground(tKind::kMemory);
-    failAtEach(ground, true, 1);
+    failAtEach(ground, true, kFirstStride);
     failAtEach(ground, false, stride());
 }
 

@@ -8,9 +8,11 @@
 #include "tests/fault/calls/CallFault.h"
 #include "tests/fault/calls/Trial.h"
 #include "tests/support/Campaign.h"
+#include "tests/support/Sanitized.h"
 
 namespace {
 
+using namespace lumivard::platform::test_support;
 using namespace lumivard::platform::test_support::fault;
 using lumivard::platform::store_contract::FailingStore;
 using lumivard::platform::test_support::effort;
@@ -73,17 +75,18 @@ private:
 };
 
 /// One call that fails is tried at each place in memory. For the rest every third place behind the first ten is,
-/// unless the environment says otherwise.
+/// unless the environment says otherwise. A sanitizer takes a seventh of them.
 TEST_P(Calls, PassOnWhatTheStoreThrowsAndStaySound) {
-    static const auto stride = static_cast<long long>(effort("LVP_CALLS_STRIDE", 3));
+    static const auto stride = static_cast<long long>(effort("LVP_CALLS_STRIDE", kSanitized ? 20 : 3));
+    constexpr long long first = kSanitized ? 7 : 1;
     const bool inMemory = GetParam().kind == tKind::kMemory;
     using tTimes = FailingStore::tTimes;
     using tAccess = FailingStore::tAccess;
     // That one change fails and all others pass is among the cases of the first.
-    failAtEach(FailingStore::kAllCalls, tTimes::kOnce, tAccess::kHidden, inMemory ? 1 : stride);
+    failAtEach(FailingStore::kAllCalls, tTimes::kOnce, tAccess::kHidden, inMemory ? first : stride);
     failAtEach(FailingStore::kAllCalls, tTimes::kForEver, tAccess::kHidden, stride);
     failAtEach(FailingStore::kChanges, tTimes::kForEver, tAccess::kHidden, stride);
-    if (inMemory) failAtEach(FailingStore::kPartRead, tTimes::kOnce, tAccess::kOffered, 1);
+    if (inMemory) failAtEach(FailingStore::kPartRead, tTimes::kOnce, tAccess::kOffered, first);
     RecordProperty("failures", std::to_string(failures()));
 }
 

@@ -6,6 +6,7 @@
 #include "tests/fault/calls/Demo.h"
 #include "tests/fault/calls/EachRequest.h"
 #include "tests/support/Campaign.h"
+#include "tests/support/Sanitized.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace {
@@ -28,7 +29,7 @@ protected:
         whole->run(file);
         const long long all = allocations::requests();
         allocations::goOn();
-        const auto usual = static_cast<std::uint64_t>(std::max<long long>(1, all / 60));
+        const auto usual = static_cast<std::uint64_t>(std::max<long long>(1, all / (kSanitized ? 12 : 60)));
         return static_cast<long long>(effort("LVP_DEMO_ALLOCATIONS_STRIDE", usual));
     }
 

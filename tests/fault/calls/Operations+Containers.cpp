@@ -50,7 +50,12 @@ std::vector<tOperation> containerOperations() {
         {"IContainerFrontEnd::toplevel(IDataStore* store, WideString name)", "ToplevelMakesAGroup", L"main:robot",
          [](World& w) { return said(IContainerFrontEnd::toplevel(w.main(), L"robot")); }},
         {"IContainerFrontEnd::toplevel(IDataStore* store, WideString name)", "ToplevelSetsAStoreUp", L"empty:",
-         [](World& w) { return said(IContainerFrontEnd::toplevel(w.stores[kEmpty], kNoName)); }},
+         [](World& w) { return said(IContainerFrontEnd::toplevel(w.stores[kEmpty], kNoName)); }, nullptr,
+         // A set-up that failed behind its root has set the store up, and leaves its version 0.
+         [](World& w) {
+             w.stores[kEmpty]->version(IContainerFrontEnd::version());
+             return said(IContainerFrontEnd::toplevel(w.stores[kEmpty], kNoName));
+         }},
         {"IContainerFrontEnd::find(IDataStore* store, WideString name)", "Find", nullptr,
          [](World& w) { return said(IContainerFrontEnd::find(w.main(), L"top.group.second")); }},
 

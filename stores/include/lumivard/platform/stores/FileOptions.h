@@ -9,8 +9,8 @@ struct FileOptions {
     /// trusted. The file must not be changed by others meanwhile, but by a writer through this library.
     bool verify = false;
 
-    /// Opens files on network file systems too. Only one machine at a time may then have the file open, and nobody sees
-    /// to it: two writers destroy the file.
+    /// Opens files on network file systems too. Only one process, of one machine, may then have the file open, and
+    /// nobody sees to it: two writers destroy the file.
     bool network = false;
 };
 

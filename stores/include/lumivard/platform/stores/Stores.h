@@ -61,7 +61,8 @@ LVP_EXPORT std::unique_ptr<IDataStore> memory();
 /// by a newer version or on a machine with another byte order or width of `wchar_t`; a second handle on one file in a
 /// process; a second process that wants to write (at once, without waiting; a dead process is in nobody's way); a file
 /// with several names (hard links); and file systems on a network, on which neither locks nor mapped files can be
-/// relied upon, unless `FileOptions::network` insists.
+/// relied upon, unless `FileOptions::network` insists (those in user space are not told
+/// from local ones).
 ///
 /// Beside the file stands another one with "-lock" added to its name, in which readers and the writer meet. It may be
 /// deleted when nobody has the store open. A reader needs to be able to write it. A child made by fork() must open the
@@ -79,8 +80,9 @@ LVP_EXPORT std::unique_ptr<IDataStore> file(const std::filesystem::path& path, t
 ///
 /// It measures by plain reads before anything else is done with the file, so that it bears any file: it ends in time
 /// and memory in proportion to the file's length. A writer may be at work meanwhile; what is examined is its last
-/// flush. Throws `StoreError` where the file is refused as in `file`, but for what is wrong with its contents: that is
-/// in the report. A lock file is made beside it, as in opening for reading.
+/// flush. Throws `StoreError` where the file is refused as in `file`, or is not one of the database's at all; what else
+/// is wrong with its contents is in the report. `FileOptions::verify` has no effect here. A lock file is made beside
+/// it, as in opening for reading.
 LVP_EXPORT FileReport verify(const std::filesystem::path& path, bool values, const FileOptions& options = {});
 
 /// Makes the file of a store as small as its contents allow, and brings it to the newest format.
