@@ -50,10 +50,13 @@ const char* kindName(Record::tType kind) {
     return "of an unknown kind";
 }
 
-std::string quoted(const std::wstring& text) {
+std::wstring shortened(std::wstring text) {
     constexpr std::size_t kMost = 60;
-    const std::wstring shown = text.size() > kMost ? text.substr(0, kMost) + L"\u2026" : text;
-    return '"' + core::string::WideString(shown.c_str()).string() + '"';
+    return text.size() > kMost ? text.substr(0, kMost) + L"\u2026" : text;
+}
+
+std::string quoted(const std::wstring& text) {
+    return '"' + core::string::WideString(shortened(text).c_str()).string() + '"';
 }
 
 }  // namespace lumivard::platform::data::Check

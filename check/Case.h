@@ -2,11 +2,13 @@
 
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "check/Census.h"
 #include "check/Edits.h"
 #include "check/Findings.h"
+#include "check/SharedList.h"
 
 namespace lumivard::platform::data::Check {
 
@@ -20,6 +22,9 @@ public:
     Census census;
     Findings findings;
     Edits edits;
+
+    /// The lists of children that have more than one owner, by the numbers of their nodes.
+    std::unordered_map<unsigned int, tSharedList> sharedLists;
 
     /// Nodes of items in the tree, owners before what they own; the top first.
     std::vector<unsigned int> tree;
@@ -61,6 +66,9 @@ private:
 
 /// A kind of record in words, with its article.
 const char* kindName(Record::tType kind);
+
+/// At most some 60 characters of a text; an ellipsis stands for what is left out.
+std::wstring shortened(std::wstring text);
 
 /// A text in UTF-8, at most some 60 characters of it, in quotation marks.
 std::string quoted(const std::wstring& text);

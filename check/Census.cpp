@@ -37,10 +37,13 @@ void Census::add(IDataStore& store, unsigned int offset) {
 
 bool Census::meet(IDataStore& store, unsigned int offset) {
     if (offset == tNode::BADOFF || offset < _end) return false;
-    if (!_met.insert(offset).second) return false;
+    if (_met.contains(offset)) return false;
     const std::size_t count = _nodes.size();
     add(store, offset);
-    return _nodes.size() != count;
+    // Offsets where there is nothing are not kept: a damaged list may name as many of them as it has entries.
+    if (_nodes.size() == count) return false;
+    _met.insert(offset);
+    return true;
 }
 
 void Census::settle() {

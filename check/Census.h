@@ -44,7 +44,7 @@ private:
 
     std::vector<tNode> _nodes;
     std::vector<unsigned int> _dense;       ///< numbers by offset, where offsets lie close together
-    std::unordered_set<unsigned int> _met;  ///< offsets that only references named, records or not
+    std::unordered_set<unsigned int> _met;  ///< offsets of records that only references named
     unsigned long long _end = 0;            ///< where searching ended
     bool _searched = false;
 };

@@ -1,6 +1,7 @@
 #include "lumivard/platform/data/check/Check.h"
 
 #include <limits>
+#include <stdexcept>
 
 #include "check/Examination.h"
 #include "check/Overlay.h"
@@ -86,12 +87,16 @@ Repair check::plan(IDataStore& store, const Options& options) {
             examination.edits().applyTo(overlay);
             continue;
         }
-        const bool reclaims = options.reclaim && options.without.empty() && repair.after.sound();
-        if (!reclaims || examination.unattached().empty()) break;
+        // What damage, or the mending of it, has cut off is content that somebody may want to have back.
+        const bool reclaims = options.reclaim && options.without.empty() && repair.before.sound();
+        if (!reclaims || examination.unattached().empty()) {
+            repair.steps = overlay.steps();
+            return repair;
+        }
         for (const unsigned int offset : examination.unattached()) overlay.erase(offset);
     }
-    repair.steps = overlay.steps();
-    return repair;
+    throw std::runtime_error("no plan of a repair: each mending shows another fault, " + std::to_string(kRounds) +
+                             " times over; the store may be changing meanwhile");
 }
 
 bool check::apply(IDataStore& store, const Repair& repair) {

@@ -21,7 +21,7 @@ Report Examination::run() {
     judgeCounts(_case);
     _unattached = judgeUnattached(_case);
     count(report);
-    _case.findings.moveTo(report, [this](unsigned int offset) { return pathOf(_case, offset); });
+    _case.findings.moveTo(report, Paths(_case));
     return report;
 }
 
@@ -48,9 +48,13 @@ void Examination::count(Report& report) const {
         const tNode& node = census[number];
         report.bytes += node.size;
         if (node.readable && node.kind < Report::kKinds) ++report.byKind[node.kind];
-        if (!node.reached) continue;
-        ++report.reached;
-        report.reachedBytes += node.size;
+        if (node.reached) {
+            ++report.reached;
+            report.reachedBytes += node.size;
+        } else if (node.readable) {
+            ++report.unattached;
+            report.unattachedBytes += node.size;
+        }
     }
 }
 

@@ -75,9 +75,7 @@ private:
         const tNode& node = _census[item];
         const tNode& owner = _census[_owner];
         if (!node.readable) return;
-        const bool misplaced = (owner.kind == Record::kTable && node.kind == Record::kContainer) ||
-                               (owner.kind == Record::kRoot && node.kind == Record::kPrimitive);
-        if (misplaced) {
+        if (isMisplaced(node, owner)) {
             _case.findings.add(kMisplaced, node.offset,
                                std::string(kindName(node.kind)) + " in " + kindName(owner.kind));
         }

@@ -76,7 +76,7 @@ private:
         if (count > 1) found += ", with what is below it";
         found += ": " + std::to_string(count) + (count == 1 ? " record of " : " records of ") + std::to_string(bytes) +
                  " bytes, which nothing reaches";
-        const char* repair = _case.options.reclaim ? "erased, where no damage remains" : "";
+        const char* repair = _case.options.reclaim ? "erased by a repair that finds no damage" : "";
         _case.findings.add(kUnattached, node.offset, std::move(found), repair);
     }
 

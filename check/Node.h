@@ -46,4 +46,11 @@ struct tNode {
     bool mayBeChild() const { return !readable || Record::isChild(kind); }
 };
 
+/// Whether an item in the list of an owner is where no cursor gets to.
+inline bool isMisplaced(const tNode& item, const tNode& owner) {
+    if (!item.readable) return false;
+    return (owner.kind == Record::kTable && item.kind == Record::kContainer) ||
+           (owner.kind == Record::kRoot && item.kind == Record::kPrimitive);
+}
+
 }  // namespace lumivard::platform::data::Check

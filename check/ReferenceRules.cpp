@@ -27,8 +27,15 @@ private:
         if (list == kDead) return _case.edits.children(_node.offset);
         if (list == kNone || own(list)) return;
         // One that serves as defaults too: who is wrong cannot be told.
-        const bool clear = !_case.census[list].asDefaults;
+        const bool clear = !_case.census[list].asDefaults && !leadsOn(list);
         if (shared(list, "its children are ", clear ? "set to none" : "") && clear) _case.edits.children(_node.offset);
+    }
+
+    /// Whether cursors get from here to items of another's list that they do not get to from there.
+    bool leadsOn(unsigned int list) const {
+        const auto shared = _case.sharedLists.find(list);
+        const tNode& owner = _case.census[_case.census[list].owner];
+        return shared != _case.sharedLists.end() && shared->second.needs(_node, owner);
     }
 
     void locale() {
@@ -98,6 +105,22 @@ private:
     const tNode& _node;
 };
 
+/// What is in a list that more than one record names.
+tSharedList look(Case& subject, unsigned int list) {
+    const Census& census = subject.census;
+    tSharedList shared;
+    for (const unsigned int entry : subject.entries(list)) {
+        const unsigned int item = census.find(entry);
+        if (item == kNone || !census[item].readable || !Record::isChild(census[item].kind)) continue;
+        shared.containers |= census[item].kind == Record::kContainer;
+        shared.primitives |= census[item].kind == Record::kPrimitive;
+        const unsigned int parent = census.find(census[item].parent);
+        const bool claims = parent != kNone && census[parent].isSet() && census[parent].children == census[list].offset;
+        if (claims && shared.claimed == kNone) shared.claimed = parent;
+    }
+    return shared;
+}
+
 }  // namespace
 
 void noteLists(Case& subject) {
@@ -112,6 +135,9 @@ void noteLists(Case& subject) {
         }
         const unsigned int pairs = census.find(node.defaults, Record::kOffsets);
         if (pairs != kNone) census[pairs].asDefaults = true;
+    }
+    for (unsigned int number = 0; number < census.size(); ++number) {
+        if (census[number].shared) subject.sharedLists.emplace(number, look(subject, number));
     }
 }
 

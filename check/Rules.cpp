@@ -33,7 +33,7 @@ constexpr Rule kTable[] = {
     {"record.locale-pairs", kDamage, "localized names are not pairs of texts", ""},
     {"record.reserved", kNote, "bytes that mean nothing are not 0", ""},
     {"record.rest", kNote, "bytes behind the last section", ""},
-    {"record.section", kDamage, "a section is longer than the record", ""},
+    {"record.section-past-end", kDamage, "a section is longer than the record", ""},
     {"record.short", kDamage, "the record is shorter than the fixed part of its kind", ""},
     {"record.text-character", kDamage, "a text holds a number that is no character", ""},
     {"record.text-end", kDamage, "a text has no end", ""},

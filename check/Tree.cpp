@@ -4,17 +4,23 @@ namespace lumivard::platform::data::Check {
 
 void Tree::grow(unsigned int top) {
     place(top, top);
-    for (;;) {
-        if (_expanded < _case.tree.size()) {
-            expand(_case.tree[_expanded++]);
-        } else if (!_deferred.empty()) {
-            const tDeferred next = _deferred.front();
-            _deferred.pop_front();
-            follow(next);
-        } else {
-            return;
-        }
+    while (step()) {
     }
+}
+
+bool Tree::step() {
+    if (_expanded < _case.tree.size()) {
+        expand(_case.tree[_expanded++]);
+        return true;
+    }
+    for (auto& waiting : _deferred) {
+        if (waiting.empty()) continue;
+        const tDeferred next = waiting.front();
+        waiting.pop_front();
+        follow(next);
+        return true;
+    }
+    return false;
 }
 
 void Tree::place(unsigned int item, unsigned int owner) {
@@ -29,23 +35,16 @@ void Tree::expand(unsigned int item) {
     if (!node.isSet()) return;
     const unsigned int list = _census.find(node.children, Record::kOffsets);
     if (list == kNone || _census[list].owner != kNone) return;
-    if (isForeign(item, list)) {
-        _deferred.push_back({item, kNone});
+    const auto shared = _case.sharedLists.find(list);
+    if (shared == _case.sharedLists.end()) {
+        take(item, list);
+    } else if (shared->second.misplacesIn(node)) {
+        defer(kThird, {item, kNone});
+    } else if (shared->second.claimed != kNone && shared->second.claimed != item) {
+        defer(kSecond, {item, kNone});
     } else {
         take(item, list);
     }
-}
-
-bool Tree::isForeign(unsigned int owner, unsigned int list) {
-    if (!_census[list].shared) return false;
-    const unsigned int named = _census[list].offset;
-    for (const unsigned int entry : _case.entries(list)) {
-        const unsigned int item = _census.find(entry);
-        if (item == kNone || !_census[item].readable || !Record::isChild(_census[item].kind)) continue;
-        const unsigned int parent = _census.find(_census[item].parent);
-        if (parent != kNone && _census[parent].isSet() && _census[parent].children == named) return parent != owner;
-    }
-    return false;
 }
 
 void Tree::take(unsigned int owner, unsigned int list) {
@@ -54,10 +53,12 @@ void Tree::take(unsigned int owner, unsigned int list) {
     for (const unsigned int entry : _case.entries(list)) {
         const unsigned int item = _census.find(entry);
         if (item == kNone || !_census[item].mayBeChild() || _census[item].owner != kNone) continue;
-        if (_census[item].parent == _census[owner].offset) {
+        if (isMisplaced(_census[item], _census[owner])) {
+            defer(kLast, {owner, item});
+        } else if (_census[item].parent == _census[owner].offset) {
             place(item, owner);
         } else {
-            _deferred.push_back({owner, item});
+            defer(kSecond, {owner, item});
         }
     }
 }

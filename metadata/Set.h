@@ -58,8 +58,8 @@ public:
     /// Erases all children in the index, with everything below them, and the list. Nothing holds it back.
     void cleanup();
 
-    /// Takes in copies of records of another store and of everything below them, as children that came from a schema and
-    /// are hidden; not where the name is taken, in the index. A record that is no primitive, table or container is
+    /// Takes in copies of records of another store and of everything below them, as children that came from a schema
+    /// and are hidden; not where the name is taken, in the index. A record that is no primitive, table or container is
     /// passed over.
     void inherit(IDataStore* source, const std::vector<unsigned int>& offsets);
     void inherit(IDataStore* source, unsigned int offset) { inherit(source, std::vector<unsigned int>{offset}); }

@@ -20,7 +20,7 @@ namespace {
 
 /// Whether a store has a file of its own; what others have beneath them is not ours to examine.
 bool isFile(const std::string& store) {
-    return store != "memory:" && store.rfind("postgresql:", 0) != 0;
+    return store != "memory:" && store.rfind("postgresql://", 0) != 0;
 }
 
 stores::FileReport verify(const tCheckOptions& options) {

@@ -46,8 +46,16 @@ void writeReport(JsonWriter& json, const char* name, const check::Report& report
     json.key("reached").value(report.reached);
     json.key("reachedBytes").value(report.reachedBytes);
     json.key("depth").value(report.depth);
+    json.key("unattached").value(report.unattached);
+    json.key("unattachedBytes").value(report.unattachedBytes);
     json.key("searched").value(report.searched);
     json.key("findingCount").value(report.total());
+    json.key("severities").beginObject();
+    for (const auto severity :
+         {check::tSeverity::kNote, check::tSeverity::kStale, check::tSeverity::kDamage, check::tSeverity::kFatal}) {
+        json.key(word(severity)).value(report.count(severity));
+    }
+    json.endObject();
     json.key("counts").beginObject();
     for (const auto& [code, count] : report.byCode) json.key(code).value(count);
     json.endObject();

@@ -7,14 +7,18 @@ namespace lvp::tool {
 
 namespace {
 
+/// Control characters, those among them that turn the direction in which text is shown.
 bool isControl(wchar_t character) {
-    return character < 0x20 || (character >= 0x7F && character < 0xA0);
+    return character < 0x20 || (character >= 0x7F && character < 0xA0) ||
+           (character >= 0x202A && character <= 0x202E) || (character >= 0x2066 && character <= 0x2069);
 }
 
 /// A control character as \u and four digits.
 std::wstring escape(wchar_t character) {
     constexpr wchar_t kDigits[] = L"0123456789abcdef";
-    return std::wstring(L"\\u00") + kDigits[(character >> 4) & 15] + kDigits[character & 15];
+    std::wstring text = L"\\u";
+    for (int shift = 12; shift >= 0; shift -= 4) text += kDigits[(character >> shift) & 15];
+    return text;
 }
 
 }  // namespace

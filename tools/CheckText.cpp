@@ -1,5 +1,8 @@
 #include "tools/CheckText.h"
 
+#include <algorithm>
+#include <string_view>
+
 #include "lumivard/platform/core/string/WideString.h"
 #include "tools/Text.h"
 
@@ -10,6 +13,8 @@ using lumivard::platform::core::string::WideString;
 using lumivard::platform::stores::FileFault;
 
 namespace {
+
+constexpr const char* kUnattached = "live.unattached";
 
 void printFinding(const check::Finding& finding, std::ostream& out) {
     out << word(finding.severity) << ' ' << finding.code << ' ' << finding.offset;
@@ -24,9 +29,32 @@ void printMore(std::uint64_t all, std::size_t kept, std::ostream& out) {
     if (all > kept) out << "... and " << all - kept << " more\n";
 }
 
+bool isUnattached(const check::Finding& finding) {
+    return std::string_view(finding.code) == kUnattached;
+}
+
+/// How many findings of what nothing reaches there are, if they are too many to tell each of them; otherwise 0.
+std::uint64_t manyUnattached(const check::Report& report) {
+    constexpr std::uint64_t kFew = 10;
+    const auto count = report.byCode.find(kUnattached);
+    return count == report.byCode.end() || count->second <= kFew ? 0 : count->second;
+}
+
 void printFindings(const check::Report& report, std::ostream& out) {
-    for (const check::Finding& finding : report.findings) printFinding(finding, out);
-    printMore(report.total(), report.findings.size(), out);
+    const std::uint64_t summedUp = manyUnattached(report);
+    std::size_t told = 0;
+    for (const check::Finding& finding : report.findings) {
+        if (summedUp != 0 && isUnattached(finding)) continue;
+        printFinding(finding, out);
+        ++told;
+    }
+    printMore(report.total() - summedUp, told, out);
+    if (summedUp == 0) return;
+    out << "note " << kUnattached << ": " << report.unattached << " records of " << report.unattachedBytes
+        << " bytes in " << summedUp << " subtrees, which nothing reaches";
+    const auto first = std::find_if(report.findings.begin(), report.findings.end(), isUnattached);
+    if (first != report.findings.end() && !first->repair.empty()) out << "; " << first->repair;
+    out << '\n';
 }
 
 void printTotals(const check::Report& report, std::ostream& out) {

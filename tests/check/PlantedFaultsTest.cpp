@@ -47,10 +47,10 @@ INSTANTIATE_TEST_SUITE_P(Out, WithoutARule,
                          testing::Values("graph.parent-differs", "live.stale-count", "live.unattached",
                                          "record.container-type", "record.default-pairs", "record.flags",
                                          "record.list-size", "record.locale-pairs", "record.reserved", "record.rest",
-                                         "record.section", "record.short", "record.text-character", "record.text-end",
-                                         "record.text-rest", "record.unit", "record.value-kind", "record.value-size",
-                                         "reference.children", "reference.defaults", "reference.entry",
-                                         "reference.locale", "reference.shared"),
+                                         "record.section-past-end", "record.short", "record.text-character",
+                                         "record.text-end", "record.text-rest", "record.unit", "record.value-kind",
+                                         "record.value-size", "reference.children", "reference.defaults",
+                                         "reference.entry", "reference.locale", "reference.shared"),
                          [](const auto& rule) {
                              std::string name(rule.param);
                              std::replace_if(

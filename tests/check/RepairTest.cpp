@@ -5,6 +5,7 @@
 
 #include "lumivard/platform/data/check/Check.h"
 #include "lumivard/platform/store_contract/FailingStore.h"
+#include "lumivard/platform/store_contract/ForwardingStore.h"
 #include "record/Entity.h"
 #include "tests/check/Describe.h"
 #include "tests/check/SmallTree.h"
@@ -14,6 +15,7 @@ namespace {
 
 using namespace lumivard::platform::test_support;
 using lumivard::platform::store_contract::FailingStore;
+using lumivard::platform::store_contract::ForwardingStore;
 using lumivard::platform::store_contract::InjectedFailure;
 namespace check = lumivard::platform::data::check;
 namespace data = lumivard::platform::data;
@@ -132,7 +134,7 @@ TEST(Repair, GivesAListToTheOwnerThatItsItemsName) {
     // The node comes before the table on every walk.
     const unsigned int all = stored::word(&tree.store, tree.table, 14);
     tree.word(tree.node, 14, all);
-    EXPECT_TRUE(repair(tree.store, {.reclaim = true}).after.clean());
+    EXPECT_TRUE(repair(tree.store).after.sound());
     EXPECT_EQ(stored::word(&tree.store, tree.table, 14), all);
     EXPECT_EQ(stored::word(&tree.store, tree.node, 14), BADOFF);
 }
@@ -146,6 +148,60 @@ TEST(Repair, GivesAListThatCannotBeReachedOtherwiseToWhoeverReachesIt) {
     EXPECT_EQ(stored::word(&tree.store, tree.node, 14), all);
     EXPECT_EQ(stored::word(&tree.store, tree.value, 1), tree.node);
     EXPECT_EQ(stored::word(&tree.store, tree.table, 14), BADOFF);
+}
+
+TEST(Repair, LeavesAnItemWhereCursorsGetToItWhateverItSays) {
+    SmallTree tree;
+    tree.enlist(tree.table, tree.leaf);
+    tree.word(tree.leaf, 1, tree.table);
+    EXPECT_TRUE(repair(tree.store).after.clean());
+    EXPECT_EQ(entries(tree, tree.node), std::vector{tree.leaf});
+    EXPECT_EQ(entries(tree, tree.table), (std::vector{tree.value, tree.below}));
+    EXPECT_EQ(stored::word(&tree.store, tree.leaf, 1), tree.node);
+}
+
+TEST(Repair, LeavesWhatIsBelowAnItemWhereCursorsGetToIt) {
+    SmallTree tree;
+    const unsigned int hidden = tree::container(&tree.store, L"hidden");
+    tree::add(&tree.store, tree.table, hidden);
+    const unsigned int both = tree::addContainer(&tree.store, hidden, L"both");
+    tree.enlist(tree.node, both);
+    repair(tree.store);
+    EXPECT_EQ(entries(tree, tree.node), (std::vector{tree.leaf, both}));
+    EXPECT_EQ(entries(tree, hidden), std::vector<unsigned int>{});
+}
+
+TEST(Repair, LeavesAListToTheOwnerFromWhichCursorsGetToItsItems) {
+    SmallTree tree;
+    tree.word(tree.table, 14, tree.list);
+    tree.word(tree.leaf, 1, tree.table);
+    EXPECT_TRUE(repair(tree.store).after.sound());
+    EXPECT_EQ(stored::word(&tree.store, tree.node, 14), tree.list);
+    EXPECT_EQ(stored::word(&tree.store, tree.table, 14), BADOFF);
+    EXPECT_EQ(stored::word(&tree.store, tree.leaf, 1), tree.node);
+}
+
+TEST(Repair, LeavesAListToSuchAnOwnerThoughItIsMetLater) {
+    SmallTree tree;
+    tree.word(tree.table, 14, tree.list);
+    const unsigned int all = stored::word(&tree.store, tree.group, 14);
+    tree.word(all, 4, tree.table);
+    tree.word(all, 8, tree.node);
+    EXPECT_TRUE(repair(tree.store).after.sound());
+    EXPECT_EQ(stored::word(&tree.store, tree.node, 14), tree.list);
+    EXPECT_EQ(stored::word(&tree.store, tree.table, 14), BADOFF);
+}
+
+TEST(Repair, CutsNoWayThatIsTheOnlyOneForCursors) {
+    SmallTree tree;
+    // A value at the top is only got to through the group.
+    const unsigned int value = tree::primitive(&tree.store, L"value", data::metadata::kUInt8);
+    tree.enlist(tree.root, value);
+    tree.word(value, 1, tree.root);
+    tree.word(tree.group, 14, stored::word(&tree.store, tree.root, 14));
+    repair(tree.store);
+    EXPECT_EQ(stored::word(&tree.store, tree.group, 14), stored::word(&tree.store, tree.root, 14));
+    EXPECT_EQ(entries(tree, tree.root).back(), value);
 }
 
 TEST(Repair, LeavesSharedNamesAndDefaults) {
@@ -214,11 +270,49 @@ TEST(Repair, ErasesNothingAsLongAsDamageRemains) {
     EXPECT_TRUE(check::plan(tree.store, {.reclaim = true}).steps.empty());
 }
 
-TEST(Repair, ErasesWhatItsOwnCutsHaveFreed) {
+TEST(Repair, NeverErasesWhatDamageOrItsOwnCutsHaveFreed) {
+    for (const auto& plant : std::vector<std::function<void(SmallTree&)>>{
+             [](SmallTree& t) { t.word(t.node, 14, t.value); },
+             [](SmallTree& t) { t.word(t.node, 14, stored::word(&t.store, t.table, 14)); },
+             [](SmallTree& t) { t.byte(t.list, 0, 1); },
+             [](SmallTree& t) { t.byte(t.node, 0, 3); },
+         }) {
+        SmallTree tree;
+        plant(tree);
+        const auto first = check::plan(tree.store, {.reclaim = true});
+        EXPECT_FALSE(first.before.sound());
+        EXPECT_TRUE(check::apply(tree.store, first));
+        EXPECT_NE(tree.store.size(tree.leaf), 0u);
+        EXPECT_NE(tree.store.size(tree.list), 0u);
+    }
+}
+
+TEST(Repair, ErasesInASecondRunWhatTheFirstHasLeft) {
     SmallTree tree;
     tree.word(tree.node, 14, tree.value);
+    EXPECT_TRUE(check::apply(tree.store, check::plan(tree.store, {.reclaim = true})));
     EXPECT_TRUE(repair(tree.store, {.reclaim = true}).after.clean());
     EXPECT_EQ(tree.store.size(tree.leaf), 0u);
+}
+
+/// A store in which another record is stale each time that somebody looks.
+class Restless final : public ForwardingStore {
+public:
+    explicit Restless(SmallTree& tree) : ForwardingStore(tree.store), _tree(tree) {}
+    unsigned long long extent() override {
+        const unsigned int made = tree::container(&_tree.store, L"another");
+        _tree.word(made, 5, 1);
+        return ForwardingStore::extent();
+    }
+
+private:
+    SmallTree& _tree;
+};
+
+TEST(Repair, HandsOutNoPlanThatIsNotFinal) {
+    SmallTree tree;
+    Restless store(tree);
+    EXPECT_THROW(check::plan(store), std::runtime_error);
 }
 
 TEST(Repair, IsRefusedWhereTheStoreHasChangedSinceThePlan) {

@@ -84,6 +84,39 @@ TEST(Report, ShortensLongPaths) {
     EXPECT_EQ(std::count(report.findings[0].path.begin(), report.findings[0].path.end(), L'd'), 100);
 }
 
+TEST(Report, ShortensLongNamesInPaths) {
+    SmallTree tree;
+    const std::wstring name(1'000'000, L'n');
+    unsigned int owner = tree.leaf;
+    for (int i = 0; i < 3; ++i) owner = tree::addContainer(&tree.store, owner, name.c_str());
+    tree.word(owner, 5, 1);
+    const auto report = check::examine(tree.store);
+    ASSERT_EQ(report.findings.size(), 1u);
+    const std::wstring shown = std::wstring(60, L'n') + L'\u2026';
+    EXPECT_EQ(report.findings[0].path, L"group.node.leaf." + shown + L"." + shown + L"." + shown);
+}
+
+TEST(Report, BoundsTheLengthOfAPath) {
+    SmallTree tree;
+    const std::wstring name(80, L'n');
+    unsigned int owner = tree.leaf;
+    for (int i = 0; i < 40; ++i) owner = tree::addContainer(&tree.store, owner, name.c_str());
+    tree.word(owner, 5, 1);
+    const auto report = check::examine(tree.store);
+    ASSERT_EQ(report.findings.size(), 1u);
+    EXPECT_EQ(report.findings[0].path.substr(0, 4), L"...n");
+    EXPECT_LT(report.findings[0].path.size(), 1100u);
+}
+
+TEST(Report, CountsWhatNothingReaches) {
+    SmallTree tree;
+    EXPECT_EQ(check::examine(tree.store).unattached, 0u);
+    const unsigned int stray = tree::container(&tree.store, L"stray");
+    const auto report = check::examine(tree.store);
+    EXPECT_EQ(report.unattached, 1u);
+    EXPECT_EQ(report.unattachedBytes, tree.store.size(stray));
+}
+
 TEST(Report, SaysWhatWasFoundAndWhatARepairDoes) {
     SmallTree tree;
     tree.word(tree.leaf, 1, tree.value);
@@ -128,6 +161,36 @@ public:
 private:
     unsigned long long _extent;
 };
+
+/// Counts how often one record is read.
+class Counting final : public ForwardingStore {
+public:
+    Counting(IDataStore& under, unsigned int offset) : ForwardingStore(under), _offset(offset) {}
+    void read(unsigned int offset, void* buffer, unsigned int size) override {
+        if (offset == _offset) ++reads;
+        ForwardingStore::read(offset, buffer, size);
+    }
+    int reads = 0;
+
+private:
+    unsigned int _offset;
+};
+
+TEST(SharedList, IsReadNoMoreOftenForMoreOwners) {
+    const auto reads = [](int owners) {
+        SmallTree tree;
+        for (int i = 0; i < owners; ++i) {
+            const std::wstring name = L"o" + std::to_wstring(i);
+            tree.word(tree::addContainer(&tree.store, tree.group, name.c_str()), 14, tree.list);
+        }
+        // The items name an owner to whom the walk comes last.
+        tree.word(tree.leaf, 1, stored::children(&tree.store, tree.group).back());
+        Counting store(tree.store, tree.list);
+        EXPECT_EQ(check::examine(store).byCode.at("reference.shared"), static_cast<std::uint64_t>(owners));
+        return store.reads;
+    };
+    EXPECT_EQ(reads(200), reads(2));
+}
 
 TEST(Offsets, AreFollowedWhereTheyAreTooManyToBeAskedFor) {
     SmallTree tree;

@@ -148,6 +148,27 @@ std::map<unsigned int, tItem> reachable(IDataStore& store) {
     return items;
 }
 
+std::set<unsigned int> byCursors(IDataStore& store) {
+    std::set<unsigned int> items;
+    std::vector<unsigned int> waiting{0};
+    while (!waiting.empty()) {
+        const unsigned int owner = waiting.back();
+        waiting.pop_back();
+        const unsigned char kind = kindOf(store, owner);
+        if (kind != 0 && kind != 2 && kind != 4) continue;
+        const unsigned int list = stored::word(&store, owner, stored::kChildren);
+        if (list == IDataStore::BADOFF || kindOf(store, list) != 3) continue;
+        const unsigned char passedOver = kind == 0 ? 1 : kind == 2 ? 4 : 0;
+        for (const unsigned int entry : stored::children(&store, owner)) {
+            if (entry == 0 || entry == IDataStore::BADOFF) continue;
+            const unsigned char found = kindOf(store, entry);
+            if (found == passedOver || kItems.find(static_cast<char>(found)) == kItems.npos) continue;
+            if (items.insert(entry).second) waiting.push_back(entry);
+        }
+    }
+    return items;
+}
+
 std::size_t askEverything(IDataStore& store, std::set<std::wstring>& lost, std::size_t most) {
     return Walk(store, lost, most).run();
 }

@@ -22,6 +22,10 @@ struct tItem {
 /// every list that names an item, whatever else is wrong with it. Without the top.
 std::map<unsigned int, tItem> reachable(IDataStore& store);
 
+/// Those of them that cursors get to: they pass over containers in tables, and primitives at the top, and never come to
+/// what is below.
+std::set<unsigned int> byCursors(IDataStore& store);
+
 /// Goes through everything by the public interfaces, asks everything that there is to ask, and returns how many items
 /// there were. Whatever they throw passes through; it stops at `most` items, since a damaged store may have no end.
 /// `lost`: the paths of items that were met, but could not be found by their paths.

@@ -119,7 +119,49 @@ TEST_F(ToolCheck, TellsAFindingInALine) {
 
 TEST_F(ToolCheck, HasStatus1ForANoteAlone) {
     spoil([](auto& open) { stored::makeList(&open); });
-    EXPECT_EQ(check().status, 1);
+    const tRun run = check();
+    EXPECT_EQ(run.status, 1);
+    EXPECT_NE(run.out.find("\nusable; notes only (1); nothing lost\n"), run.out.npos) << run.out;
+}
+
+TEST_F(ToolCheck, SumsUpWhatNothingReaches) {
+    const auto strays = [](int count) {
+        return [count](auto& open) {
+            for (int i = 0; i < count; ++i) stored::makeList(&open);
+        };
+    };
+    spoil(strays(10));
+    EXPECT_EQ(std::string(check().out).find("subtrees"), std::string::npos);
+    spoil([](auto& open) { stored::putWord(&open, 0, stored::kRefs, 3); });
+    spoil(strays(1));
+    const std::string text = check().out;
+    EXPECT_NE(text.find("note live.unattached: 11 records of 44 bytes in 11 subtrees, which nothing reaches\n"),
+              text.npos)
+        << text;
+    EXPECT_EQ(text.find("note live.unattached "), text.npos) << text;
+    EXPECT_NE(text.find("stale live.stale-count 0: "), text.npos) << text;
+    EXPECT_EQ(text.find(" more\n"), text.npos) << text;
+}
+
+TEST_F(ToolCheck, SaysWhatIsUnattachedAfterARepairOfDamage) {
+    spoil([](auto& open) { stored::putWord(&open, 1, stored::kChildren, 0); });
+    const tRun run = check("--repair --reclaim");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.out.find("erase "), run.out.npos) << run.out;
+    EXPECT_EQ(run.out.find("nothing lost"), run.out.npos) << run.out;
+    EXPECT_NE(run.out.find("\nusable; notes only (1); 4 records of "), run.out.npos) << run.out;
+    EXPECT_NE(run.out.find(" bytes are unattached\n"), run.out.npos) << run.out;
+    const tRun second = check("--repair --reclaim");
+    EXPECT_EQ(second.status, 0);
+    EXPECT_NE(second.out.find("\nusable; nothing lost\n"), second.out.npos) << second.out;
+}
+
+TEST_F(ToolCheck, TakesAFileForOneWhateverItIsCalled) {
+    std::filesystem::rename(store, path("postgresql:x"));
+    store = "postgresql:x";
+    const tRun run =
+        runProgram("sh -c 'cd " + path(".") + " && exec " LVP_TOOL " \"$@\"' sh", "check --repair " + store);
+    EXPECT_EQ(run.status, 0) << run.err;
 }
 
 TEST_F(ToolCheck, RepairsAndKeepsTheOldBytes) {
@@ -183,7 +225,7 @@ TEST_F(ToolCheck, LeavesWhatCannotBeMended) {
     });
     const tRun run = check("--repair");
     EXPECT_EQ(run.status, 1);
-    EXPECT_NE(run.out.find("damage record.section 1 a: "), run.out.npos) << run.out;
+    EXPECT_NE(run.out.find("damage record.section-past-end 1 a: "), run.out.npos) << run.out;
     EXPECT_NE(run.out.find("\ndamaged; 1 finding of damage\n"), run.out.npos) << run.out;
 }
 
@@ -194,6 +236,7 @@ TEST_F(ToolCheck, PrintsJson) {
     makeStale();
     const std::string stale = check("--json").out;
     EXPECT_TRUE(Json::isOne(stale)) << stale;
+    EXPECT_NE(stale.find("\"severities\":{\"note\":0,\"stale\":1,\"damage\":0,\"fatal\":0}"), stale.npos) << stale;
     EXPECT_NE(stale.find("\"counts\":{\"live.stale-count\":1},\"findings\":[{\"severity\":\"stale\",\"code\":"
                          "\"live.stale-count\",\"offset\":0,\"path\":\"\",\"found\":\"it counts 3 live objects: stale, "
                          "unless somebody has it open\",\"repair\":\"set to 0\"}]"),
@@ -206,7 +249,7 @@ TEST_F(ToolCheck, PrintsJson) {
 
 TEST_F(ToolCheck, LetsNoNameTakeHoldOfATerminal) {
     spoil([](auto& open) {
-        const wchar_t hostile[] = L"\x1b]0;\"\\\n";
+        const wchar_t hostile[] = L"\x1b]0;\"\\\n\x202e\x2069";
         std::string bytes = stored::bytes(&open, 1).substr(0, 32);
         bytes.append(reinterpret_cast<const char*>(hostile), sizeof(hostile));
         open.update(1, bytes.data(), static_cast<unsigned int>(bytes.size()), true);
@@ -215,10 +258,10 @@ TEST_F(ToolCheck, LetsNoNameTakeHoldOfATerminal) {
     });
     const std::string text = check().out;
     EXPECT_EQ(text.find('\x1b'), text.npos);
-    EXPECT_NE(text.find("stale live.stale-count 1 \\x1b]0;\"\\\\n: "), text.npos) << text;
+    EXPECT_NE(text.find("stale live.stale-count 1 \\x1b]0;\"\\\\n\\u202e\\u2069: "), text.npos) << text;
     const std::string json = check("--json").out;
     EXPECT_TRUE(Json::isOne(json)) << json;
-    EXPECT_NE(json.find("\"path\":\"\\u001b]0;\\\"\\\\\\u000a\""), json.npos) << json;
+    EXPECT_NE(json.find("\"path\":\"\\u001b]0;\\\"\\\\\\u000a\\u202e\\u2069\""), json.npos) << json;
 }
 
 TEST_F(ToolCheck, TellsFaultsOfTheFile) {

@@ -2,6 +2,7 @@
 // one that is far deeper than a small stack has room for.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 #include <string>
 
@@ -9,8 +10,8 @@
 
 #include "tests/end_to_end/Documents.h"
 #include "tests/stores/ChildProcess.h"
-#include "tests/support/ClientFixture.h"
 #include "tests/support/Campaign.h"
+#include "tests/support/ClientFixture.h"
 #include "tests/support/Sanitized.h"
 #include "tests/support/SmallStack.h"
 #include "tests/support/TemporaryFolder.h"
@@ -205,10 +206,15 @@ TEST_F(Depth, OutlivesTheClosingOfAFile) {
     });
 }
 
+// Documents end at 200,000 levels, whatever else may be deeper.
+std::uint64_t levelsOfDocuments() {
+    return std::min<std::uint64_t>(levels(), 199'000);
+}
+
 std::string nested(const std::string& start, const std::string& end) {
     std::string document;
-    for (std::uint64_t i = 0; i < levels(); ++i) document += start;
-    for (std::uint64_t i = 0; i < levels(); ++i) document += end;
+    for (std::uint64_t i = 0; i < levelsOfDocuments(); ++i) document += start;
+    for (std::uint64_t i = 0; i < levelsOfDocuments(); ++i) document += end;
     return document;
 }
 
@@ -217,7 +223,7 @@ TEST_F(Depth, OfADocumentIsReadAndWritten) {
         const std::string groups = nested("<group name=\"g\">", "</group>");
         const std::string tables = nested("<table name=\"t\">", "</table>");
         read(store(), "<root version=\"1\" name=\"r\">" + groups + tables + "</root>");
-        EXPECT_EQ(depth(IContainerFrontEnd::find(store(), L"g")), levels());
+        EXPECT_EQ(depth(IContainerFrontEnd::find(store(), L"g")), levelsOfDocuments());
         const std::string first = written(store());
         read(other(), first);
         EXPECT_TRUE(written(other()) == first);
@@ -233,7 +239,7 @@ TEST_F(Depth, OfADocumentIsReadIntoAContainerTwice) {
                                           "</group>");
             data::format::xml::IXMLFrontEnd::parse(into.get(), &reader, nullptr, nullptr, nullptr);
         }
-        EXPECT_EQ(depth(into->property(L"t")), levels());
+        EXPECT_EQ(depth(into->property(L"t")), levelsOfDocuments());
     });
 }
 

@@ -10,8 +10,8 @@
 #include "tests/model/FaultyStores.h"
 #include "tests/model/RealTree.h"
 #include "tests/model/TreeRun.h"
-#include "tests/support/OddStore.h"
 #include "tests/support/Campaign.h"
+#include "tests/support/OddStore.h"
 #include "tests/support/Sanitized.h"
 #include "tests/support/TemporaryFolder.h"
 

@@ -15,14 +15,17 @@
 /// caller sees to it that nobody else uses it meanwhile.
 ///
 /// Counts of live objects can be judged only where nobody has an object open on the store, in this process or, for a
-/// file, in another: otherwise each open object shows as a stale count.
+/// file, in another: otherwise open objects may show as stale counts.
 ///
 /// Failures: what the store throws when it is asked for one record becomes a finding, "record.unreadable". What it
 /// throws otherwise, and `std::bad_alloc`, pass through.
 ///
-/// Cost: time and memory in proportion to the number of records, about 100 bytes for each, besides the findings that
-/// are kept and one record at a time; for `plan`, the old and new bytes of what changes, too. Each record is read about
-/// three times. The stack that is needed does not grow with the depth of the tree.
+/// Cost: time in proportion to the number of records and their bytes, each being read about three times, and to
+/// `extent()`, since the store is asked for the size at each offset below it, whether a record lies there or not
+/// (`examine` tells up to where); `plan` examines at least once, and once more after each round of mending. Memory:
+/// about 100 bytes for each record, the findings that are kept, and one record at a time; for `plan`, the old and new
+/// bytes of what changes, too. A store that keeps what it has read, as that of a file does, has all records in memory
+/// at the end. The stack that is needed does not grow with the depth of the tree.
 namespace lumivard::platform::data::check {
 
 using core::storage::datastore::IDataStore;
@@ -41,7 +44,12 @@ LVP_EXPORT Report examine(IDataStore& store, const Options& options = {});
 ///
 /// What could be reached before, by the names and cursors of the public interfaces, can be reached afterwards; if it
 /// had several places it keeps one, and of several items of one name in one place all but the first get a new name.
-/// Lengths and kinds are never guessed. A plan for a store that was repaired has no steps.
+/// A record that gets a new name loses what lay behind its last section ("record.rest"), which nobody reads. Lengths
+/// and kinds are never guessed. A plan for a store that was repaired has no steps, except that with `Options::reclaim`
+/// it erases then what a repair of damage has left.
+///
+/// Throws `std::runtime_error` where mending shows one fault after another without an end in sight, as in a store that
+/// is changed meanwhile.
 LVP_EXPORT Repair plan(IDataStore& store, const Options& options = {});
 
 /// Does what was planned, and flushes the store once. False, with nothing changed, when a record is not as it was when

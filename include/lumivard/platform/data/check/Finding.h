@@ -14,7 +14,8 @@ enum class tSeverity : unsigned char {
 
 /// One thing that the checker found.
 struct Finding {
-    /// The name of the rule that is broken, as in `rules()`: "set.duplicate-name".
+    /// The name of the rule that is broken, as in `rules()`: "set.duplicate-name". A code that has been released keeps
+    /// its name and its meaning; later releases may add others.
     const char* code = "";
 
     tSeverity severity = tSeverity::kNote;
@@ -23,8 +24,9 @@ struct Finding {
     unsigned int offset = 0;
 
     /// The names from the top down to the item, joined by "."; for a list or for localized names, to their owner. Empty
-    /// for the top itself and for what is not reached from there. Of a path with more than 100 levels, the lowest 100
-    /// behind "...".
+    /// for the top itself and for what is not reached from there. For people, not for finding the item again: a name of
+    /// more than 60 characters is cut, with an ellipsis behind it, and of a path of more than 100 levels or about 1,000
+    /// characters the lowest levels are told, behind "...".
     std::wstring path;
 
     /// What was found, and what a repair does about it, in UTF-8; `repair` is empty where it does nothing. Names from

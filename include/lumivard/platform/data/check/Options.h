@@ -12,8 +12,9 @@ struct Options {
     /// `extent()` of the store, however large it is.
     bool whole = false;
 
-    /// Let a repair erase the records that nothing reaches. It does so only where no damage remains, since what a
-    /// damaged record held may be among them.
+    /// Let a repair erase the records that nothing reaches. It does so only where it finds no damage to begin with,
+    /// since what a damaged record held may be among them: after a repair of damage it takes a second one to erase what
+    /// the first has left, and between the two there is time to look at it.
     bool reclaim = false;
 
     /// How many findings to keep; all are counted.

@@ -31,10 +31,15 @@ struct Report {
     std::uint64_t reached = 0;
     std::uint64_t reachedBytes = 0;
 
+    /// Those that nothing reaches, which is what "live.unattached" tells of; without such as cannot be read.
+    std::uint64_t unattached = 0;
+    std::uint64_t unattachedBytes = 0;
+
     /// The number of levels below the top.
     std::uint64_t depth = 0;
 
-    /// Whether all offsets below the store's extent were looked at; if not, records that nothing reaches are not found.
+    /// Whether all offsets below the store's extent were looked at. If not, only what references lead to was: a report
+    /// without findings then says nothing of records that nothing reaches, nor does a repair erase them.
     bool searched = true;
 
     std::uint64_t count(tSeverity severity) const { return bySeverity[static_cast<std::size_t>(severity)]; }

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "check/Node.h"
+
+namespace lumivard::platform::data::Check {
+
+/// What is known of a list that more than one record names as its children.
+struct tSharedList {
+    /// The node of the one among them that the listed items name as their parent; the first that is so named.
+    unsigned int claimed = tNode::kNone;
+
+    bool containers = false;  ///< containers stand in it
+    bool primitives = false;
+
+    /// Whether cursors would not get to some of its items if they were an owner's.
+    bool misplacesIn(const tNode& owner) const {
+        return (owner.kind == Record::kTable && containers) || (owner.kind == Record::kRoot && primitives);
+    }
+
+    /// Whether cursors get from `other` to items that they would not get to from `owner`.
+    bool needs(const tNode& other, const tNode& owner) const { return other.kind != owner.kind && misplacesIn(owner); }
+};
+
+}  // namespace lumivard::platform::data::Check
