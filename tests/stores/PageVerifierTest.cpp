@@ -177,7 +177,7 @@ TEST_F(PageVerifier, FindsGapsBetweenNodes) {
 
 TEST_F(PageVerifier, FindsTransactionsThatCannotBe) {
     const auto far = [](Pages& pages) {
-        for (const std::uint64_t index : {0, 1}) {
+        for (const std::uint64_t index : {std::uint64_t{0}, std::uint64_t{1}}) {
             pages.put<std::uint64_t>(index * Pages::kSize + page::kMetaEnd - 8, ~std::uint64_t{0} - 1 + index);
         }
     };
