@@ -53,7 +53,7 @@ std::vector<tOperation> containerOperations() {
          [](World& w) { return said(IContainerFrontEnd::toplevel(w.stores[kEmpty], kNoName)); }, nullptr,
          // A set-up that failed behind its root has set the store up, and leaves its version 0.
          [](World& w) {
-             w.stores[kEmpty]->version(IContainerFrontEnd::version());
+             w.stores[kEmpty]->version(static_cast<unsigned int>(IContainerFrontEnd::version()));
              return said(IContainerFrontEnd::toplevel(w.stores[kEmpty], kNoName));
          }},
         {"IContainerFrontEnd::find(IDataStore* store, WideString name)", "Find", nullptr,
