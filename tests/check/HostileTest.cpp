@@ -8,6 +8,7 @@
 #include "tests/check/Describe.h"
 #include "tests/check/Walks.h"
 #include "tests/support/Campaign.h"
+#include "tests/support/Sanitized.h"
 #include "tests/support/StoredRecords.h"
 
 namespace {
@@ -33,7 +34,7 @@ std::string record(std::mt19937_64& random, unsigned int records) {
 
 TEST(HostileStore, IsExaminedAndRepairedToAnEnd) {
     std::mt19937_64 random(seed());
-    for (std::uint64_t i = effort("LVP_HOSTILE", 1500); i > 0; --i) {
+    for (std::uint64_t i = effort("LVP_HOSTILE", lumivard::platform::test_support::usually(1500)); i > 0; --i) {
         const auto store = stores::memory();
         const auto records = static_cast<unsigned int>(random() % 60 + 1);
         for (unsigned int k = 0; k < records; ++k) {

@@ -10,6 +10,7 @@
 #include "tests/check/SoundStores.h"
 #include "tests/check/Walks.h"
 #include "tests/support/Campaign.h"
+#include "tests/support/Sanitized.h"
 
 namespace {
 
@@ -64,7 +65,7 @@ TEST(CleanVerdict, MeansThatEverythingCanBeReadAndFound) {
     const std::size_t all = walks::askEverything(*store, lost);
     std::mt19937_64 random(seed());
     std::uint64_t sound = 0;
-    for (std::uint64_t i = effort("LVP_VERDICTS", 600); i > 0; --i) {
+    for (std::uint64_t i = effort("LVP_VERDICTS", lumivard::platform::test_support::usually(600)); i > 0; --i) {
         // Any byte of any record, so that much of it is right by chance.
         const auto damaged = sound::copyOf(*store);
         const auto offset = static_cast<unsigned int>(random() % damaged->extent());

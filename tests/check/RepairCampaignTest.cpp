@@ -12,6 +12,7 @@
 #include "tests/check/SoundStores.h"
 #include "tests/check/Walks.h"
 #include "tests/support/Campaign.h"
+#include "tests/support/Sanitized.h"
 #include "tests/support/StoredRecords.h"
 
 namespace {
@@ -137,19 +138,19 @@ std::string campaign(Plant plant, std::mt19937_64& random, unsigned int most, bo
 
 TEST(RepairCampaign, LosesNothingAfterOneFault) {
     std::mt19937_64 random(seed());
-    for (std::uint64_t i = effort("LVP_REPAIRS", 1000); i > 0; --i)
+    for (std::uint64_t i = effort("LVP_REPAIRS", lumivard::platform::test_support::usually(1000)); i > 0; --i)
         ASSERT_EQ(campaign(plantFields, random, 1, i % 2 == 0), "");
 }
 
 TEST(RepairCampaign, LosesNothingAfterManyFaults) {
     std::mt19937_64 random(seed());
-    for (std::uint64_t i = effort("LVP_REPAIRS", 1000); i > 0; --i)
+    for (std::uint64_t i = effort("LVP_REPAIRS", lumivard::platform::test_support::usually(1000)); i > 0; --i)
         ASSERT_EQ(campaign(plantFields, random, 12, i % 2 == 0), "");
 }
 
 TEST(RepairCampaign, LosesNothingWhereManyHaveTheSame) {
     std::mt19937_64 random(seed());
-    for (std::uint64_t i = effort("LVP_REPAIRS", 1000); i > 0; --i) {
+    for (std::uint64_t i = effort("LVP_REPAIRS", lumivard::platform::test_support::usually(1000)); i > 0; --i) {
         ASSERT_EQ(campaign(plantPlaces, random, 6, i % 2 == 0), "");
     }
 }
