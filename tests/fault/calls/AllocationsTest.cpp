@@ -29,12 +29,12 @@ protected:
     }
 
     /// Behind the first ten requests every third is tried, unless the environment says otherwise; in memory each, where
-    /// only one fails. A sanitizer takes a tenth of them.
+    /// only one fails. A sanitizer takes few of them.
     static long long stride() {
-        static const auto told = static_cast<long long>(effort("LVP_ALLOCATIONS_STRIDE", kSanitized ? 30 : 3));
+        static const auto told = static_cast<long long>(effort("LVP_ALLOCATIONS_STRIDE", kSanitized ? 100 : 3));
         return told;
     }
-    static constexpr long long kFirstStride = kSanitized ? 10 : 1;
+    static constexpr long long kFirstStride = kSanitized ? 40 : 1;
 
     ~Allocations() override { RecordProperty("failures", std::to_string(_failures)); }
 
