@@ -5,7 +5,7 @@
 
 #include "lumivard/platform/data/check/Check.h"
 #include "lumivard/platform/stores.h"
-#include "tests/check/Describe.h"
+#include "tests/check/RepairFault.h"
 #include "tests/check/Walks.h"
 #include "tests/support/Campaign.h"
 #include "tests/support/Sanitized.h"
@@ -34,29 +34,14 @@ std::string record(std::mt19937_64& random, unsigned int records) {
 
 TEST(HostileStore, IsExaminedAndRepairedToAnEnd) {
     std::mt19937_64 random(seed());
-    for (std::uint64_t i = effort("LVP_HOSTILE", lumivard::platform::test_support::usually(1500)); i > 0; --i) {
+    for (std::uint64_t i = effort("LVP_HOSTILE", usually(1500)); i > 0; --i) {
         const auto store = stores::memory();
         const auto records = static_cast<unsigned int>(random() % 60 + 1);
         for (unsigned int k = 0; k < records; ++k) {
             const std::string bytes = record(random, records);
             store->create(bytes.data(), static_cast<unsigned int>(bytes.size()));
         }
-        const auto before = walks::reachable(*store);
-        const auto near = walks::byCursors(*store);
-        const check::Options options{.whole = true, .reclaim = i % 2 == 0};
-        const auto plan = check::plan(*store, options);
-        ASSERT_TRUE(check::apply(*store, plan));
-        ASSERT_EQ(describe(check::examine(*store, options)), describe(plan.after)) << i;
-        for (const auto& step : check::plan(*store, options).steps) {
-            ASSERT_TRUE(step.erases && options.reclaim && !plan.before.sound()) << step.offset;
-        }
-        const auto after = walks::reachable(*store);
-        for (const auto& [offset, item] : before)
-            ASSERT_TRUE(after.contains(offset)) << offset << describe(plan.before);
-        const auto nearAfter = walks::byCursors(*store);
-        for (const unsigned int offset : near) {
-            ASSERT_TRUE(nearAfter.contains(offset)) << offset << describe(plan.before);
-        }
+        ASSERT_EQ(faultOfRepair(*store, {.whole = true, .reclaim = i % 2 == 0, .keep = 100'000}), "") << i;
         std::set<std::wstring> lost;
         walks::askEverything(*store, lost, 2000);
     }

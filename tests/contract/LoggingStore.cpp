@@ -10,7 +10,7 @@ namespace lumivard::platform::store_contract {
 /// Holds the guard of the store below; always an object, so that giving it back is seen.
 class LoggingStore::Guard final : public ILock {
 public:
-    explicit Guard(LoggingStore& store) : _store(store), _under(store._under.lock()) {
+    explicit Guard(LoggingStore& store) : _store(store), _under(store.ForwardingStore::lock()) {
         ++_store._guards;
         _store._log.push_back({.call = tCall::kLock});
     }
@@ -41,59 +41,59 @@ void LoggingStore::_note(Entry entry) const {
     if (_guards == 0) ++_unguarded;
 }
 
-core::storage::datastore::IDataStore::ILock* LoggingStore::lock() {
+LoggingStore::ILock* LoggingStore::lock() {
     return new Guard(*this);
 }
 
 void LoggingStore::flush() {
     _note({.call = tCall::kFlush});
-    _under.flush();
+    ForwardingStore::flush();
 }
 
 void LoggingStore::version(unsigned int number) {
     _note({.call = tCall::kSetVersion});
-    _under.version(number);
+    ForwardingStore::version(number);
 }
 
 unsigned int LoggingStore::version() const {
     _note({.call = tCall::kVersion});
-    return _under.version();
+    return ForwardingStore::version();
 }
 
 unsigned long long LoggingStore::extent() {
     _note({.call = tCall::kExtent});
-    return _under.extent();
+    return ForwardingStore::extent();
 }
 
 unsigned int LoggingStore::create(const void* data, unsigned int size) {
     _note({.call = tCall::kCreate, .size = size});
     const std::size_t entry = _log.size() - 1;
-    return _log[entry].offset = _under.create(data, size);
+    return _log[entry].offset = ForwardingStore::create(data, size);
 }
 
 void LoggingStore::append(unsigned int offset, const void* data, unsigned int size) {
     _note({.call = tCall::kAppend, .offset = offset, .size = size});
-    _under.append(offset, data, size);
+    ForwardingStore::append(offset, data, size);
 }
 
 void LoggingStore::update(unsigned int offset, const void* data, unsigned int size, bool changed) {
     _note({.call = tCall::kUpdate, .offset = offset, .size = size, .changed = changed});
-    _under.update(offset, data, size, changed);
+    ForwardingStore::update(offset, data, size, changed);
 }
 
 unsigned int LoggingStore::size(unsigned int offset) {
     _note({.call = tCall::kSize, .offset = offset});
-    return _under.size(offset);
+    return ForwardingStore::size(offset);
 }
 
 void LoggingStore::read(unsigned int offset, void* buffer, unsigned int size) {
     _note({.call = tCall::kRead, .offset = offset, .size = size});
-    _under.read(offset, buffer, size);
+    ForwardingStore::read(offset, buffer, size);
 }
 
 void LoggingStore::erase(unsigned int offset) {
     _note({.call = tCall::kErase, .offset = offset});
-    _under.erase(offset);
+    ForwardingStore::erase(offset);
 }
 
 std::ostream& operator<<(std::ostream& out, const LoggingStore::Entry& entry) {

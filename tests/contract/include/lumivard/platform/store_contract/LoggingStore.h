@@ -4,15 +4,15 @@
 #include <iosfwd>
 #include <vector>
 
-#include "lumivard/platform/core/storage/datastore/IDataStore.h"
+#include "lumivard/platform/store_contract/ForwardingStore.h"
 
 namespace lumivard::platform::store_contract {
 
 /// A store that hands every call to another one, and keeps a log of them.
 ///
-/// `access()` is null, so that whatever is asked of the store passes through the log. A call that throws is logged too,
-/// but for `lock`. Several threads may use it under the guard, if the store below has one.
-class LoggingStore final : public core::storage::datastore::IDataStore {
+/// A call that throws is logged too, but for `lock`. Several threads may use it under the guard, if the store below has
+/// one.
+class LoggingStore final : public ForwardingStore {
 public:
     enum class tCall {
         kLock,    ///< a guard was taken
@@ -38,8 +38,7 @@ public:
         bool operator==(const Entry&) const = default;
     };
 
-    /// Forwards to `under`, which must outlive this object.
-    explicit LoggingStore(core::storage::datastore::IDataStore& under) : _under(under) {}
+    using ForwardingStore::ForwardingStore;
 
     const std::vector<Entry>& log() const { return _log; }
     void clearLog() { _log.clear(); }
@@ -70,7 +69,6 @@ private:
     class Guard;
     void _note(Entry entry) const;
 
-    core::storage::datastore::IDataStore& _under;
     mutable std::vector<Entry> _log;
     mutable std::size_t _unguarded = 0;
     int _guards = 0;
