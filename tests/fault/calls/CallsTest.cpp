@@ -77,8 +77,8 @@ private:
 /// One call that fails is tried at each place in memory. For the rest every third place behind the first ten is,
 /// unless the environment says otherwise. A sanitizer takes few of them.
 TEST_P(Calls, PassOnWhatTheStoreThrowsAndStaySound) {
-    static const auto stride = static_cast<long long>(effort("LVP_CALLS_STRIDE", kSanitized ? 60 : 3));
-    constexpr long long first = kSanitized ? 25 : 1;
+    static const auto stride = static_cast<long long>(effort("LVP_CALLS_STRIDE", kSanitized ? 150 : 3));
+    constexpr long long first = kSanitized ? 75 : 1;
     const bool inMemory = GetParam().kind == tKind::kMemory;
     using tTimes = FailingStore::tTimes;
     using tAccess = FailingStore::tAccess;
