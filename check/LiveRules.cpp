@@ -72,10 +72,10 @@ private:
     void report(unsigned int root, std::uint64_t count, std::uint64_t bytes) {
         const tNode& node = _census[root];
         std::string found = kindName(node.kind);
-        if (node.isEntity()) found += " " + quoted(_case.name(root));
+        if (node.isEntity()) found.append(" ").append(quoted(_case.name(root)));
         if (count > 1) found += ", with what is below it";
-        found += ": " + std::to_string(count) + (count == 1 ? " record of " : " records of ") + std::to_string(bytes) +
-                 " bytes, which nothing reaches";
+        found.append(": ").append(std::to_string(count)).append(count == 1 ? " record of " : " records of ");
+        found.append(std::to_string(bytes)).append(" bytes, which nothing reaches");
         const char* repair = _case.options.reclaim ? "erased by a repair that finds no damage" : "";
         _case.findings.add(kUnattached, node.offset, std::move(found), repair);
     }

@@ -3,12 +3,13 @@
 # more of everything. Each prints how often it tried, its seed (LVP_SEED repeats it), and what it found.
 #   scripts/campaigns.sh             all of them, one after the other: some hours
 #   scripts/campaigns.sh NAME...     these: operations, trees, threads, depth, calls, memory, kills, power, disk,
-#                                    small-disk (as root), damage, flips, checker, documents, fuzz
+#                                    small-disk (as root), damage, flips, checker, documents, fuzz, records
 set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/packages.sh
 
-names=(operations trees threads depth calls memory kills power disk small-disk damage flips checker documents fuzz)
+names=(operations trees threads depth calls memory kills power disk small-disk damage flips checker documents fuzz
+    records)
 [ $# -eq 0 ] || names=("$@")
 tests=build/release/tests
 sanitized=build/asan-ubsan/tests
@@ -62,6 +63,7 @@ campaign() {
                 run $tests/check/lvp_test_check '*' ;;
         documents) build asan-ubsan lvp_test_fuzz && run $sanitized/fuzz/lvp_test_fuzz '*' ;;
         fuzz) scripts/fuzz.sh 600 ;;
+        records) scripts/fuzz.sh 9000 records ;;  # some 6,000,000 executions
         *) echo "There is no campaign of that name: $1" >&2 && exit 2 ;;
     esac
 }
