@@ -88,7 +88,8 @@ Repair check::plan(IDataStore& store, const Options& options) {
             continue;
         }
         // What damage, or the mending of it, has cut off is content that somebody may want to have back.
-        const bool reclaims = options.reclaim && options.without.empty() && repair.before.sound();
+        const bool reclaims =
+            options.reclaim && options.without.empty() && repair.before.sound() && repair.before.searched;
         if (!reclaims || examination.unattached().empty()) {
             repair.steps = overlay.steps();
             return repair;

@@ -19,8 +19,10 @@ class Findings {
 public:
     explicit Findings(const Options& options) : _options(options) {}
 
-    /// Takes a finding; false when its rule is not applied.
-    bool add(tRule number, unsigned int offset, std::string found, std::string repair = {});
+    /// Takes a finding, of the severity of its rule or of `most` where that is less; false when its rule is not
+    /// applied.
+    bool add(tRule number, unsigned int offset, std::string found, std::string repair = {},
+             tSeverity most = tSeverity::kFatal);
 
     /// Hands counts and findings over; `path(offset)` tells the path of a record.
     template <class Path>

@@ -80,7 +80,8 @@ private:
         if (offset == BADOFF) return kNone;
         const unsigned int number = _case.census.find(offset, kind);
         if (number != kNone) return number;
-        const bool found = _case.findings.add(rule, _node.offset, words + _case.describe(offset), "set to none");
+        const bool found =
+            _case.findings.add(rule, _node.offset, words + _case.describe(offset), "set to none", most());
         return found ? kDead : kNone;
     }
 
@@ -97,8 +98,12 @@ private:
         std::string found = words + _case.describe(node.offset) + ", which ";
         found += node.owner == _item ? "serves as a list of children, too"
                                      : "record " + std::to_string(_case.census[node.owner].offset) + " has";
-        return _case.findings.add(kShared, _node.offset, std::move(found), repair);
+        return _case.findings.add(kShared, _node.offset, std::move(found), repair, most());
     }
+
+    /// How much it matters what this item names. A copy that broke off has named the lists of what it was made from,
+    /// and a removal that broke off names what is gone already: where nothing reaches an item, nothing is lost by it.
+    tSeverity most() const { return _node.reached ? tSeverity::kFatal : tSeverity::kNote; }
 
     Case& _case;
     unsigned int _item;

@@ -16,9 +16,10 @@ sanitized=build/asan-ubsan/tests
 
 # build PRESET TARGET...
 build() {
-    install_packages "${build_packages[@]}" "${test_packages[@]}" "${sanitizer_packages[@]}"
-    cmake --preset "$1" >/dev/null
-    cmake --build --preset "$1" --target "${@:2}"
+    # Joined, since nothing stops a function that is part of a condition.
+    install_packages "${build_packages[@]}" "${test_packages[@]}" "${sanitizer_packages[@]}" &&
+        cmake --preset "$1" >/dev/null &&
+        cmake --build --preset "$1" --target "${@:2}"
 }
 
 # run PROGRAM FILTER: some tests of a program, without a line for each.
@@ -72,7 +73,7 @@ campaign() {
 small_disk() {
     local folder status=0
     folder=$(mktemp -d)
-    mount -t tmpfs -o size=512k tmpfs "$folder"
+    mount -t tmpfs -o size=512k tmpfs "$folder" || return
     LVP_SMALL_FILE_SYSTEM=$folder run $tests/fault/disk/lvp_test_disk 'SmallFileSystem*' || status=$?
     umount "$folder" && rmdir "$folder"
     return $status

@@ -61,10 +61,7 @@ private:
         // What the store holds is nobody else's business.
         _descriptor = ::open(_name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
         if (_descriptor >= 0) return true;
-        if (errno != EEXIST) {
-            _kept = true;
-            fail(_name);
-        }
+        if (errno != EEXIST) fail(_name);
         return false;
     }
 
@@ -92,7 +89,8 @@ std::string keepOldBytes(const std::string& store, const check::Repair& repair) 
     file.write("lvp-data before-repair 1\n");
     for (const check::Step& step : repair.steps) {
         const std::string& bytes = step.before;
-        file.write(std::to_string(step.offset) + " " + std::to_string(bytes.size()) + " " + hex(bytes) + "\n");
+        file.write((step.erases ? "erase " : "change ") + std::to_string(step.offset) + " " +
+                   std::to_string(bytes.size()) + " " + hex(bytes) + "\n");
     }
     return file.keep();
 }

@@ -5,7 +5,9 @@
 
 #include <array>
 #include <cerrno>
+#include <climits>
 #include <cstddef>
+#include <cstring>
 #include <string>
 
 #include "stores/core/Failure.h"
@@ -22,6 +24,8 @@ namespace {
 constexpr unsigned int kMostReaders = 1022;
 
 constexpr off_t kLockFile = 64 * (kMostReaders + 2);  // bytes, as LMDB makes it
+
+constexpr char kLockSuffix[] = "-lock";  // LMDB's
 
 constexpr mdb_mode_t kFileMode = 0666;  // less what the process's umask takes away
 
@@ -64,11 +68,22 @@ Environment openEnvironment(const std::filesystem::path& path, unsigned int flag
     check(mdb_env_set_maxreaders(made, kMostReaders));
     check(mdb_env_set_mapsize(made, mapSize));
     check(mdb_env_open(made, path.c_str(), flags | MDB_NOSUBDIR | MDB_NOTLS, kFileMode));
+    // The one descriptor of LMDB's that a program started from here would inherit.
+    mdb_filehandle_t descriptor = -1;
+    check(mdb_env_get_fd(made, &descriptor));
+    if (::fcntl(descriptor, F_SETFD, FD_CLOEXEC) != 0) check(errno);
     return environment;
 }
 
+void requireRoomForLockName(const std::filesystem::path& path) {
+    const std::size_t longest = NAME_MAX - std::strlen(kLockSuffix);
+    if (path.filename().string().size() <= longest) return;
+    throw EngineError("its name has more than " + std::to_string(longest) +
+                      " bytes, and there must be room for that of its lock file");
+}
+
 void reserveLockFile(const std::filesystem::path& path) {
-    const std::string name = path.string() + "-lock";
+    const std::string name = path.string() + kLockSuffix;
     const std::string shown = std::filesystem::path(name).filename().string();
     const FileDescriptor descriptor(::open(name.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, kFileMode));
     if (!descriptor) {

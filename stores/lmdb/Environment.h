@@ -32,6 +32,9 @@ void check(int status);
 /// bytes. An empty file is laid out as a new environment unless `flags` has MDB_RDONLY.
 Environment openEnvironment(const std::filesystem::path& path, unsigned int flags, std::size_t mapSize);
 
+/// Throws `EngineError` for a name so long that there is none for the lock file beside it.
+void requireRoomForLockName(const std::filesystem::path& path);
+
 /// Makes the lock file beside `path` and gives it its blocks. LMDB maps it into memory and lets it grow without: on a
 /// disk that is full, writing there would end the process. Throws `EngineError` when there is no room, when it cannot
 /// be written, and when the file of that name is a store. The process must not have the environment open yet.

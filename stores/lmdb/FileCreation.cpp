@@ -37,6 +37,7 @@ void putHeader(const lmdb::Transaction& transaction, MDB_dbi records, const Engi
 }
 
 void createStoreFile(const fs::path& path, std::optional<long> fileSystem) {
+    lmdb::requireRoomForLockName(path);
     NewFile file(path.parent_path(), kFileMode);
     refuseNetwork(file.descriptor(), fileSystem);
     layOut(file.path());

@@ -45,7 +45,8 @@ void removeFirstName(const std::filesystem::path& path, const struct stat& file)
     std::filesystem::directory_iterator entry(path.parent_path(), error);
     for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
         const std::string name = entry->path().filename().string();
-        if (name.starts_with(".lvp-store-") && name.ends_with(".new") && isNameOf(entry->path(), file)) {
+        const bool first = name.starts_with(".lvp-store-") && name.ends_with(".new");
+        if (first && entry->path() != path && isNameOf(entry->path(), file)) {
             ::unlink(entry->path().c_str());
         }
     }
@@ -116,7 +117,8 @@ FileHandle::~FileHandle() {
 void FileHandle::_open(const std::filesystem::path& path, tMode mode, std::optional<long> fileSystem) {
     FileDescriptor descriptor = openDescriptor(path, mode);
     _status = statusOf(descriptor.get());
-    if (_status.st_nlink > 1) {
+    if (S_ISREG(_status.st_mode) && _status.st_nlink > 1) {
+        refuseForeign(descriptor.get());
         removeFirstName(path, _status);
         _status = statusOf(descriptor.get());
     }

@@ -120,6 +120,8 @@ std::optional<Engine::News> LmdbEngine::guardTaken() {
     lmdb::check(mdb_env_info(_environment.get(), &info));
     if (info.me_last_txnid == _told) return std::nullopt;
     _renew();
+    // A writer that died may have left its number ahead of the state that there is, until the next writer comes.
+    if (mdb_txn_id(_snapshot.get()) == _told) return std::nullopt;
     News news{header(), true, {}};
     _told = mdb_txn_id(_snapshot.get());
     return news;

@@ -90,15 +90,9 @@ bool PageVerifier::_use(std::uint64_t number, std::uint64_t count) {
         _fault("container.length", "it ends before " + pageName(number + count - 1), number);
         return false;
     }
-    if (_used.empty()) return true;  // the header alone is looked for: one way down
-    const auto first = _used.begin() + static_cast<std::ptrdiff_t>(number);
-    const auto end = first + static_cast<std::ptrdiff_t>(count);
-    if (std::find(first, end, true) != end) {
-        _fault("container.shared", pageName(number) + " is in use twice", number);
-        return false;
-    }
-    std::fill(first, end, true);
-    return true;
+    if (!_marks || _used.insert(number, count)) return true;
+    _fault("container.shared", pageName(number) + " is in use twice", number);
+    return false;
 }
 
 std::size_t PageVerifier::_nodeAt(const Frame& frame, std::size_t index) const {

@@ -15,7 +15,8 @@ constexpr std::size_t kMostFaults = 1000;
 constexpr std::uint64_t kPiece = 1 << 20;  // of a long value, read at once
 constexpr std::uint32_t kSmallestPage = 512;
 constexpr std::uint32_t kLargestPage = 32768;
-constexpr std::uint64_t kFirstPage = 2;  // behind the metas
+constexpr std::uint64_t kFirstPage = 2;                       // behind the metas
+constexpr std::uint64_t kMostPages = std::uint64_t{1} << 48;  // their positions in a file fit in 64 bits
 
 // LMDB counts on, and has its own uses for the numbers at the end.
 constexpr std::uint64_t kMostTransactions = std::uint64_t{1} << 63;
@@ -83,11 +84,7 @@ bool PageVerifier::_soundMeta(const page::Meta& meta, std::uint64_t index) {
            meta.version == page::kVersion && std::has_single_bit(size) && size >= kSmallestPage &&
            size <= kLargestPage && size == (index == 0 ? size : _metas[0].pageSize()) &&
            (meta.transaction == 0 || meta.transaction % 2 == index) && meta.transaction < kMostTransactions &&
-           meta.lastPage >= kFirstPage - 1;
-}
-
-bool PageVerifier::isShort() const {
-    return _meta.lastPage >= _filePages;
+           meta.lastPage >= kFirstPage - 1 && meta.lastPage < kMostPages;
 }
 
 // --- The header alone
@@ -154,7 +151,7 @@ void PageVerifier::_header(const Leaf& leaf) {
 void PageVerifier::verifyAll(bool values) {
     verifyHeader();
     if (_report.faultCount != 0) return;
-    _used.assign(static_cast<std::size_t>(std::min(_meta.lastPage + 1, _filePages)), false);
+    _marks = true;
     _walk(_meta.records, false, [&](const Leaf& leaf) { _record(leaf, values); });
     if (_highest > _extent) {
         _fault("container.header",
@@ -224,13 +221,12 @@ void PageVerifier::_freePages() {
         _fault("container.free", "page " + text(*twice) + " is free twice", *twice);
     }
     for (const std::uint64_t number : _free) {
-        if (number < _used.size() && _used[static_cast<std::size_t>(number)]) {
+        if (_used.contains(number)) {
             _fault("container.free", "page " + text(number) + " is in use and free", number);
         }
     }
     _report.freePages = _free.size();
-    const auto inUse = static_cast<std::uint64_t>(std::count(_used.begin(), _used.end(), true));
-    const std::uint64_t known = kFirstPage + inUse + _free.size();
+    const std::uint64_t known = kFirstPage + _used.size() + _free.size();
     if (_report.faultCount == 0 && known != _meta.lastPage + 1) {
         _fault("container.free", text(_meta.lastPage + 1 - known) + " pages are neither in use nor free", _meta.page);
     }

@@ -11,6 +11,7 @@
 #include "lumivard/platform/stores/FileReport.h"
 #include "stores/lmdb/PageFormat.h"
 #include "stores/lmdb/PageReader.h"
+#include "stores/lmdb/PageSet.h"
 
 namespace lumivard::platform::stores::lmdb {
 
@@ -35,10 +36,6 @@ public:
 
     /// The transaction of the meta that was taken.
     std::uint64_t transaction() const { return _meta.transaction; }
-
-    /// Whether the file ends before the last page that the meta counts. That may be in order, when the pages behind the
-    /// end are free and were never written; only `verifyAll` can tell.
-    bool isShort() const;
 
     /// Finds the store's header, and examines the pages on the way there.
     void verifyHeader();
@@ -100,7 +97,8 @@ private:
     std::array<page::Meta, 2> _metas;
     page::Meta _meta;
     std::uint64_t _filePages = 0;
-    std::vector<bool> _used;
+    bool _marks = false;  // each page that is used; not on the one way down to the header
+    PageSet _used;
     std::vector<std::uint64_t> _free;
     bool _headerSeen = false;
     std::uint64_t _extent = 0;

@@ -263,6 +263,24 @@ TEST(Repair, ErasesWhatNothingReachesWhenAsked) {
     EXPECT_EQ(tree.store.size(stray), 0u);
 }
 
+// As a copy that broke off has left it: it names the localized names of what it was made from, and children that are
+// gone.
+TEST(Repair, ErasesAnInterruptedCopyWhenAsked) {
+    SmallTree tree;
+    const unsigned int copy =
+        tree.store.create(stored::bytes(&tree.store, tree.node).data(), tree.store.size(tree.node));
+    tree.word(copy, stored::kChildren, 12345);
+    const check::Options options{.reclaim = true};
+    const auto plan = check::plan(tree.store, options);
+    EXPECT_TRUE(plan.before.sound()) << describe(plan.before);
+    EXPECT_EQ(plan.before.byCode.at("reference.shared"), 1u);
+    EXPECT_EQ(plan.before.byCode.at("reference.children"), 1u);
+    ASSERT_TRUE(check::apply(tree.store, plan));
+    EXPECT_TRUE(check::examine(tree.store).clean());
+    EXPECT_EQ(tree.store.size(copy), 0u);
+    EXPECT_NE(tree.store.size(tree.names), 0u);
+}
+
 TEST(Repair, ErasesNothingAsLongAsDamageRemains) {
     SmallTree tree;
     tree::container(&tree.store, L"stray");

@@ -175,7 +175,7 @@ TEST_F(ToolCheck, RepairsAndKeepsTheOldBytes) {
     EXPECT_EQ(run.out.substr(0, run.out.find('\n')), "change 0: 32 bytes to 32");
     const std::string kept = bytesOf(store + ".before-repair");
     EXPECT_EQ(kept.substr(0, kept.find('\n')), "lvp-data before-repair 1");
-    EXPECT_NE(kept.find("\n0 " + std::to_string(before.size()) + " 00ffffffff03000000"), kept.npos);
+    EXPECT_NE(kept.find("\nchange 0 " + std::to_string(before.size()) + " 00ffffffff03000000"), kept.npos);
     EXPECT_EQ(check().status, 0);
 }
 

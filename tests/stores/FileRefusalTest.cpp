@@ -146,6 +146,13 @@ TEST_F(FileRefusal, OfAVeryLongNameTheEndIsShown) {
     EXPECT_THAT(message, HasSubstr(std::string(98, 'y') + "é.lvp\""));
 }
 
+TEST_F(FileRefusal, ANameWithoutRoomForThatOfTheLockFileIsRefusedBeforeThereIsAFile) {
+    EXPECT_THAT(messageOf<StoreError>([&] { file(folder / std::string(251, 'x'), tMode::kWrite); }),
+                HasSubstr("its name has more than 250 bytes"));
+    EXPECT_EQ(folder.entries(), 0);
+    EXPECT_NO_THROW(file(folder / std::string(250, 'x'), tMode::kWrite));
+}
+
 TEST_F(FileRefusal, ANameIsNeverCutInsideACharacter) {
     std::string name = "a";
     for (int i = 0; i < 110; ++i) name += "é";
@@ -175,14 +182,14 @@ TEST_F(FileRefusal, AStoreFileCutToItsFirstPageIsRefused) {
 TEST_F(FileRefusal, AFileThatClaimsMorePagesThanCanBeIsRefused) {
     constexpr std::size_t kPage = 4096;
     constexpr std::size_t kLastPageAt = 136;  // in each of the two meta pages
-    constexpr std::uint64_t kClaimed = 1ULL << 52;
+    constexpr std::uint64_t kClaimed = 1ULL << 40;
     create(*file(path(), tMode::kWrite), "a");
     std::string bytes = bytesOf(path());
     for (const std::size_t page : {std::size_t{0}, kPage}) {
         std::memcpy(bytes.data() + page + kLastPageAt, &kClaimed, sizeof kClaimed);
     }
     folder.file("a.lvp", bytes);
-    expectRefused("it is not a store file, or it is damaged: 4503599627370492 pages are neither in use nor free");
+    expectRefused("it is not a store file, or it is damaged: 1099511627772 pages are neither in use nor free");
 }
 
 TEST_F(FileRefusal, OtherFilesAreRefusedWhateverTheirLength) {

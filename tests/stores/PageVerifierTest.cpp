@@ -118,6 +118,23 @@ TEST_F(PageVerifier, FindsMetasThatMakeNoSense) {
                 ElementsAre("container.meta"));
 }
 
+// A number of pages that overflows when one is added to it, and one that no file could have.
+TEST_F(PageVerifier, FindsANumberOfPagesThatMakesNoSense) {
+    for (const std::uint64_t last : {~std::uint64_t{0}, ~std::uint64_t{0} - 1, std::uint64_t{1} << 48}) {
+        const auto many = [&](Pages& pages) {
+            pages.put<std::uint64_t>(pages.newest().page * Pages::kSize + page::kMetaEnd - 16, last);
+        };
+        EXPECT_THAT(found(many), ElementsAre("container.meta")) << last;
+    }
+}
+
+TEST_F(PageVerifier, FindsPagesThatWouldLieBehindTheFile) {
+    const auto many = [](Pages& pages) {
+        pages.put<std::uint64_t>(pages.newest().page * Pages::kSize + page::kMetaEnd - 16, std::uint64_t{1} << 40);
+    };
+    EXPECT_THAT(found(many), ElementsAre("container.free"));
+}
+
 TEST_F(PageVerifier, FindsAMetaThatWouldHideTheNewestState) {
     const auto older = [](Pages& pages) {
         const page::Meta newest = pages.newest();

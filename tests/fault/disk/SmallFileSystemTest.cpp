@@ -31,8 +31,9 @@ protected:
     void SetUp() override {
         const char* const name = std::getenv("LVP_SMALL_FILE_SYSTEM");
         if (!name || !*name) GTEST_SKIP() << "LVP_SMALL_FILE_SYSTEM names no folder";
-        folder = fs::canonical(name);
-        ASSERT_LE(fs::space(folder).capacity, 2U << 20) << "that is not small";
+        const fs::path named = fs::canonical(name);
+        ASSERT_LE(fs::space(named).capacity, 2U << 20) << "that is not small";
+        folder = named;  // not before: what is in it is removed
         clear();
     }
     void TearDown() override { clear(); }
