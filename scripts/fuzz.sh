@@ -23,6 +23,7 @@ cmake --build --preset "$preset" --target lvp_fuzz
 build=build/$preset
 corpus=tests/fuzz/corpus
 work=$(mktemp -d)
+seed=${LVP_SEED:-$RANDOM$RANDOM}
 trap 'rm -rf "$work"' EXIT
 # Where memory came from is told in a few lines: each more costs a twentieth of the executions.
 export ASAN_OPTIONS=allocator_may_return_null=0:malloc_context_size=3 UBSAN_OPTIONS=print_stacktrace=1
@@ -37,10 +38,10 @@ run() {
     mkdir -p "$work/$target" "$crashes"
     [ ! -e "$corpus/$target" ] || cp -r "$corpus/$target/." "$work/$target"
     [ ! -e "tests/fuzz/$target.dict" ] || dictionary=("-dict=tests/fuzz/$target.dict")
-    "$build/tests/fuzz/lvp_fuzz_$target" "${limits[@]}" "${dictionary[@]}" -max_total_time="$2" -print_final_stats=1 \
+    "$build/tests/fuzz/lvp_fuzz_$target" "${limits[@]}" "${dictionary[@]}" -seed="$seed" -max_total_time="$2" -print_final_stats=1 \
         -artifact_prefix="$crashes/" "$work/$target" >"$log" 2>&1 || status=$?
     echo "$target: $(sed -n 's/^stat::number_of_executed_units: *//p' "$log") executions in $2 s," \
-        "$(find "$crashes" -type f -newer "$work/$target.begin" | wc -l) finds"
+        "LVP_SEED=$seed, $(find "$crashes" -type f -newer "$work/$target.begin" | wc -l) finds"
     [ "$status" -eq 0 ] || {
         grep -aE '^(==|SUMMARY|Test unit|artifact|.*what\(\)|.*ERROR)' "$log" | head -20
         return 1

@@ -52,7 +52,10 @@ void printPlan(const check::Repair& repair) {
 
 void repair(const tCheckOptions& options, tCheckResult& result) {
     if (!isFile(options.store)) throw Failure(kCannotOpen, "only the store of a file can be repaired");
-    if (result.file.faultCount != 0) return;
+    if (result.file.faultCount != 0) {
+        if (!options.json) std::cout << "nothing was repaired: the file has faults below its records\n";
+        return;
+    }
     const auto store = openToChange(options.store);
     check::Options how{.whole = options.whole, .reclaim = options.reclaim};
     auto repair = check::plan(*store, how);

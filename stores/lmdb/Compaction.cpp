@@ -9,6 +9,7 @@
 #include "stores/engine/EngineError.h"
 #include "stores/lmdb/FileCreation.h"
 #include "stores/lmdb/HeaderFormat.h"
+#include "stores/lmdb/LockFile.h"
 #include "stores/lmdb/NewFile.h"
 #include "stores/lmdb/Verification.h"
 
@@ -100,7 +101,7 @@ void compactStoreFile(const fs::path& path, LmdbEngine::Settings settings) {
     // The lock file counts the transactions of the old file. Who opens that one from now on waits, and then finds that
     // it has lost its name; who opens the new one makes a lock file for it.
     source.file().takeAlone();
-    ::unlink((real.string() + "-lock").c_str());
+    ::unlink(LockFile::nameFor(real).c_str());
     copy.replace(real);
     NewFile::makeNamesDurable(real.parent_path());
 }

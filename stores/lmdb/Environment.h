@@ -1,6 +1,7 @@
 #pragma once
 
 #include <lmdb.h>
+#include <sys/types.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -25,20 +26,19 @@ using Environment = std::unique_ptr<MDB_env, CloseEnvironment>;
 using Transaction = std::unique_ptr<MDB_txn, AbortTransaction>;
 using Cursor = std::unique_ptr<MDB_cursor, CloseCursor>;
 
+/// How many handles on one file there may be in all processes: 64 bytes each in the lock file, and enough for every
+/// process that a machine is likely to run.
+inline constexpr unsigned int kMostReaders = 1022;
+
+/// The length of the lock file, in bytes, as LMDB makes it.
+inline constexpr off_t kLockFileLength = 64 * (kMostReaders + 2);
+
 /// Throws `EngineError` with the cause in plain words unless `status` is MDB_SUCCESS.
 void check(int status);
 
 /// Opens the single file `path` as an environment. `flags` come on top of MDB_NOSUBDIR and MDB_NOTLS; `mapSize` is in
 /// bytes. An empty file is laid out as a new environment unless `flags` has MDB_RDONLY.
 Environment openEnvironment(const std::filesystem::path& path, unsigned int flags, std::size_t mapSize);
-
-/// Throws `EngineError` for a name so long that there is none for the lock file beside it.
-void requireRoomForLockName(const std::filesystem::path& path);
-
-/// Makes the lock file beside `path` and gives it its blocks. LMDB maps it into memory and lets it grow without: on a
-/// disk that is full, writing there would end the process. Throws `EngineError` when there is no room, when it cannot
-/// be written, and when the file of that name is a store. The process must not have the environment open yet.
-void reserveLockFile(const std::filesystem::path& path);
 
 /// Begins a transaction; `flags` is 0 or MDB_RDONLY.
 Transaction begin(const Environment& environment, unsigned int flags);

@@ -3,6 +3,7 @@
 #include "stores/lmdb/Environment.h"
 #include "stores/lmdb/FileHandle.h"
 #include "stores/lmdb/HeaderFormat.h"
+#include "stores/lmdb/LockFile.h"
 #include "stores/lmdb/NewFile.h"
 
 namespace lumivard::platform::stores {
@@ -37,7 +38,7 @@ void putHeader(const lmdb::Transaction& transaction, MDB_dbi records, const Engi
 }
 
 void createStoreFile(const fs::path& path, std::optional<long> fileSystem) {
-    lmdb::requireRoomForLockName(path);
+    LockFile::requireRoomForName(path);
     NewFile file(path.parent_path(), kFileMode);
     refuseNetwork(file.descriptor(), fileSystem);
     layOut(file.path());

@@ -18,7 +18,12 @@
 namespace lumivard::platform::stores {
 namespace {
 
+constexpr char kOpenAlready[] = "this process has it open already";
+
 FileDescriptor openDescriptor(const std::filesystem::path& path, tMode mode) {
+    // Lock files are in the registry too: to open and close one would give back what this process has locked in it.
+    struct stat status = {};
+    if (::stat(path.c_str(), &status) == 0 && FileRegistry::has(status)) throw EngineError(kOpenAlready);
     const int access = mode == tMode::kWrite ? O_RDWR : O_RDONLY;
     FileDescriptor descriptor(::open(path.c_str(), access | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     if (descriptor) return descriptor;
@@ -125,7 +130,7 @@ void FileHandle::_open(const std::filesystem::path& path, tMode mode, std::optio
     refuseKind(_status);
     refuseForeign(descriptor.get());
     refuseNetwork(descriptor.get(), fileSystem);
-    if (!FileRegistry::enter(_status)) throw EngineError("this process has it open already");
+    if (!FileRegistry::enter(_status)) throw EngineError(kOpenAlready);
     try {
         if (mode == tMode::kWrite) takeWriterLock(descriptor.get());
         takePresence(descriptor.get());
@@ -134,6 +139,7 @@ void FileHandle::_open(const std::filesystem::path& path, tMode mode, std::optio
         FileRegistry::leave(_status);
         throw;
     }
+    _process = ::getpid();
     _descriptor = std::move(descriptor);
 }
 
@@ -141,7 +147,7 @@ void FileHandle::_close() noexcept {
     if (!_descriptor) return;
     _descriptor =
         FileDescriptor();  // and with it the locks: who finds the file free in the registry can have those too
-    FileRegistry::leave(_status);
+    if (::getpid() == _process) FileRegistry::leave(_status);
 }
 
 void FileHandle::takeAlone() {

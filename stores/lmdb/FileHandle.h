@@ -13,9 +13,9 @@ namespace lumivard::platform::stores {
 /// The right of this process to use a file as a store, held as long as the object lives: it is the only handle on the
 /// file in this process, and with `tMode::kWrite` the only writer on this machine.
 ///
-/// It looks at the kind of file, not into it. The writer's right is a lock on the file itself, and so is the presence
-/// of everybody who has it open, which keeps the file from being replaced; the system gives both back when the process
-/// is gone, however it went.
+/// Of what is in the file it looks at the mark of LMDB alone. The writer's right is a lock on the file itself, and so
+/// is the presence of everybody who has it open, which keeps the file from being replaced; the system gives both back
+/// when the process is gone, however it went.
 class FileHandle {
 public:
     /// Opens the file; `path` must have no symbolic link at its end. `fileSystem` stands for what `statfs` would say.
@@ -27,6 +27,9 @@ public:
 
     /// The open file, for plain reads.
     int descriptor() const noexcept { return _descriptor.get(); }
+
+    /// What the system says of the file.
+    const struct stat& status() const noexcept { return _status; }
 
     /// Takes the file for this handle alone; opened for writing only. Throws `EngineError` while others have it open.
     void takeAlone();
@@ -43,6 +46,7 @@ private:
 
     FileDescriptor _descriptor;
     struct stat _status = {};
+    pid_t _process = 0;  // that opened the file: a child made by fork() has no right to it
 };
 
 /// The name of a file without symbolic links and relative parts; the file itself need not exist. The name matters,

@@ -34,6 +34,12 @@ bool FileRegistry::enter(const struct stat& file) {
     return all.files.insert(entry(file)).second;
 }
 
+bool FileRegistry::has(const struct stat& file) {
+    Entries& all = entries();
+    const std::lock_guard held(all.mutex);
+    return all.files.contains(entry(file));
+}
+
 void FileRegistry::leave(const struct stat& file) noexcept {
     Entries& all = entries();
     const std::lock_guard held(all.mutex);

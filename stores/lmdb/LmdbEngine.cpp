@@ -49,7 +49,7 @@ LmdbEngine::LmdbEngine(const fs::path& path, tMode mode, const Settings& setting
     if (report.faultCount == 0 && lmdb::isShort(report)) report = lmdb::verifyNewest(_file->descriptor(), false);
     lmdb::requireSound(report);
     _format = report.format;
-    lmdb::reserveLockFile(real);
+    _lock.emplace(real, _file->status());
     _environment =
         lmdb::openEnvironment(real, mode == tMode::kRead ? MDB_RDONLY : 0, firstMapSize(settings, report.length));
     mdb_filehandle_t descriptor = -1;
@@ -58,7 +58,7 @@ LmdbEngine::LmdbEngine(const fs::path& path, tMode mode, const Settings& setting
     int dead = 0;
     lmdb::check(mdb_reader_check(_environment.get(), &dead));  // processes that died reading hold no space any more
     _beginReading();
-    _requireOwnLockFile();
+    if (mode == tMode::kWrite) _takeOverFromDeadWriter();
     if (settings.verify) lmdb::requireSound(verify(false));
     _openDatabase();
 }
@@ -178,21 +178,11 @@ void LmdbEngine::_beginReading() {
     _told = mdb_txn_id(made);
 }
 
-// LMDB finds the newest state by the number in the lock file. Where a file was put in the place of another that
-// somebody still has open, that number is the other's: to go on would lose what was flushed here.
-void LmdbEngine::_requireOwnLockFile() {
-    constexpr int kMostTries = 100;
-    const bool reads = _mode == tMode::kRead;
-    if (!reads) {
-        lmdb::begin(_environment, 0);  // a writer that died may have left the number behind: LMDB sets it right
-        _renew();
-    }
-    for (int tries = 0; tries < kMostTries; ++tries) {
-        if (lmdb::knowsTransaction(_file->descriptor(), mdb_txn_id(_snapshot.get()), reads)) return;
-        if (!reads) break;
-        _renew();  // two commits may have come meanwhile
-    }
-    throw EngineError("another file that had its name before is still open somewhere");
+// A writer that died between its last two steps has left a number in the lock file by which its newest state is not
+// found: LMDB sets it right when somebody else writes.
+void LmdbEngine::_takeOverFromDeadWriter() {
+    lmdb::begin(_environment, 0);
+    _renew();
 }
 
 void LmdbEngine::_openDatabase() {

@@ -12,6 +12,7 @@
 #include "stores/engine/Engine.h"
 #include "stores/lmdb/Environment.h"
 #include "stores/lmdb/FileHandle.h"
+#include "stores/lmdb/LockFile.h"
 #include "stores/lmdb/StoredValue.h"
 
 namespace lumivard::platform::stores {
@@ -59,7 +60,7 @@ private:
     std::optional<std::span<const std::byte>> _get(std::uint64_t key) const;
     int _write(const Batch& batch);
     void _beginReading();
-    void _requireOwnLockFile();
+    void _takeOverFromDeadWriter();
     void _openDatabase();
     void _renew();
     void _growMap();
@@ -70,6 +71,7 @@ private:
     const tMode _mode;
     const pid_t _process;
     std::optional<FileHandle> _file;
+    std::optional<LockFile> _lock;
     lmdb::Environment _environment;
     lmdb::Transaction _snapshot;
     MDB_dbi _records = 0;

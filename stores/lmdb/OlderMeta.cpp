@@ -18,7 +18,9 @@ OlderMeta::OlderMeta(int descriptor, std::size_t transaction, std::size_t pageSi
 }
 
 void OlderMeta::restore() const noexcept {
-    static_cast<void>(!::pwrite(_descriptor, _bytes.data(), _bytes.size(), _position));
+    // And to the disk, before anybody builds on the older state: the new one may have got there although it was not
+    // said.
+    if (::pwrite(_descriptor, _bytes.data(), _bytes.size(), _position) > 0) static_cast<void>(::fdatasync(_descriptor));
 }
 
 }  // namespace lumivard::platform::stores::lmdb

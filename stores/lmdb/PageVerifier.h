@@ -34,9 +34,6 @@ public:
     /// Takes the meta of one transaction instead of the newer one. False when neither is of it any more.
     bool useTransaction(std::uint64_t transaction);
 
-    /// The transaction of the meta that was taken.
-    std::uint64_t transaction() const { return _meta.transaction; }
-
     /// Finds the store's header, and examines the pages on the way there.
     void verifyHeader();
 

@@ -43,16 +43,6 @@ std::optional<FileReport> verifyAll(int descriptor, std::uint64_t transaction, b
     }
 }
 
-bool knowsTransaction(int descriptor, std::uint64_t transaction, bool older) {
-    for (int tries = 1;; ++tries) {
-        PageVerifier verifier{PageReader(descriptor)};
-        if (verifier.readMetas()) {
-            return older ? verifier.useTransaction(transaction) : verifier.transaction() == transaction;
-        }
-        if (tries == kMostTries) requireSound(verifier.report());
-    }
-}
-
 bool isShort(const FileReport& report) {
     return report.length / report.pageSize < report.pages;
 }

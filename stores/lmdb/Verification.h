@@ -25,10 +25,6 @@ FileReport verifyNewest(int descriptor, bool values);
 /// examination of all pages can tell.
 bool isShort(const FileReport& report);
 
-/// Whether a transaction of LMDB's is that of the file's newest state, or with `older` of one of the two that it knows.
-/// Otherwise LMDB has learnt of it elsewhere: from the lock file of another file that had this one's name before.
-bool knowsTransaction(int descriptor, std::uint64_t transaction, bool older);
-
 /// Throws `EngineError` with the first fault of a report.
 void requireSound(const FileReport& report);
 

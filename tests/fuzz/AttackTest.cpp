@@ -14,6 +14,7 @@
 
 #include "tests/fuzz/Confined.h"
 #include "tests/fuzz/RoundTrip.h"
+#include "tests/support/Sanitized.h"
 
 // Documents that are made to cost more than they are worth. Each is read in a process of its own, within a bound of
 // memory and of processor time; whether it is refused or read is told beside it.
@@ -177,11 +178,7 @@ const std::vector<Attack>& attacks() {
 
 // Sanitizers make everything slower, and this is no measurement: the bound is there to end what would not end by
 // itself.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr unsigned int kSeconds = 200;
-#else
-constexpr unsigned int kSeconds = 40;
-#endif
+constexpr unsigned int kSeconds = test_support::kSanitized ? 200 : 40;
 constexpr std::size_t kMemory = 256 * kMega;
 
 std::string outcomeOf(IDataReader& document) {

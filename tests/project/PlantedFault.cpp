@@ -16,6 +16,13 @@ int overflow(int value) {
     return std::numeric_limits<int>::max() + value;
 }
 
+int leak(int value) {
+    const int* volatile lost = new int(value);
+    const int seen = *lost;
+    lost = nullptr;
+    return seen - value;
+}
+
 int race() {
     int shared = 0;
     std::thread other([&] { ++shared; });
@@ -29,6 +36,7 @@ int race() {
 int main(int argc, char** argv) {
     const char* fault = argc > 1 ? argv[1] : "";
     if (std::strcmp(fault, "address") == 0) return overrun(argc + 2);
+    if (std::strcmp(fault, "leak") == 0) return leak(argc);
     if (std::strcmp(fault, "undefined") == 0) return overflow(argc);
     if (std::strcmp(fault, "thread") == 0) return race();
     return 0;

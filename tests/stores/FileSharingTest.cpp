@@ -8,6 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "lumivard/platform/stores.h"
@@ -424,16 +425,62 @@ TEST_F(FileSharing, AChildThatClosesTheHandleOfItsParentLeavesThatInOrder) {
     EXPECT_EQ(contents(*open(), 0), "a");
 }
 
+TEST_F(FileSharing, AChildThatClosesTheHandleOfItsParentKeepsItsOwn) {
+    create(*open(), "a");
+    auto store = open(tMode::kRead);
+    ChildProcess child([&](const Line&) {
+        const auto own = open(tMode::kRead);
+        store.reset();
+        const std::string message = messageOf<StoreError>([&] { open(tMode::kRead); });
+        return message.find("this process has it open already") != std::string::npos ? 0 : 1;
+    });
+    EXPECT_EQ(child.wait(), 0);
+}
+
+// To open and close it would give back what LMDB has locked in it for this process.
+TEST_F(FileSharing, TheLockFileOfAnOpenStoreIsNotOpened) {
+    const auto store = open();
+    EXPECT_THAT(messageOf<StoreError>([&] { file(path().string() + "-lock", tMode::kRead); }),
+                HasSubstr("this process has it open already"));
+}
+
+TEST_F(FileSharing, ANewLockFileHasTheRightsOfItsStore) {
+    open().reset();
+    for (const auto rights : {0600, 0640, 0666}) {
+        std::filesystem::remove(path().string() + "-lock");
+        ASSERT_EQ(::chmod(path().c_str(), static_cast<mode_t>(rights)), 0);
+        open().reset();
+        struct stat status = {};
+        ASSERT_EQ(::stat((path().string() + "-lock").c_str(), &status), 0);
+        EXPECT_EQ(status.st_mode & 0777, static_cast<mode_t>(rights));
+    }
+}
+
 // --- A file in the place of another
 
-TEST_F(FileSharing, AFileThatReplacedAnotherIsRefusedWhileThatIsStillOpen) {
-    {
-        const auto store = open(tMode::kWrite);
-        for (int flush = 0; flush < 7; ++flush) {
-            create(*store, "old");
-            store->flush();
-        }
+// Both have made as many transactions, so that nothing in the lock file could tell them apart.
+TEST_F(FileSharing, AFileThatReplacedAnotherIsRefusedInTheSameProcess) {
+    auto old = open(tMode::kWrite);
+    create(*old, "old");
+    old->flush();
+    create(*file(folder / "new.lvp", tMode::kWrite), "new");
+    std::filesystem::rename(folder / "new.lvp", path());
+    for (const tMode mode : {tMode::kWrite, tMode::kRead}) {
+        EXPECT_THAT(messageOf<StoreError>([&] { open(mode); }), HasSubstr("another file that had its name before"));
     }
+    ChildProcess child([&](const Line&) {
+        const std::string message = messageOf<StoreError>([&] { open(tMode::kRead); });
+        return message.find("another file that had its name before") != std::string::npos ? 0 : 1;
+    });
+    EXPECT_EQ(child.wait(), 0);
+    create(*old, "older");
+    EXPECT_NO_THROW(old->flush());
+    old.reset();
+    EXPECT_EQ(contents(*open(tMode::kWrite), 0), "new");
+}
+
+TEST_F(FileSharing, AFileThatReplacedAnotherIsRefusedWhileThatIsStillOpen) {
+    create(*open(tMode::kWrite), "old");
     ChildProcess reader([&](const Line& line) {
         const auto store = open(tMode::kRead);
         line.tell(1);
@@ -444,8 +491,7 @@ TEST_F(FileSharing, AFileThatReplacedAnotherIsRefusedWhileThatIsStillOpen) {
     create(*file(folder / "new.lvp", tMode::kWrite), "new");
     std::filesystem::rename(folder / "new.lvp", path());
     for (const tMode mode : {tMode::kWrite, tMode::kRead}) {
-        EXPECT_THAT(messageOf<StoreError>([&] { open(mode); }),
-                    testing::HasSubstr("another file that had its name before"));
+        EXPECT_THAT(messageOf<StoreError>([&] { open(mode); }), HasSubstr("another file that had its name before"));
     }
     reader.tell(1);
     EXPECT_EQ(reader.wait(), 0);

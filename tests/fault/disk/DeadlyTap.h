@@ -20,8 +20,11 @@ public:
 
     Answer ask(const Call& call) override {
         if (_counted == tCalls::kCommits && !call.synchronous) return {};
-        _now = _left-- == 0;
-        if (!_now) return {};
+        _now = _left == 0;  // and stays so: what fails by itself is never done, and then the next call is meant
+        if (!_now) {
+            --_left;
+            return {};
+        }
         if (_moment == tMoment::kBefore) ::raise(SIGKILL);
         return {_moment == tMoment::kHalfway ? Answer::tKind::kShorten : Answer::tKind::kPass, 0};
     }

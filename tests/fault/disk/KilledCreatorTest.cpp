@@ -36,7 +36,7 @@ protected:
             EXPECT_TRUE(writing.found == tFound::kLast || writing.found == tFound::kAbsent) << writing.message;
             EXPECT_NO_THROW(file(folder / "a.lvp", tMode::kWrite));
         }
-        EXPECT_GT(killed, 20U);
+        EXPECT_GT(killed, 15U);
     }
 
     FastFolder folder;

@@ -44,6 +44,7 @@ TEST_P(KeptFiles, KeepTheirFormatWhenTheyAreWritten) {
         EXPECT_EQ(store->create("new", 3), 6U);
         store->flush();
     }
+    EXPECT_EQ(verify(path(), true).format, GetParam());
     const auto store = file(path(), tMode::kRead);
     EXPECT_EQ(recordOf(*store, 6), "new");
     EXPECT_EQ(contentsOf(*store).records.size(), 7U);

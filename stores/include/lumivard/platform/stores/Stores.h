@@ -60,14 +60,15 @@ LVP_EXPORT std::unique_ptr<IDataStore> memory();
 /// Refused, each with a sentence: a missing file (`kRead`) or folder, a file that is no store or is empty, one written
 /// by a newer version or on a machine with another byte order or width of `wchar_t`; a second handle on one file in a
 /// process; a second process that wants to write (at once, without waiting; a dead process is in nobody's way); a file
-/// with several names (hard links); and file systems on a network, on which neither locks nor mapped files can be
-/// relied upon, unless `FileOptions::network` insists (those in user space are not told
-/// from local ones).
+/// with several names (hard links); a file that was put in the place of another that somebody still has open; and file
+/// systems on a network, on which neither locks nor mapped files can be relied upon, unless `FileOptions::network`
+/// insists (those in user space are not told from local ones).
 ///
-/// Beside the file stands another one with "-lock" added to its name, in which readers and the writer meet. It may be
-/// deleted when nobody has the store open. A reader needs to be able to write it. A child made by fork() must open the
-/// store itself: through a handle of its parent it can change nothing. As long as it lives and has not called exec() it
-/// shares its parent's right to write, so that others find the file open for writing.
+/// Beside the file stands another one with "-lock" added to its name, in which readers and the writer meet. A new one
+/// has the rights of the store's file. It may be deleted when nobody has the store open. A reader needs to be able to
+/// write it. A child made by fork() must open the store itself: through a handle of its parent it can change nothing.
+/// As long as it lives and has not called exec() it shares its parent's right to write, so that others find the file
+/// open for writing.
 ///
 /// The file grows as needed; space of erased records is used again, and `compact` gives back what is left.
 ///
