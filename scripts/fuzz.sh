@@ -38,8 +38,8 @@ run() {
     mkdir -p "$work/$target" "$crashes"
     [ ! -e "$corpus/$target" ] || cp -r "$corpus/$target/." "$work/$target"
     [ ! -e "tests/fuzz/$target.dict" ] || dictionary=("-dict=tests/fuzz/$target.dict")
-    "$build/tests/fuzz/lvp_fuzz_$target" "${limits[@]}" "${dictionary[@]}" -seed="$seed" -max_total_time="$2" -print_final_stats=1 \
-        -artifact_prefix="$crashes/" "$work/$target" >"$log" 2>&1 || status=$?
+    "$build/tests/fuzz/lvp_fuzz_$target" "${limits[@]}" "${dictionary[@]}" -seed="$seed" \
+        -max_total_time="$2" -print_final_stats=1 -artifact_prefix="$crashes/" "$work/$target" >"$log" 2>&1 || status=$?
     echo "$target: $(sed -n 's/^stat::number_of_executed_units: *//p' "$log") executions in $2 s," \
         "LVP_SEED=$seed, $(find "$crashes" -type f -newer "$work/$target.begin" | wc -l) finds"
     [ "$status" -eq 0 ] || {

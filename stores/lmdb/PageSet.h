@@ -12,27 +12,21 @@ public:
     /// Adds a range. False, with nothing added, when one of its pages is in the set. `count` is not 0. O(log n).
     bool insert(std::uint64_t first, std::uint64_t count) {
         const std::uint64_t end = first + count;
-        auto next = _ranges.lower_bound(first);
-        if (next != _ranges.end() && next->first < end) return false;
-        if (next != _ranges.begin()) {
-            const auto before = std::prev(next);
-            if (before->second > first) return false;
-            if (before->second == first) {
-                before->second = end;
-                if (next != _ranges.end() && next->first == end) {
-                    before->second = next->second;
-                    _ranges.erase(next);
-                }
-                _size += count;
-                return true;
-            }
+        const auto none = _ranges.end();
+        const auto next = _ranges.lower_bound(first);
+        if (next != none && next->first < end) return false;
+        const auto before = next == _ranges.begin() ? none : std::prev(next);
+        if (before != none && before->second > first) return false;
+        // Ranges that touch become one.
+        std::uint64_t last = end;
+        if (next != none && next->first == end) {
+            last = next->second;
+            _ranges.erase(next);
         }
-        if (next != _ranges.end() && next->first == end) {
-            const std::uint64_t last = next->second;
-            next = _ranges.erase(next);
-            _ranges.emplace_hint(next, first, last);
+        if (before != none && before->second == first) {
+            before->second = last;
         } else {
-            _ranges.emplace_hint(next, first, end);
+            _ranges.emplace(first, last);
         }
         _size += count;
         return true;
