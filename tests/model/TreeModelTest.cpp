@@ -22,8 +22,9 @@ using core::storage::datastore::IDataStore;
 using test_support::effort;
 using test_support::seed;
 
-constexpr std::uint64_t kLeg = 500;       // operations between two comparisons of everything
-constexpr std::uint64_t kTreeAge = 4000;  // the most for one pair of trees
+constexpr std::uint64_t kLeg = 500;            // operations between two comparisons of everything
+constexpr std::uint64_t kTreeAge = 4000;       // the most for one pair of trees
+constexpr std::uint64_t kNoticed = 5'000'000;  // where a fault that was planted has to be noticed at the latest
 
 /// Goes through one pair of trees after the other until `count` operations are done; gives the first difference.
 template <class MakeTree>
@@ -84,7 +85,7 @@ std::string withFault(unsigned int every) {
     std::unique_ptr<IDataStore> under;
     std::unique_ptr<Faulty> store;
     unsigned int calls = 0;
-    return campaign(200'000, [&] {
+    return campaign(kNoticed, [&] {
         store.reset();
         under = stores::memory();
         store = std::make_unique<Faulty>(*under, every, calls);
@@ -104,7 +105,7 @@ TEST(TreeModelNotices, OneOfAThousandUpdatesThatGoesToTheNeighbour) {
 std::string withRules(const PlainTree::tRules& rules) {
     std::unique_ptr<IDataStore> store;
     return campaign(
-        100'000,
+        kNoticed,
         [&] {
             store = stores::memory();
             return RealTree::kept(*store);
