@@ -44,12 +44,10 @@ std::span<const std::byte> bytesOf(const MDB_val& value) {
 LmdbEngine::LmdbEngine(const fs::path& path, tMode mode, const Settings& settings) : _mode(mode), _process(::getpid()) {
     const fs::path real = findOrCreate(path, mode, settings.fileSystem);
     _file.emplace(real, mode, settings.fileSystem);
-    FileReport report = lmdb::verifyHeader(_file->descriptor());
-    // Pages behind the end of the file would end the process when they are read: see that none of them is in use.
-    if (report.faultCount == 0 && lmdb::isShort(report)) report = lmdb::verifyNewest(_file->descriptor(), false);
+    const FileReport report = lmdb::verifyHeader(_file->descriptor());
     lmdb::requireSound(report);
     _format = report.format;
-    _lock.emplace(real, _file->status());
+    _lock.emplace(real, *_file);
     _environment =
         lmdb::openEnvironment(real, mode == tMode::kRead ? MDB_RDONLY : 0, firstMapSize(settings, report.length));
     mdb_filehandle_t descriptor = -1;
@@ -59,7 +57,8 @@ LmdbEngine::LmdbEngine(const fs::path& path, tMode mode, const Settings& setting
     lmdb::check(mdb_reader_check(_environment.get(), &dead));  // processes that died reading hold no space any more
     _beginReading();
     if (mode == tMode::kWrite) _takeOverFromDeadWriter();
-    if (settings.verify) lmdb::requireSound(verify(false));
+    // Pages behind the end of the file would end the process when they are read: see that none of them is in use.
+    if (settings.verify || lmdb::isShort(report)) lmdb::requireSound(verify(false));
     _openDatabase();
 }
 

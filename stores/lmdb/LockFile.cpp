@@ -25,10 +25,16 @@ namespace page = lmdb::page;
 
 constexpr char kSuffix[] = "-lock";
 constexpr char kServesAnother[] = "another file that had its name before is still open somewhere";
+constexpr char kServedByAnother[] =
+    "others have it open by another name, or where its lock file was another one, and would not know of this use";
 
-// Where it is told whose a lock file is: far behind its end, and behind the numbers of processes, which LMDB locks.
+// Where a file tells which other it goes with: far behind its end, and behind the numbers of processes, which LMDB
+// locks in its own.
 constexpr off_t kFirstPlace = off_t{1} << 40;
 constexpr off_t kPlaces = off_t{1} << 60;
+constexpr off_t kNoLockFile = kFirstPlace - 1 + kPlaces;
+
+constexpr char kNotLocked[] = "it could not be marked as in use: ";
 
 // One lock file is looked up, opened and entered at a time.
 std::mutex& opening() {
@@ -36,10 +42,10 @@ std::mutex& opening() {
     return *mutex;
 }
 
-off_t placeOf(const struct stat& store) {
+off_t placeOf(const struct stat& file) {
     constexpr std::uint64_t kSpread = 0x9E3779B97F4A7C15;
-    const std::uint64_t number = std::uint64_t{store.st_ino} ^ std::uint64_t{store.st_dev} * kSpread;
-    return kFirstPlace + static_cast<off_t>(number % kPlaces);
+    const std::uint64_t number = std::uint64_t{file.st_ino} ^ std::uint64_t{file.st_dev} * kSpread;
+    return kFirstPlace + static_cast<off_t>(number % (kPlaces - 1));
 }
 
 int lock(int descriptor, int command, struct flock& range) {
@@ -59,27 +65,23 @@ bool held(int descriptor, off_t first, off_t count) {
     range.l_start = first;
     range.l_len = count;
     if (const int error = lock(descriptor, F_OFD_GETLK, range)) {
-        throw EngineError("its lock file could not be locked: " + systemReason(error));
+        throw EngineError(kNotLocked + systemReason(error));
     }
     return range.l_type != F_UNLCK;
 }
 
-// Locks belong to the descriptor, so that they end with it and with the process. Two who come at the same moment, for
-// two files, see each other: both are refused.
-void take(int descriptor, const struct stat& store) {
-    const off_t place = placeOf(store);
+// Declares that a file goes with the one that has this place; false where somebody has declared another. Locks belong
+// to the descriptor, so that they end with it and with the process. Two who come at the same moment, for two files, see
+// each other: both are refused.
+bool goesWith(int descriptor, off_t place) {
     struct flock range = {};
     range.l_type = F_RDLCK;
     range.l_start = place;
     range.l_len = 1;
-    if (const int error = lock(descriptor, F_OFD_SETLK, range)) {
-        throw EngineError("its lock file could not be locked: " + systemReason(error));
-    }
+    if (const int error = lock(descriptor, F_OFD_SETLK, range)) throw EngineError(kNotLocked + systemReason(error));
     const off_t behind = place + 1;
-    if (held(descriptor, kFirstPlace, place - kFirstPlace) ||
-        held(descriptor, behind, kFirstPlace + kPlaces - behind)) {
-        throw EngineError(kServesAnother);
-    }
+    return !held(descriptor, kFirstPlace, place - kFirstPlace) &&
+           !held(descriptor, behind, kFirstPlace + kPlaces - behind);
 }
 
 // Whether a file that has the name of a lock file is a store. What else it may hold is what a lock file may hold after
@@ -100,18 +102,22 @@ void giveRights(int descriptor, const struct stat& store) {
 
 }  // namespace
 
-LockFile::LockFile(const std::filesystem::path& path, const struct stat& store) : _process(::getpid()) {
+LockFile::LockFile(const std::filesystem::path& path, const FileHandle& store) : _process(::getpid()) {
     const std::filesystem::path name = nameFor(path);
     const std::lock_guard alone(opening());
     if (::stat(name.c_str(), &_status) == 0 && FileRegistry::has(_status)) throw EngineError(kServesAnother);
-    _open(name, store);
-    if (!_descriptor) return;
+    _open(name, store.status());
+    if (!_descriptor) {
+        if (!goesWith(store.descriptor(), kNoLockFile)) throw EngineError(kServedByAnother);
+        return;
+    }
     if (isStoreFile(_descriptor.get())) {
         throw EngineError("its lock file would be \"" + name.filename().string() + "\", which is a store");
     }
     _reserve();
-    take(_descriptor.get(), store);
     if (::fstat(_descriptor.get(), &_status) != 0) throw EngineError(systemReason(errno));
+    if (!goesWith(_descriptor.get(), placeOf(store.status()))) throw EngineError(kServesAnother);
+    if (!goesWith(store.descriptor(), placeOf(_status))) throw EngineError(kServedByAnother);
     if (!FileRegistry::enter(_status)) throw EngineError(kServesAnother);
 }
 

@@ -15,8 +15,8 @@ constexpr std::size_t kMostFaults = 1000;
 constexpr std::uint64_t kPiece = 1 << 20;  // of a long value, read at once
 constexpr std::uint32_t kSmallestPage = 512;
 constexpr std::uint32_t kLargestPage = 32768;
-constexpr std::uint64_t kFirstPage = 2;                       // behind the metas
-constexpr std::uint64_t kMostPages = std::uint64_t{1} << 48;  // their positions in a file fit in 64 bits
+constexpr std::uint64_t kFirstPage = 2;                         // behind the metas
+constexpr std::uint64_t kLongestFile = std::uint64_t{1} << 46;  // half of the address space there is for its map
 
 // LMDB counts on, and has its own uses for the numbers at the end.
 constexpr std::uint64_t kMostTransactions = std::uint64_t{1} << 63;
@@ -84,7 +84,7 @@ bool PageVerifier::_soundMeta(const page::Meta& meta, std::uint64_t index) {
            meta.version == page::kVersion && std::has_single_bit(size) && size >= kSmallestPage &&
            size <= kLargestPage && size == (index == 0 ? size : _metas[0].pageSize()) &&
            (meta.transaction == 0 || meta.transaction % 2 == index) && meta.transaction < kMostTransactions &&
-           meta.lastPage >= kFirstPage - 1 && meta.lastPage < kMostPages;
+           meta.lastPage >= kFirstPage - 1 && meta.lastPage < kLongestFile / size;
 }
 
 // --- The header alone

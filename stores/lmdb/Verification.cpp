@@ -1,6 +1,5 @@
 #include "stores/lmdb/Verification.h"
 
-#include "stores/engine/EngineError.h"
 #include "stores/lmdb/PageReader.h"
 #include "stores/lmdb/PageVerifier.h"
 
@@ -8,26 +7,22 @@ namespace lumivard::platform::stores::lmdb {
 
 namespace {
 
-constexpr int kMostTries = 5;
-
 // A writer may change pages between two reads of them: only a fault that is found again and again is there.
-template <class Examine>
-FileReport examineAgain(int descriptor, Examine examine) {
-    for (int tries = 1;; ++tries) {
-        PageVerifier verifier{PageReader(descriptor)};
-        if (verifier.readMetas()) examine(verifier);
-        if (verifier.report().faultCount == 0 || tries == kMostTries) return verifier.report();
-    }
+constexpr int kMostTries = 20;
+
+std::string refusal(const FileFault& fault) {
+    if (fault.code == "container.header") return fault.text;
+    return "it is not a store file, or it is damaged: " + fault.text;
 }
 
 }  // namespace
 
 FileReport verifyHeader(int descriptor) {
-    return examineAgain(descriptor, [](PageVerifier& verifier) { verifier.verifyHeader(); });
-}
-
-FileReport verifyNewest(int descriptor, bool values) {
-    return examineAgain(descriptor, [&](PageVerifier& verifier) { verifier.verifyAll(values); });
+    for (int tries = 1;; ++tries) {
+        PageVerifier verifier{PageReader(descriptor)};
+        if (verifier.readMetas()) verifier.verifyHeader();
+        if (verifier.report().faultCount == 0 || tries == kMostTries) return verifier.report();
+    }
 }
 
 std::optional<FileReport> verifyAll(int descriptor, std::uint64_t transaction, bool values) {
@@ -48,10 +43,9 @@ bool isShort(const FileReport& report) {
 }
 
 void requireSound(const FileReport& report) {
-    if (report.faults.empty()) return;
-    const FileFault& first = report.faults.front();
-    if (first.code == "container.header") throw EngineError(first.text);
-    throw EngineError("it is not a store file, or it is damaged: " + first.text);
+    if (!report.faults.empty()) throw UnsoundFile(report);
 }
+
+UnsoundFile::UnsoundFile(const FileReport& report) : EngineError(refusal(report.faults.front())), _report(report) {}
 
 }  // namespace lumivard::platform::stores::lmdb

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "lumivard/platform/stores/FileReport.h"
+#include "stores/engine/EngineError.h"
 
 namespace lumivard::platform::stores::lmdb {
 
@@ -18,14 +19,21 @@ FileReport verifyHeader(int descriptor);
 /// Nothing when the file has forgotten the beginning of that state, since two commits have come after it.
 std::optional<FileReport> verifyAll(int descriptor, std::uint64_t transaction, bool values);
 
-/// The same of the newest state, of which nothing holds still; for files that cannot be mapped.
-FileReport verifyNewest(int descriptor, bool values);
-
 /// Whether a file ends before the last of its pages. In order where those behind its end are free, which only the
 /// examination of all pages can tell.
 bool isShort(const FileReport& report);
 
-/// Throws `EngineError` with the first fault of a report.
+/// The refusal of a file that is damaged, by its first fault.
+class UnsoundFile : public EngineError {
+public:
+    explicit UnsoundFile(const FileReport& report);
+    const FileReport& report() const noexcept { return _report; }
+
+private:
+    FileReport _report;
+};
+
+/// Throws `UnsoundFile` if a report names a fault.
 void requireSound(const FileReport& report);
 
 }  // namespace lumivard::platform::stores::lmdb

@@ -182,14 +182,18 @@ TEST_F(FileRefusal, AStoreFileCutToItsFirstPageIsRefused) {
 TEST_F(FileRefusal, AFileThatClaimsMorePagesThanCanBeIsRefused) {
     constexpr std::size_t kPage = 4096;
     constexpr std::size_t kLastPageAt = 136;  // in each of the two meta pages
-    constexpr std::uint64_t kClaimed = 1ULL << 40;
     create(*file(path(), tMode::kWrite), "a");
     std::string bytes = bytesOf(path());
-    for (const std::size_t page : {std::size_t{0}, kPage}) {
-        std::memcpy(bytes.data() + page + kLastPageAt, &kClaimed, sizeof kClaimed);
-    }
-    folder.file("a.lvp", bytes);
-    expectRefused("it is not a store file, or it is damaged: 1099511627772 pages are neither in use nor free");
+    const auto expectRefusedWith = [&](std::uint64_t claimed, const std::string& reason) {
+        for (const std::size_t page : {std::size_t{0}, kPage}) {
+            std::memcpy(bytes.data() + page + kLastPageAt, &claimed, sizeof claimed);
+        }
+        folder.file("a.lvp", bytes);
+        expectRefused("it is not a store file, or it is damaged: " + reason);
+    };
+    expectRefusedWith(1ULL << 33, "8589934588 pages are neither in use nor free");
+    expectRefusedWith(1ULL << 34, "its description of itself makes no sense");  // there is no room to map it
+    expectRefusedWith(1ULL << 63, "its description of itself makes no sense");
 }
 
 TEST_F(FileRefusal, OtherFilesAreRefusedWhateverTheirLength) {

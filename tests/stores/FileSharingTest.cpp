@@ -7,6 +7,8 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sched.h>
+#include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -496,6 +498,82 @@ TEST_F(FileSharing, AFileThatReplacedAnotherIsRefusedWhileThatIsStillOpen) {
     reader.tell(1);
     EXPECT_EQ(reader.wait(), 0);
     EXPECT_EQ(contents(*open(tMode::kWrite), 0), "new");
+}
+
+// --- One file with two lock files
+
+TEST_F(FileSharing, AFileThatGotAnotherNameIsRefusedByThatWhileItIsOpen) {
+    create(*open(), "a");
+    ChildProcess reader([&](const Line& line) {
+        const auto store = open(tMode::kRead);
+        line.tell(1);
+        line.hear();
+        return 0;
+    });
+    EXPECT_EQ(reader.hear(), 1U);
+    std::filesystem::rename(path(), folder / "b.lvp");
+    for (const tMode mode : {tMode::kWrite, tMode::kRead}) {
+        EXPECT_THAT(messageOf<StoreError>([&] { file(folder / "b.lvp", mode); }),
+                    HasSubstr("others have it open by another name"));
+    }
+    reader.tell(1);
+    EXPECT_EQ(reader.wait(), 0);
+    EXPECT_EQ(contents(*file(folder / "b.lvp", tMode::kWrite), 0), "a");
+}
+
+TEST_F(FileSharing, AFileWhoseLockFileWasRemovedIsRefusedWhileItIsOpen) {
+    create(*open(), "a");
+    ChildProcess reader([&](const Line& line) {
+        const auto store = open(tMode::kRead);
+        line.tell(1);
+        line.hear();
+        return 0;
+    });
+    EXPECT_EQ(reader.hear(), 1U);
+    std::filesystem::remove(path().string() + "-lock");
+    EXPECT_THAT(messageOf<StoreError>([&] { open(); }), HasSubstr("or where its lock file was another one"));
+    reader.tell(1);
+    EXPECT_EQ(reader.wait(), 0);
+    EXPECT_EQ(contents(*open(), 0), "a");
+}
+
+// Shows the folder to this process alone as one where nothing can be written; false where it may not.
+bool mountReadOnly(const fs::path& folder) {
+    return ::unshare(CLONE_NEWNS) == 0 && ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+           ::mount(folder.c_str(), folder.c_str(), nullptr, MS_BIND, nullptr) == 0 &&
+           ::mount(nullptr, folder.c_str(), nullptr, MS_BIND | MS_REMOUNT | MS_RDONLY, nullptr) == 0;
+}
+
+// A reader there can tell nobody which state it reads: a writer would write over it.
+TEST_F(FileSharing, WhereNothingCanBeWrittenAStoreIsReadBesideOtherSuchReadersOnly) {
+    create(*open(), "a");
+    constexpr unsigned int kMayNot = 7;
+    ChildProcess reader([&](const Line& line) {
+        if (!mountReadOnly(path().parent_path())) {
+            line.tell(kMayNot);
+            return 0;
+        }
+        auto store = open(tMode::kRead);
+        const bool wasRead = contents(*store, 0) == "a";
+        ChildProcess another([&](const Line&) { return contents(*open(tMode::kRead), 0) == "a" ? 0 : 1; });
+        line.tell(wasRead && another.wait() == 0);
+        line.hear();
+        store.reset();
+        line.tell(1);
+        line.hear();  // until it is open for writing
+        line.tell(messageOf<StoreError>([&] { open(tMode::kRead); }).find("others have it open") != std::string::npos);
+        return 0;
+    });
+    const unsigned int first = reader.hear();
+    if (first == kMayNot) GTEST_SKIP() << "only root can mount a folder once more";
+    EXPECT_EQ(first, 1U);
+    EXPECT_THAT(messageOf<StoreError>([&] { open(); }), HasSubstr("others have it open"));
+    reader.tell(1);
+    EXPECT_EQ(reader.hear(), 1U);
+    const auto store = open();
+    reader.tell(1);
+    EXPECT_EQ(reader.hear(), 1U);
+    EXPECT_EQ(reader.wait(), 0);
 }
 
 // --- Limits of the process
