@@ -55,6 +55,10 @@ constexpr std::size_t kTree = 48;
 constexpr std::size_t kMetaEnd = kHeader + 24 + 2 * kTree + 16;
 static_assert(kMetaEnd == 152);
 
+/// The sizes that a page may have, in bytes.
+constexpr std::uint32_t kSmallest = 512;
+constexpr std::uint32_t kLargest = 32768;
+
 /// A number in host byte order at a position that lies in `bytes`.
 template <class Number>
 Number number(std::span<const std::byte> bytes, std::size_t at) {

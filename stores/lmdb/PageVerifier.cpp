@@ -12,9 +12,7 @@ namespace lumivard::platform::stores::lmdb {
 namespace {
 
 constexpr std::size_t kMostFaults = 1000;
-constexpr std::uint64_t kPiece = 1 << 20;  // of a long value, read at once
-constexpr std::uint32_t kSmallestPage = 512;
-constexpr std::uint32_t kLargestPage = 32768;
+constexpr std::uint64_t kPiece = 1 << 20;                       // of a long value, read at once
 constexpr std::uint64_t kFirstPage = 2;                         // behind the metas
 constexpr std::uint64_t kLongestFile = std::uint64_t{1} << 46;  // half of the address space there is for its map
 
@@ -81,8 +79,8 @@ void PageVerifier::_take(const page::Meta& meta) {
 bool PageVerifier::_soundMeta(const page::Meta& meta, std::uint64_t index) {
     const std::uint32_t size = meta.pageSize();
     return meta.page == index && meta.flags == page::kMeta && meta.magic == page::kMagic &&
-           meta.version == page::kVersion && std::has_single_bit(size) && size >= kSmallestPage &&
-           size <= kLargestPage && size == (index == 0 ? size : _metas[0].pageSize()) &&
+           meta.version == page::kVersion && std::has_single_bit(size) && size >= page::kSmallest &&
+           size <= page::kLargest && size == (index == 0 ? size : _metas[0].pageSize()) &&
            (meta.transaction == 0 || meta.transaction % 2 == index) && meta.transaction < kMostTransactions &&
            meta.lastPage >= kFirstPage - 1 && meta.lastPage < kLongestFile / size;
 }
