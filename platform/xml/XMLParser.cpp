@@ -19,7 +19,7 @@ constexpr XML_Index kLeastBlock = 65536;
 
 /// The longest tag, comment or processing instruction, in bytes. Expat holds it whole, several times over, and so does
 /// whoever makes something of it.
-constexpr XML_Index kLongestTag = 32 << 20;
+constexpr XML_Index kLongestTag = 8 << 20;
 
 /// How deep elements may stand in each other. What is open takes memory, here and in whoever makes something of it.
 constexpr unsigned long kDeepest = 200'000;
@@ -131,12 +131,13 @@ private:
     }
 
     /// Expat looks at a tag or comment that is not whole again from its beginning with each block. So that a long one
-    /// costs time in proportion to its length, a block is as long as what waits to become whole.
+    /// costs time in proportion to its length, a block is as long as what waits to become whole, up to the length that
+    /// is accepted.
     int blockSize() const {
         const XML_Index done = XML_GetCurrentByteIndex(_parser.get());
         const XML_Index waiting = done < 0 ? 0 : _fed - done;
         if (waiting >= kLongestTag) fail("a tag, comment or instruction is too long");
-        return static_cast<int>(std::max(waiting, kLeastBlock));
+        return static_cast<int>(std::min(std::max(waiting, kLeastBlock), kLongestTag - waiting));
     }
 
     [[noreturn]] void failParsing() const {

@@ -130,7 +130,9 @@ const std::vector<Attack>& attacks() {
                  2'000'000, "</root>");
          }},
         {"AttributeThatIsTaken", "",
-         [] { return repeated("<root name='r'><group name='", std::string(1000, 'a'), 8'300, "'/></root>"); }},
+         [] { return repeated("<root name='r'><group name='", std::string(1000, 'a'), 8'388, "'/></root>"); }},
+        {"AttributeThatIsNotTaken", "a tag, comment or instruction is too long",
+         [] { return repeated("<root name='r'><group name='", std::string(1000, 'a'), 8'389, "'/></root>"); }},
         {"EndlessTag", "a tag, comment or instruction is too long",
          [] { return repeated("<root name='r'><x ", std::string(1000, 'a'), 100'000, ""); }},
         {"ManyAttributes", "",

@@ -34,7 +34,7 @@ public:
     /// that it might declare are refused in text; in an attribute value they are passed over.
     ///
     /// Time is proportional to the length of the document. Memory is not: a text comes in pieces, but a tag, a comment
-    /// or a processing instruction is held whole, and so is the nesting. It throws as above for one of 32 MiB or more,
+    /// or a processing instruction is held whole, and so is the nesting. It throws as above for one of 8 MiB or more,
     /// and for elements that stand deeper in each other than 200,000.
     void parseDocument(io::IDataReader* reader);
 
