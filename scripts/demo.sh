@@ -6,14 +6,14 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/packages.sh
 
-install_packages "${build_packages[@]}"
-echo "Building (build/demo) ..."
+# What it builds is a part of what the tests need.
+install_packages "${build_packages[@]}" "${test_packages[@]}"
+echo "Building (build/dev) ..."
 mkdir -p build
 log=build/demo.log
-{ cmake -S . -B build/demo -G Ninja -DCMAKE_BUILD_TYPE=Release -DLVP_DATA_TESTS=OFF &&
-    cmake --build build/demo; } >"$log" 2>&1 || { cat "$log"; exit 1; }
+{ cmake --preset dev && cmake --build --preset dev --target lvp-data; } >"$log" 2>&1 || { cat "$log"; exit 1; }
 
-tool=build/demo/tools/lvp-data
+tool=build/dev/tools/lvp-data
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
