@@ -1,4 +1,5 @@
 #include "tests/check/FieldFaults.h"
+#include "tests/support/Offsets.h"
 
 #include <algorithm>
 #include <cstring>
@@ -10,7 +11,7 @@ namespace lumivard::platform::test_support {
 
 namespace {
 
-constexpr unsigned int BADOFF = IDataStore::BADOFF;
+using test_support::BADOFF;
 constexpr unsigned int kValueKinds = 24;
 
 unsigned int number(const std::string& bytes, std::size_t position, std::size_t width) {

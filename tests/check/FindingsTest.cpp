@@ -8,6 +8,7 @@
 #include "lumivard/platform/stores.h"
 #include "tests/check/Describe.h"
 #include "tests/check/SmallTree.h"
+#include "tests/support/Offsets.h"
 
 namespace {
 
@@ -34,7 +35,7 @@ TEST_P(Findings, HaveTheirNames) {
     EXPECT_EQ(codes(check::examine(tree.store, {.whole = true})), GetParam().codes);
 }
 
-constexpr unsigned int BADOFF = 0xFFFFFFFFu;
+using lumivard::platform::test_support::BADOFF;
 
 const tPlanting kPlantings[] = {
     {"Nothing", [](SmallTree&) {}, ""},

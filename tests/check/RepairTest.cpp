@@ -10,6 +10,7 @@
 #include "tests/check/Describe.h"
 #include "tests/check/SmallTree.h"
 #include "tests/check/SoundStores.h"
+#include "tests/support/Offsets.h"
 
 namespace {
 
@@ -21,7 +22,7 @@ namespace check = lumivard::platform::data::check;
 namespace data = lumivard::platform::data;
 namespace core = lumivard::platform::core;
 
-constexpr unsigned int BADOFF = 0xFFFFFFFFu;
+using lumivard::platform::test_support::BADOFF;
 
 /// Repairs a store, and looks that nothing is left to be done.
 check::Repair repair(core::storage::datastore::IDataStore& store, const check::Options& options = {}) {

@@ -1,4 +1,5 @@
 #include "tests/support/ClientFixture.h"
+#include "tests/support/Offsets.h"
 #include "tests/support/StoredRecords.h"
 
 namespace {
@@ -8,7 +9,7 @@ using namespace lumivard::platform::test_support;
 class FrontEndSetUp : public ClientTest {};
 LVP_ON_EACH_STORE(FrontEndSetUp);
 
-constexpr unsigned int kRoot = 0;
+using lumivard::platform::test_support::kRoot;
 
 TEST(FrontEnd, IsOfVersionOneWithoutAStore) {
     EXPECT_EQ(1, IContainerFrontEnd::version());

@@ -6,6 +6,7 @@
 
 #include "lumivard/platform/stores.h"
 #include "schema/Finder.h"
+#include "tests/support/Offsets.h"
 #include "tests/support/RecordHelpers.h"
 #include "tests/support/StoreFixture.h"
 #include "tests/support/TreeHelpers.h"
@@ -23,7 +24,7 @@ using lumivard::platform::test_support::StoreTest;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr unsigned int BADOFF = Root::BADOFF;
+using lumivard::platform::test_support::BADOFF;
 
 /// A root with "a" in it and "b" in that; "a" is listed in "b" again.
 class CircularTree : public StoreTest {

@@ -7,6 +7,7 @@
 
 #include "lumivard/platform/store_contract/LoggingStore.h"
 #include "record/tType.h"
+#include "tests/support/Offsets.h"
 #include "tests/support/RecordHelpers.h"
 #include "tests/support/StoreFixture.h"
 #include "tests/support/TreeHelpers.h"
@@ -27,7 +28,7 @@ using lumivard::platform::test_support::StoreTest;
 using lumivard::platform::test_support::wide;
 using testing::IsEmpty;
 
-constexpr unsigned int BADOFF = Root::BADOFF;
+using lumivard::platform::test_support::BADOFF;
 
 class Clear : public StoreTest {
 protected:

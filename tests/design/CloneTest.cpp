@@ -8,6 +8,7 @@
 
 #include "record/Container.h"
 #include "record/Locale.h"
+#include "tests/support/Offsets.h"
 #include "tests/support/RecordHelpers.h"
 #include "tests/support/StoreFixture.h"
 #include "tests/support/TreeHelpers.h"
@@ -29,7 +30,7 @@ using lumivard::platform::test_support::wide;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr unsigned int BADOFF = Root::BADOFF;
+using lumivard::platform::test_support::BADOFF;
 
 /// Copies go from the one store, with a root, to the other, which has a root and another record in front of them.
 class Clone : public StoreTest {

@@ -7,6 +7,7 @@
 
 #include "lumivard/platform/store_contract/LoggingStore.h"
 #include "record/Container.h"
+#include "tests/support/Offsets.h"
 #include "tests/support/RecordHelpers.h"
 #include "tests/support/StoreFixture.h"
 #include "tests/support/TreeHelpers.h"
@@ -24,7 +25,7 @@ using lumivard::platform::test_support::StoreTest;
 using lumivard::platform::test_support::wide;
 using tree::IContainer;
 
-constexpr unsigned int BADOFF = Container::BADOFF;
+using lumivard::platform::test_support::BADOFF;
 
 class StructuralContainer : public StoreTest {
 protected:

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "record/Offsets.h"
+#include "tests/support/Offsets.h"
 #include "tests/support/RecordHelpers.h"
 #include "tests/support/StoreFixture.h"
 #include "tests/support/TreeHelpers.h"
@@ -18,7 +19,7 @@ using data::Metadata::Root;
 using data::Structural::Container;
 using lumivard::platform::test_support::StoreTest;
 
-constexpr unsigned int BADOFF = Root::BADOFF;
+using lumivard::platform::test_support::BADOFF;
 
 class Duplicate : public StoreTest {
 protected:

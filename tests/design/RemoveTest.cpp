@@ -7,6 +7,7 @@
 
 #include "lumivard/platform/store_contract/LoggingStore.h"
 #include "record/tType.h"
+#include "tests/support/Offsets.h"
 #include "tests/support/RecordHelpers.h"
 #include "tests/support/StoreFixture.h"
 #include "tests/support/TreeHelpers.h"
@@ -28,7 +29,7 @@ using lumivard::platform::test_support::StoreTest;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr unsigned int BADOFF = Root::BADOFF;
+using lumivard::platform::test_support::BADOFF;
 
 class Remove : public StoreTest {
 protected:

@@ -7,6 +7,7 @@
 #include "lumivard/platform/store_contract/LoggingStore.h"
 #include "record/Container.h"
 #include "record/tType.h"
+#include "tests/support/Offsets.h"
 #include "tests/support/RecordHelpers.h"
 #include "tests/support/StoreFixture.h"
 #include "tests/support/TreeHelpers.h"
@@ -28,7 +29,7 @@ using lumivard::platform::test_support::StoreTest;
 using lumivard::platform::test_support::wide;
 using testing::ElementsAre;
 
-constexpr unsigned int BADOFF = Root::BADOFF;
+using lumivard::platform::test_support::BADOFF;
 
 /// The section of a renamed item: its name with a terminator, and as many zeros.
 std::string twice(const wchar_t* name) {

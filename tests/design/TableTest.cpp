@@ -9,6 +9,7 @@
 
 #include "record/Offsets.h"
 #include "record/Table.h"
+#include "tests/support/Offsets.h"
 #include "tests/support/RecordHelpers.h"
 #include "tests/support/StoreFixture.h"
 #include "tests/support/TreeHelpers.h"
@@ -28,7 +29,7 @@ using lumivard::platform::test_support::wide;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr unsigned int BADOFF = Table::BADOFF;
+using lumivard::platform::test_support::BADOFF;
 
 constexpr units::tUnit unit(unsigned int number) {
     return static_cast<units::tUnit>(number);

@@ -14,7 +14,7 @@ namespace {
 using namespace lumivard::platform;
 using namespace lumivard::platform::data;
 
-const std::string kDocument = LVP_SOURCE_DIR "/examples/data/materials.xml";
+const std::string kMaterialsDocument = LVP_SOURCE_DIR "/examples/data/materials.xml";
 
 using test_support::read;
 using test_support::written;
@@ -23,7 +23,7 @@ class Materials : public testing::Test {
 protected:
     Materials() {
         const auto store = stores::file(path(), stores::tMode::kWrite);
-        read(store.get(), bytesOf(kDocument));
+        read(store.get(), bytesOf(kMaterialsDocument));
     }
 
     std::filesystem::path path() const { return _folder / "materials.lvp"; }
@@ -96,7 +96,7 @@ unsigned int occurrences(const std::string& document, const std::string& text) {
 }
 
 TEST_F(Materials, AreAllReachedThroughThePublicInterfaces) {
-    const std::string document = bytesOf(kDocument);
+    const std::string document = bytesOf(kMaterialsDocument);
     std::vector<std::wstring> groups;
     for (auto at = document.find("<group name=\""); at != std::string::npos;
          at = document.find("<group name=\"", at + 1)) {

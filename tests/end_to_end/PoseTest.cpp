@@ -16,7 +16,7 @@ using metadata::IStructLayout;
 using test_support::read;
 using test_support::written;
 
-const std::string kSchemas = LVP_SOURCE_DIR "/examples/data/motion-schemas.xml";
+const std::string kMotionSchemas = LVP_SOURCE_DIR "/examples/data/motion-schemas.xml";
 const std::string kMotion = LVP_SOURCE_DIR "/examples/data/motion.xml";
 
 class Poses : public testing::Test {
@@ -24,7 +24,7 @@ protected:
     Poses() {
         // The schema of the hand names that of the pose, which stands above it in the same document.
         const auto above = metadata::ISchemaLocator::make(library.get());
-        read(library.get(), bytesOf(kSchemas), above.get());
+        read(library.get(), bytesOf(kMotionSchemas), above.get());
         read(store.get(), bytesOf(kMotion), locator.get());
     }
 

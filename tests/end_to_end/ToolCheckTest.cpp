@@ -15,7 +15,7 @@ namespace {
 using namespace lumivard::platform::test_support;
 namespace stores = lumivard::platform::stores;
 
-constexpr const char* kDocument =
+constexpr const char* kSmallDocument =
     "<root name='r'><group name='a'><node name='n'><int8 name='x'>5</int8></node></group><group name='b'/></root>";
 
 /// Whether a text is one JSON value: a reader of nothing but the syntax.
@@ -73,7 +73,7 @@ private:
 
 class ToolCheck : public Tool {
 protected:
-    void SetUp() override { store = imported(kDocument); }
+    void SetUp() override { store = imported(kSmallDocument); }
 
     /// Changes the store behind everybody's back.
     template <class Change>

@@ -16,15 +16,15 @@ namespace lumivard::platform::fuzz {
 
 namespace {
 
-void limit(decltype(RLIMIT_CPU) resource, rlim_t most) {
+void limitTo(decltype(RLIMIT_CPU) resource, rlim_t most) {
     const rlimit bound{most, most};
     ::setrlimit(resource, &bound);
 }
 
 /// The child's whole life. What it has to tell is the peak and the words.
 [[noreturn]] void run(const std::function<std::string()>& work, std::size_t memory, unsigned int seconds, int out) {
-    limit(RLIMIT_CORE, 0);
-    limit(RLIMIT_CPU, seconds);
+    limitTo(RLIMIT_CORE, 0);
+    limitTo(RLIMIT_CPU, seconds);
     AllocationMeter::start(memory);
     std::string words;
     try {

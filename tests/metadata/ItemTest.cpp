@@ -6,6 +6,7 @@
 #include "lumivard/platform/store_contract/FailingStore.h"
 #include "lumivard/platform/store_contract/LoggingStore.h"
 #include "record/Entity.h"
+#include "tests/support/Offsets.h"
 #include "tests/support/RecordHelpers.h"
 #include "tests/support/StoreFixture.h"
 #include "tests/support/TreeHelpers.h"
@@ -24,7 +25,7 @@ using lumivard::platform::store_contract::LoggingStore;
 using lumivard::platform::test_support::hex;
 using lumivard::platform::test_support::StoreTest;
 
-constexpr unsigned int BADOFF = data::Metadata::Item::BADOFF;
+using lumivard::platform::test_support::BADOFF;
 
 class Item : public StoreTest {};
 LVP_ON_EACH_STORE(Item);

@@ -6,6 +6,7 @@
 
 #include "lumivard/platform/store_contract/LoggingStore.h"
 #include "record/Locale.h"
+#include "tests/support/Offsets.h"
 #include "tests/support/RecordHelpers.h"
 #include "tests/support/StoreFixture.h"
 #include "tests/support/TreeHelpers.h"
@@ -21,7 +22,7 @@ using lumivard::platform::test_support::hex;
 using lumivard::platform::test_support::StoreTest;
 using lumivard::platform::test_support::wide;
 
-constexpr unsigned int BADOFF = data::Metadata::Item::BADOFF;
+using lumivard::platform::test_support::BADOFF;
 
 class LocaleRecord : public StoreTest {
 protected:

@@ -8,6 +8,7 @@
 
 #include "lumivard/platform/store_contract/LoggingStore.h"
 #include "record/Locale.h"
+#include "tests/support/Offsets.h"
 #include "tests/support/RecordHelpers.h"
 #include "tests/support/StoreFixture.h"
 #include "tests/support/TreeHelpers.h"
@@ -26,7 +27,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Pair;
 
-constexpr unsigned int BADOFF = data::Metadata::Item::BADOFF;
+using lumivard::platform::test_support::BADOFF;
 constexpr unsigned int kNoLocale = data::Metadata::Item::kNoLocale;
 
 /// A locale and its text.

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "record/Root.h"
+#include "tests/support/Offsets.h"
 #include "tests/support/RecordHelpers.h"
 #include "tests/support/StoreFixture.h"
 #include "tests/support/TreeHelpers.h"
@@ -17,7 +18,7 @@ using data::Metadata::Root;
 using lumivard::platform::test_support::hex;
 using lumivard::platform::test_support::StoreTest;
 
-constexpr unsigned int BADOFF = Root::BADOFF;
+using lumivard::platform::test_support::BADOFF;
 
 class MetadataRoot : public StoreTest {};
 LVP_ON_EACH_STORE(MetadataRoot);

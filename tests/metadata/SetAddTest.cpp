@@ -7,6 +7,7 @@
 #include "lumivard/platform/store_contract/LoggingStore.h"
 #include "record/Locale.h"
 #include "record/Offsets.h"
+#include "tests/support/Offsets.h"
 #include "tests/support/RecordHelpers.h"
 #include "tests/support/StoreFixture.h"
 #include "tests/support/TreeHelpers.h"
@@ -25,7 +26,7 @@ using lumivard::platform::test_support::StoreTest;
 using testing::ElementsAre;
 using tCall = LoggingStore::tCall;
 
-constexpr unsigned int BADOFF = Root::BADOFF;
+using lumivard::platform::test_support::BADOFF;
 
 class Add : public StoreTest {
 protected:

@@ -9,6 +9,7 @@
 #include "lumivard/platform/store_contract/FailingStore.h"
 #include "lumivard/platform/store_contract/LoggingStore.h"
 #include "record/Offsets.h"
+#include "tests/support/Offsets.h"
 #include "tests/support/RecordHelpers.h"
 #include "tests/support/StoreFixture.h"
 #include "tests/support/TreeHelpers.h"
@@ -28,7 +29,7 @@ using lumivard::platform::test_support::StoreTest;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr unsigned int BADOFF = Set::BADOFF;
+using lumivard::platform::test_support::BADOFF;
 
 class MetadataSet : public StoreTest {
 protected:

@@ -10,11 +10,11 @@ namespace lumivard::platform::model {
 
 namespace {
 
-constexpr unsigned int kAll = 0xFFFFFFFF;
+constexpr unsigned int kToTheEnd = 0xFFFFFFFF;
 
 // A buffer longer than what is asked for, so that bytes which are written behind that show.
 std::string readSome(IDataStore& store, unsigned int offset, unsigned int count) {
-    std::string bytes(std::max(store.size(offset), count == kAll ? 0 : count) + 4, '~');
+    std::string bytes(std::max(store.size(offset), count == kToTheEnd ? 0 : count) + 4, '~');
     store.read(offset, bytes.data(), count);
     return bytes.substr(0, std::min(store.size(offset), count)) + bytes.substr(bytes.size() - 4);
 }
@@ -79,7 +79,7 @@ StoreOutcome perform(IDataStore& store, const StoreOperation& operation) {
 
 std::string contents(IDataStore& store, unsigned int offset) {
     std::string bytes(store.size(offset), '\0');
-    store.read(offset, bytes.data(), kAll);
+    store.read(offset, bytes.data(), kToTheEnd);
     return bytes;
 }
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstring>
 #include <functional>
-#include <locale>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -13,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include "lumivard/platform/core/io/MemoryReader.h"
+#include "tests/support/ContinentalLocale.h"
 
 namespace {
 
@@ -448,16 +448,9 @@ TEST(XMLParser, KeepsThePlaceOfAnExceptionOfTheCallback) {
     EXPECT_EQ(parser.column(), 2u);
 }
 
-class Grouping final : public std::numpunct<char> {
-    char do_thousands_sep() const override { return '.'; }
-    std::string do_grouping() const override { return "\3"; }
-};
-
 TEST(XMLParser, DoesNotLookAtTheLocale) {
-    const std::locale before = std::locale::global(std::locale(std::locale::classic(), new Grouping));
-    const std::string message = refusal(std::string(1233, '\n') + "<a></b>");
-    std::locale::global(before);
-    EXPECT_EQ(message, "line 1234, column 6: mismatched tag");
+    const lumivard::platform::test_support::ContinentalLocale locale;
+    EXPECT_EQ(refusal(std::string(1233, '\n') + "<a></b>"), "line 1234, column 6: mismatched tag");
 }
 
 TEST(XMLParser, SeveralRunAtOnce) {

@@ -9,6 +9,7 @@
 
 #include "lumivard/platform/store_contract/FailingStore.h"
 #include "lumivard/platform/store_contract/LoggingStore.h"
+#include "tests/support/Offsets.h"
 #include "tests/support/RecordHelpers.h"
 #include "tests/support/StoreFixture.h"
 
@@ -23,7 +24,7 @@ using lumivard::platform::test_support::StoreTest;
 using tCall = LoggingStore::tCall;
 using Record::Base;
 
-constexpr unsigned int BADOFF = Base::BADOFF;
+using lumivard::platform::test_support::BADOFF;
 
 std::string working(const Base& record) {
     return {record.bytes(), record.size()};

@@ -14,6 +14,7 @@
 #include "record/Primitive.h"
 #include "record/Root.h"
 #include "record/Table.h"
+#include "tests/support/Offsets.h"
 #include "tests/support/RecordHelpers.h"
 #include "tests/support/StoreFixture.h"
 
@@ -28,7 +29,7 @@ using lumivard::platform::test_support::StoreTest;
 using lumivard::platform::test_support::wide;
 using Record::Entity;
 
-constexpr unsigned int BADOFF = Entity::BADOFF;
+using lumivard::platform::test_support::BADOFF;
 
 class RecordEntity : public StoreTest {
 protected:

@@ -9,6 +9,7 @@
 
 #include "lumivard/platform/store_contract/LoggingStore.h"
 #include "record/Container.h"
+#include "tests/support/Offsets.h"
 #include "tests/support/RecordHelpers.h"
 #include "tests/support/StoreFixture.h"
 
@@ -23,7 +24,7 @@ using lumivard::platform::test_support::StoreTest;
 using Record::Offsets;
 using testing::ElementsAre;
 
-constexpr unsigned int BADOFF = Offsets::BADOFF;
+using lumivard::platform::test_support::BADOFF;
 
 class RecordOffsets : public StoreTest {
 protected:

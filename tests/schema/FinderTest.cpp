@@ -7,6 +7,7 @@
 
 #include "lumivard/platform/store_contract/LoggingStore.h"
 #include "record/Locale.h"
+#include "tests/support/Offsets.h"
 #include "tests/support/RecordHelpers.h"
 #include "tests/support/StoreFixture.h"
 #include "tests/support/TreeHelpers.h"
@@ -21,7 +22,7 @@ using lumivard::platform::store_contract::LoggingStore;
 using lumivard::platform::test_support::makeRecord;
 using lumivard::platform::test_support::StoreTest;
 
-constexpr unsigned int BADOFF = tree::IDataStore::BADOFF;
+using lumivard::platform::test_support::BADOFF;
 
 /// A root with "a" in it, "t" in that, "p" in that; and a primitive "q" beside "a".
 class PathFinder : public StoreTest {

@@ -4,6 +4,7 @@
 #include "lumivard/platform/store_contract/LoggingStore.h"
 #include "record/Locale.h"
 #include "tests/schema/SchemaFixture.h"
+#include "tests/support/Offsets.h"
 
 namespace {
 
@@ -17,8 +18,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using tCall = LoggingStore::tCall;
 
-constexpr unsigned int BADOFF = IDataStore::BADOFF;
-constexpr unsigned char kFromASchema = 0x06;
+using lumivard::platform::test_support::BADOFF;
 
 /// An item of a schema goes from the one store into the set "set" of the other.
 class InheritItem : public SchemaTest {

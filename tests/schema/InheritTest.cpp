@@ -6,6 +6,7 @@
 #include "lumivard/platform/store_contract/FailingStore.h"
 #include "lumivard/platform/store_contract/LoggingStore.h"
 #include "tests/schema/SchemaFixture.h"
+#include "tests/support/Offsets.h"
 
 namespace {
 
@@ -18,8 +19,7 @@ using lumivard::platform::store_contract::LoggingStore;
 using testing::ElementsAre;
 using tCall = LoggingStore::tCall;
 
-constexpr unsigned int BADOFF = IDataStore::BADOFF;
-constexpr unsigned char kFromASchema = 0x06;
+using lumivard::platform::test_support::BADOFF;
 
 /// An implementation of the interface that is none of ours.
 class ForeignSchema final : public ISchema {

@@ -6,6 +6,7 @@
 #include "lumivard/platform/stores.h"
 #include "schema/Comparator.h"
 #include "tests/schema/SchemaFixture.h"
+#include "tests/support/Offsets.h"
 #include "tests/support/SmallStack.h"
 
 namespace {
@@ -15,7 +16,7 @@ namespace stores = lumivard::platform::stores;
 using data::Schema::Comparator;
 
 constexpr unsigned int kDeep = 20000;
-constexpr unsigned int kRoot = 0;
+using lumivard::platform::test_support::kRoot;
 
 /// A store in memory with a root.
 class LargeSchema : public testing::Test {

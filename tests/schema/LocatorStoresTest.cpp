@@ -2,6 +2,7 @@
 #include "lumivard/platform/store_contract/FailingStore.h"
 #include "lumivard/platform/store_contract/LoggingStore.h"
 #include "tests/schema/SchemaFixture.h"
+#include "tests/support/Offsets.h"
 
 namespace {
 
@@ -11,7 +12,7 @@ using lumivard::platform::store_contract::FailingStore;
 using lumivard::platform::store_contract::LoggingStore;
 using testing::ElementsAre;
 
-constexpr unsigned int kRoot = 0;
+using lumivard::platform::test_support::kRoot;
 
 class LocatorStores : public SchemaTest {};
 LVP_ON_EACH_STORE(LocatorStores);

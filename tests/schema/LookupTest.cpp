@@ -1,6 +1,7 @@
 // A name or a path in a set.
 #include <gtest/gtest.h>
 
+#include "tests/support/Offsets.h"
 #include "tests/support/StoreFixture.h"
 #include "tests/support/TreeHelpers.h"
 
@@ -12,7 +13,7 @@ using data::Metadata::Root;
 using data::Structural::Container;
 using lumivard::platform::test_support::StoreTest;
 
-constexpr unsigned int BADOFF = Root::BADOFF;
+using lumivard::platform::test_support::BADOFF;
 
 /// A root with "a" in it, "b" in that, "p" in that.
 class Lookup : public StoreTest {

@@ -4,6 +4,7 @@
 
 #include "lumivard/platform/store_contract/LoggingStore.h"
 #include "tests/schema/SchemaFixture.h"
+#include "tests/support/Offsets.h"
 
 namespace {
 
@@ -12,7 +13,7 @@ using lumivard::platform::store_contract::LoggingStore;
 using testing::ElementsAre;
 using tCall = LoggingStore::tCall;
 
-constexpr unsigned int kRoot = 0;
+using lumivard::platform::test_support::kRoot;
 
 class Resolve : public SchemaTest {
 protected:

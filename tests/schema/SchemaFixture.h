@@ -32,6 +32,9 @@ using metadata::IStructLayout;
 
 using tNames = std::vector<std::wstring>;
 
+/// The flags of an item that a schema has brought: inherited and hidden.
+inline constexpr unsigned char kFromASchema = 0x06;
+
 /// One field of a layout, for comparing.
 struct tFieldIs {
     std::wstring name;

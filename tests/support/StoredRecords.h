@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "lumivard/platform/core/storage/datastore/IDataStore.h"
+#include "tests/support/Offsets.h"
 
 /// Records as they lie in a store, for tests that look behind the public interfaces or put there what these would not.
 /// The positions are those of the stored format, written down a second time on purpose.
@@ -12,7 +13,7 @@ namespace lumivard::platform::test_support::stored {
 
 using core::storage::datastore::IDataStore;
 
-inline constexpr unsigned int BADOFF = IDataStore::BADOFF;
+using test_support::BADOFF;
 
 // Positions of fields: of every entity, and of a container.
 inline constexpr unsigned int kParent = 1;

@@ -7,14 +7,14 @@ namespace {
 
 using namespace lumivard::platform::test_support;
 
-constexpr const char* kSchemas =
+constexpr const char* kSchemaDocument =
     "<root name='schemas'><table name='Pose'><double name='position' dim='3'/><int64 name='time' dim='1'/></table>"
     "<table name='Part'><int32 name='id'>0</int32><string name='label'/><table name='size'><double name='width'/>"
     "<double name='depth'/></table><struct name='pose' type='Pose' dim='1'/></table>"
     "<table name='Tagged'><string name='tag'/></table></root>";
 
 /// A document whose names and numbers differ from those of the other threads.
-std::string documentOf(int thread) {
+std::string documentWithSchemas(int thread) {
     const std::string number = std::to_string(thread);
     std::string document = "<root version=\"" + number + "\" name=\"r" + number + "\">";
     for (int i = 0; i < 50; ++i) {
@@ -32,13 +32,13 @@ TEST(SchemaThreads, ReadAndWriteDifferentDocumentsThroughOneLocator) {
     constexpr int kThreads = 4;
     const auto schemas = lumivard::platform::stores::memory();
     const auto locator = ISchemaLocator::make(schemas.get());
-    ASSERT_EQ(readInto(schemas.get(), kSchemas, locator.get()), kNone);
+    ASSERT_EQ(readInto(schemas.get(), kSchemaDocument, locator.get()), kNone);
     for (const wchar_t* uri : {L"Part", L"Tagged", L"Pose"}) ASSERT_TRUE(locator->resolve(uri)) << uri;
     std::atomic<int> faults{0};
     std::vector<std::thread> threads;
     for (int thread = 0; thread < kThreads; ++thread) {
         threads.emplace_back([thread, &faults, &locator] {
-            const std::string document = documentOf(thread);
+            const std::string document = documentWithSchemas(thread);
             for (int round = 0; round < 3; ++round) {
                 const auto store = lumivard::platform::stores::memory();
                 faults += readInto(store.get(), document, locator.get()) != kNone;

@@ -3,10 +3,10 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
-#include <locale>
 #include <string>
 #include <vector>
 
+#include "tests/support/ContinentalLocale.h"
 #include "xml/Scalar.h"
 
 namespace {
@@ -210,18 +210,10 @@ TEST(NumberReading, MayWriteToAnyAddress) {
     EXPECT_EQ(value, 2.5);
 }
 
-/// A decimal comma, and groups of digits.
-class Continental : public std::numpunct<char> {
-    char do_decimal_point() const override { return ','; }
-    char do_thousands_sep() const override { return '.'; }
-    std::string do_grouping() const override { return "\3"; }
-};
-
 TEST(NumberReading, DoesNotLookAtTheLocaleOfTheProcess) {
-    const std::locale before = std::locale::global(std::locale(std::locale::classic(), new Continental));
+    const lumivard::platform::test_support::ContinentalLocale locale;
     double value = 0;
     EXPECT_TRUE(Scalar::scan(metadata::kDouble, "1234.5", reinterpret_cast<char*>(&value)));
-    std::locale::global(before);
     EXPECT_EQ(value, 1234.5);
 }
 

@@ -3,9 +3,9 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
-#include <locale>
 #include <string>
 
+#include "tests/support/ContinentalLocale.h"
 #include "xml/Scalar.h"
 
 namespace {
@@ -102,18 +102,10 @@ TEST(NumberWriting, MayReadFromAnyAddress) {
     EXPECT_STREQ(text, L"2.5");
 }
 
-/// A decimal comma, and groups of digits.
-class Continental : public std::numpunct<wchar_t> {
-    wchar_t do_decimal_point() const override { return L','; }
-    wchar_t do_thousands_sep() const override { return L'.'; }
-    std::string do_grouping() const override { return "\3"; }
-};
-
 TEST(NumberWriting, DoesNotLookAtTheLocaleOfTheProcess) {
-    const std::locale before = std::locale::global(std::locale(std::locale::classic(), new Continental));
+    const lumivard::platform::test_support::ContinentalLocale locale;
     const std::wstring real = printed(metadata::kDouble, 1234.5);
     const std::wstring integer = printed<std::int32_t>(metadata::kInt32, 1234567);
-    std::locale::global(before);
     EXPECT_EQ(real, L"1234.5");
     EXPECT_EQ(integer, L"1234567");
 }

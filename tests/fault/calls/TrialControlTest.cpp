@@ -9,6 +9,7 @@
 #include "tests/fault/calls/CallFault.h"
 #include "tests/fault/calls/GuardAttempt.h"
 #include "tests/fault/calls/Trial.h"
+#include "tests/support/Offsets.h"
 #include "tests/support/StoredRecords.h"
 
 namespace {
@@ -52,7 +53,7 @@ std::wstring resetOr(World& w, Harm harm) {
 }
 
 constexpr const wchar_t* kNumber = L"main:top.group.number";
-constexpr unsigned int kRoot = 0;
+using lumivard::platform::test_support::kRoot;
 
 TEST_F(TrialControl, ASoundOperationPasses) {
     EXPECT_THAT(findings({"", "Sound", kNumber, &reset}), IsEmpty());
