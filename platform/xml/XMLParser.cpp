@@ -19,7 +19,7 @@ constexpr XML_Index kLeastBlock = 65536;
 
 /// The longest tag, comment or processing instruction, in bytes. Expat holds it whole, several times over, and so does
 /// whoever makes something of it.
-constexpr XML_Index kLongestTag = 8 << 20;
+constexpr XML_Index kLongestTag = (8 << 20) - 1;
 
 /// How deep elements may stand in each other. What is open takes memory, here and in whoever makes something of it.
 constexpr unsigned long kDeepest = 200'000;

@@ -317,12 +317,26 @@ TEST(XMLParser, ReadsLongTexts) {
 
 TEST(XMLParser, ReadsALongTagInBlocksThatGrowWithIt) {
     // In blocks of one size expat would look at the tag's beginning hundreds of times.
-    const std::string value(20000000, 'v');
+    const std::string value(8000000, 'v');
     PieceReader reader("<a x='" + value + "'/>", ~0ul, false);
     Recorder recorder;
     XMLParser(&recorder, nullptr).parseDocument(&reader);
     EXPECT_THAT(recorder.events, ElementsAre("<a x=" + value, ">a"));
     EXPECT_LT(reader.calls, 20);
+}
+
+// Whatever is before it, and in whatever blocks it comes.
+TEST(XMLParser, ReadsATagThatIsShorterThanEightMebibytesAndNoOther) {
+    constexpr std::size_t kRest = sizeof("<a x=''/>") - 1;
+    for (const std::size_t before : {0, 1, 65536, 3000000}) {
+        const std::string start = "<r>" + std::string(before, ' ');
+        const std::string value((8 << 20) - kRest - 1, 'v');
+        Recorder recorder;
+        PieceReader longest(start + "<a x='" + value + "'/></r>", ~0ul, false);
+        EXPECT_NO_THROW(XMLParser(&recorder, nullptr).parseDocument(&longest)) << before;
+        PieceReader tooLong(start + "<a x='v" + value + "'/></r>", ~0ul, false);
+        EXPECT_THROW(XMLParser(&recorder, nullptr).parseDocument(&tooLong), std::runtime_error) << before;
+    }
 }
 
 TEST(XMLParser, ReadsManyShortTagsInBlocksOfOneSize) {
