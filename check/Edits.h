@@ -29,6 +29,12 @@ public:
     void drop(unsigned int list, std::size_t index) { _edits[list].dropped.push_back(index); }
     void cut(unsigned int list) { _edits[list].cut = true; }
 
+    /// Whether a set loses its list.
+    bool losesChildren(unsigned int offset) const {
+        const auto edit = _edits.find(offset);
+        return edit != _edits.end() && edit->second.children;
+    }
+
     /// Changes the records in a store.
     void applyTo(IDataStore& store) const;
 

@@ -69,7 +69,21 @@ public:
         judgeNames(_case, items);
     }
 
+    /// A set that has to keep a list in which another set's items have their places.
+    void kept(unsigned int set, unsigned int list) {
+        const unsigned int owner = _census[list].owner;
+        if (!descent().standsBelow(set, owner)) return;
+        _case.findings.add(kCycle, _census[set].offset,
+                           "its children are " + _case.describe(_census[list].offset) + ", which record " +
+                               std::to_string(_census[owner].offset) + " has, below which it stands");
+    }
+
 private:
+    const Descent& descent() {
+        if (!_descent) _descent.emplace(_case);
+        return *_descent;
+    }
+
     /// An item that has its place here.
     void here(unsigned int item) {
         const tNode& node = _census[item];
@@ -89,9 +103,8 @@ private:
 
     /// An item that has its place elsewhere, or had it before in this list.
     void again(unsigned int item, std::size_t index) {
-        if (!_descent) _descent.emplace(_case);
         const std::string found = "entry " + std::to_string(index) + " names " + _case.describe(_census[item].offset);
-        if (_descent->standsBelow(_owner, item)) {
+        if (descent().standsBelow(_owner, item)) {
             drop(kCycle, index, found + ", which it stands below");
         } else {
             drop(kListedTwice, index,
@@ -148,7 +161,12 @@ std::uint64_t judgeTree(Case& subject) {
         if (node.owner != item) level[item] = level[node.owner] + 1;
         deepest = std::max(deepest, level[item]);
         const unsigned int list = node.isSet() ? census.find(node.children, Record::kOffsets) : kNone;
-        if (list != kNone && census[list].owner == item) judge.list(item, list);
+        if (list == kNone) continue;
+        if (census[list].owner == item) {
+            judge.list(item, list);
+        } else if (!subject.edits.losesChildren(node.offset)) {
+            judge.kept(item, list);
+        }
     }
     return deepest;
 }

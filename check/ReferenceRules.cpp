@@ -110,15 +110,17 @@ private:
     const tNode& _node;
 };
 
-/// What is in a list that more than one record names.
+/// What is in a list that more than one record names. What cannot be read may be anything.
 tSharedList look(Case& subject, unsigned int list) {
     const Census& census = subject.census;
     tSharedList shared;
-    for (const unsigned int entry : subject.entries(list)) {
+    const std::vector<unsigned int> entries = subject.entries(list);
+    shared.containers = shared.primitives = !census[list].readable;
+    for (const unsigned int entry : entries) {
         const unsigned int item = census.find(entry);
-        if (item == kNone || !census[item].readable || !Record::isChild(census[item].kind)) continue;
-        shared.containers |= census[item].kind == Record::kContainer;
-        shared.primitives |= census[item].kind == Record::kPrimitive;
+        if (item == kNone || !census[item].mayBeChild()) continue;
+        shared.containers |= census[item].mayBe(Record::kContainer);
+        shared.primitives |= census[item].mayBe(Record::kPrimitive);
         const unsigned int parent = census.find(census[item].parent);
         const bool claims = parent != kNone && census[parent].isSet() && census[parent].children == census[list].offset;
         if (claims && shared.claimed == kNone) shared.claimed = parent;

@@ -17,7 +17,8 @@ constexpr auto kDamage = tSeverity::kDamage;
 constexpr auto kFatal = tSeverity::kFatal;
 
 constexpr Rule kTable[] = {
-    {"graph.cycle", kDamage, "a list names an item that it stands below", "the entry is dropped"},
+    {"graph.cycle", kDamage, "a list names an item that it stands below",
+     "the entry is dropped, unless the list has to stay as it is"},
     {"graph.listed-twice", kDamage, "an item has two places", "the place that the item itself names stays"},
     {"graph.misplaced", kNote, "an item stands where it can be reached by no cursor", ""},
     {"graph.parent-differs", kDamage, "an item names another owner than the one that lists it",

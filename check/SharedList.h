@@ -17,8 +17,11 @@ struct tSharedList {
         return (owner.kind == Record::kTable && containers) || (owner.kind == Record::kRoot && primitives);
     }
 
-    /// Whether cursors get from `other` to items that they would not get to from `owner`.
-    bool needs(const tNode& other, const tNode& owner) const { return other.kind != owner.kind && misplacesIn(owner); }
+    /// Whether cursors get from `other` to items that they do not get to from `owner`. That is so below a root alone: a
+    /// table has a list only where they get to no container that names it, since such a one would have gone before it.
+    bool needs(const tNode& other, const tNode& owner) const {
+        return other.kind != owner.kind && owner.kind == Record::kRoot && primitives;
+    }
 };
 
 }  // namespace lumivard::platform::data::Check

@@ -47,7 +47,7 @@ campaign() {
             LVP_ALLOCATIONS_STRIDE=1 LVP_DEMO_ALLOCATIONS_STRIDE=20 \
                 run $tests/fault/calls/lvp_test_fault_allocations '*' ;;
         kills) build release lvp_test_disk &&
-            LVP_KILLS=5000 LVP_RACES=2000 LVP_DEAD_WRITERS=1000 LVP_COMPACTION_RACES=2000 \
+            LVP_KILLS=5000 LVP_RACES=2000 LVP_DEAD_WRITERS=1000 LVP_COMPACTION_RACES=2000 LVP_KILLED_REPAIRS=5000 \
                 run $tests/fault/disk/lvp_test_disk '*Killed*:DeadWriter*:*Race*' ;;
         power) build release lvp_test_disk &&
             LVP_POWER_CUTS=150000 run $tests/fault/disk/lvp_test_disk 'PowerCut*' ;;
@@ -60,7 +60,7 @@ campaign() {
             LVP_FLIPS=100000 LVP_SOUND_FILES=1000 \
                 run $tests/fault/pages/lvp_test_pages '*Silently*:SoundFiles*' ;;
         checker) build release lvp_test_check &&
-            LVP_PLANTED=30000 LVP_REPAIRS=8000 LVP_HOSTILE=15000 LVP_VERDICTS=6000 \
+            LVP_PLANTED=30000 LVP_REPAIRS=8000 LVP_BROKEN_OFF=30000 LVP_HOSTILE=15000 LVP_VERDICTS=6000 \
                 run $tests/check/lvp_test_check '*' ;;
         documents) build asan-ubsan lvp_test_fuzz && run $sanitized/fuzz/lvp_test_fuzz '*' ;;
         fuzz) scripts/fuzz.sh 600 ;;

@@ -40,28 +40,28 @@ bool canBeOpened(const stores::FileReport& file) {
                        [](const stores::FileFault& fault) { return fault.code == "container.checksum"; });
 }
 
-/// Tells the plan before anything is done.
-void printPlan(const check::Repair& repair) {
-    for (const check::Step& step : repair.steps) {
-        std::cout << (step.erases ? "erase " : "change ") << step.offset << ": " << step.before.size() << " bytes";
-        if (!step.erases) std::cout << " to " << step.after.size();
-        std::cout << '\n';
+/// Looks at the store, and at what can be read of one that must not be repaired.
+void examine(const tCheckOptions& options, tCheckResult& result) {
+    if (canBeOpened(result.file)) {
+        result.report = check::examine(*openToRead(options.store), {.whole = options.whole});
     }
-    flushOutput();
+    if (options.json) return;
+    printFound(result, std::cout);
+    if (options.repair) std::cout << "nothing was repaired: the file has faults below its records\n";
 }
 
+/// What was found, why, and what is going to be done is told before anything is.
 void repair(const tCheckOptions& options, tCheckResult& result) {
-    if (!isFile(options.store)) throw Failure(kCannotOpen, "only the store of a file can be repaired");
-    if (result.file.faultCount != 0) {
-        if (!options.json) std::cout << "nothing was repaired: the file has faults below its records\n";
-        return;
-    }
     const auto store = openToChange(options.store);
     check::Options how{.whole = options.whole, .reclaim = options.reclaim};
     auto repair = check::plan(*store, how);
     result.report = repair.before;
+    if (!options.json) {
+        printFound(result, std::cout);
+        printPlan(repair, std::cout);
+        flushOutput();
+    }
     if (!repair.steps.empty()) {
-        if (!options.json) printPlan(repair);
         result.oldBytes = keepOldBytes(options.store, repair);
         if (!check::apply(*store, repair)) throw Failure(kCannotFinish, "the store changed while it was examined");
         repair.after = check::examine(*store, how);
@@ -69,26 +69,24 @@ void repair(const tCheckOptions& options, tCheckResult& result) {
     result.repair = std::move(repair);
 }
 
-void examine(const tCheckOptions& options, tCheckResult& result) {
-    if (!canBeOpened(result.file)) return;
-    const auto store = openToRead(options.store);
-    result.report = check::examine(*store, {.whole = options.whole});
-}
-
 }  // namespace
 
 tExitStatus checkStore(const tCheckOptions& options) {
+    if (options.repair && !isFile(options.store)) {
+        throw Failure(kCannotOpen, "only the store of a file can be repaired");
+    }
     tCheckResult result;
     result.store = options.store;
     result.file = verify(options);
-    if (options.repair) {
+    if (options.repair && result.file.faultCount == 0) {
         repair(options, result);
+    } else {
+        examine(options, result);
     }
-    if (!result.report) examine(options, result);
     if (options.json) {
         printJson(result, std::cout);
     } else {
-        printText(result, std::cout);
+        printEnd(result, std::cout);
     }
     flushOutput();
     return result.clean() ? kDone : kFaults;

@@ -77,12 +77,23 @@ void printRepair(const tCheckResult& result, std::ostream& out) {
 
 }  // namespace
 
-void printText(const tCheckResult& result, std::ostream& out) {
+void printFound(const tCheckResult& result, std::ostream& out) {
     for (const FileFault& fault : result.file.faults) {
         out << "damage " << fault.code << " at byte " << fault.position << ": " << printable(fault.text) << '\n';
     }
     printMore(result.file.faultCount, result.file.faults.size(), out);
     if (result.report) printFindings(*result.report, out);
+}
+
+void printPlan(const check::Repair& repair, std::ostream& out) {
+    for (const check::Step& step : repair.steps) {
+        out << (step.erases ? "erase " : "change ") << step.offset << ": " << step.before.size() << " bytes";
+        if (!step.erases) out << " to " << step.after.size();
+        out << '\n';
+    }
+}
+
+void printEnd(const tCheckResult& result, std::ostream& out) {
     if (result.repair) printRepair(result, out);
     if (result.last()) printTotals(*result.last(), out);
     out << verdict(result) << '\n';

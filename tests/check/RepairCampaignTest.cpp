@@ -8,6 +8,7 @@
 #include "lumivard/platform/data/check/Check.h"
 #include "tests/check/Describe.h"
 #include "tests/check/FieldFaults.h"
+#include "tests/check/PlaceFaults.h"
 #include "tests/check/RepairFault.h"
 #include "tests/check/SmallTree.h"
 #include "tests/check/SoundStores.h"
@@ -26,44 +27,6 @@ namespace core = lumivard::platform::core;
 bool hasOnlyContainersAtTop(core::storage::datastore::IDataStore& store) {
     const auto top = stored::children(&store, 0);
     return std::all_of(top.begin(), top.end(), [&](unsigned int item) { return stored::byte(&store, item, 0) == 4; });
-}
-
-/// Plants up to `most` faults of any fields; tells them in words.
-std::string plantFields(core::storage::datastore::IDataStore& store, std::mt19937_64& random, unsigned int most) {
-    FieldFaults faults(store, random);
-    std::vector<tFault> drawn;
-    for (std::uint64_t i = random() % most + 1; i > 0; --i) drawn.push_back(faults.draw());
-    std::string words;
-    for (const tFault& fault : drawn) {
-        FieldFaults::plant(store, fault);
-        words += fault.words + "\n";
-    }
-    return words;
-}
-
-/// Lets up to `most` sets have the items of others, one or all of them, which may say that they are theirs.
-std::string plantPlaces(core::storage::datastore::IDataStore& store, std::mt19937_64& random, unsigned int most) {
-    std::vector<unsigned int> items;
-    std::vector<unsigned int> sets{0};
-    for (const unsigned int item : walks::byCursors(store)) {
-        items.push_back(item);
-        if (stored::word(&store, item, stored::kChildren) != stored::BADOFF) sets.push_back(item);
-    }
-    std::string words;
-    for (std::uint64_t i = random() % most + 1; i > 0; --i) {
-        const unsigned int set = sets[random() % sets.size()];
-        const unsigned int item = items[random() % items.size()];
-        const unsigned int list = stored::word(&store, item, stored::kChildren);
-        if (random() % 3 == 0 && stored::byte(&store, item, 0) != 1 && list != stored::BADOFF) {
-            stored::putWord(&store, set, stored::kChildren, list);
-            words += "record " + std::to_string(set) + " has the list of record " + std::to_string(item) + "\n";
-        } else {
-            stored::enlist(&store, set, item);
-            if (random() % 2 == 0) stored::putWord(&store, item, stored::kParent, set);
-            words += "record " + std::to_string(set) + " has record " + std::to_string(item) + "\n";
-        }
-    }
-    return words;
 }
 
 /// Repairs a filled store in which something was planted and looks at what is left; what is wrong with that, in words.
@@ -128,15 +91,66 @@ TEST(RepairComparison, SeesAPlaceThatNoCursorGetsTo) {
     EXPECT_NE(outOfReach(near, walks::byCursors(tree.store)), "");
 }
 
-TEST(RepairComparison, SeesAnotherValueAndAnotherName) {
+TEST(RepairComparison, SeesAnotherName) {
     const auto store = sound::filled();
     const auto before = walks::reachable(*store);
     auto after = before;
-    after.begin()->second.value += 'x';
-    EXPECT_NE(lost(before, after), "");
-    after = before;
     after.begin()->second.name = L"something else";
     EXPECT_NE(lost(before, after), "");
+}
+
+/// What the comparison says where a byte of a record is another one; empty where it takes that for the same.
+std::string differenceAt(IDataStore& store, unsigned int offset, unsigned int position) {
+    const auto before = walks::reachable(store);
+    const unsigned char was = stored::byte(&store, offset, position);
+    stored::putByte(&store, offset, position, was ^ 1u);
+    const std::string difference = lost(before, walks::reachable(store));
+    stored::putByte(&store, offset, position, was);
+    return difference.substr(difference.rfind(" another ") + 1);
+}
+
+TEST(RepairComparison, SeesWhateverElseAnItemTells) {
+    SmallTree tree;
+    const auto seen = [&](unsigned int offset, unsigned int position) {
+        return differenceAt(tree.store, offset, position);
+    };
+    tree.put(tree.node, stored::bytes(&tree.store, tree.node) + std::string("B\0\0\0\0\0\0\0T\0\0\0\0\0\0\0", 16));
+    tree.word(tree.node, 23, 8);
+    tree.word(tree.node, 27, 8);
+    EXPECT_EQ(seen(tree.node, stored::kFlags), "another flags");
+    EXPECT_EQ(seen(tree.node, stored::kContainerType), "another type");
+    EXPECT_EQ(seen(tree.node, 52), "another base");
+    EXPECT_EQ(seen(tree.node, 60), "another target");
+    EXPECT_EQ(seen(tree.names, 8), "another localized names");
+    EXPECT_EQ(seen(tree.node, stored::kLocale), "another localized names");
+
+    tree.put(tree.table, stored::bytes(&tree.store, tree.table) + std::string("B\0\0\0\0\0\0\0", 8));
+    tree.word(tree.table, 30, 8);
+    EXPECT_EQ(seen(tree.table, 60), "another base");
+    EXPECT_EQ(seen(tree.defaults, 4), "another defaults");
+    EXPECT_EQ(seen(tree.table, 22), "another defaults");
+
+    const std::string value = stored::bytes(&tree.store, tree.value);
+    tree.put(tree.value, value.substr(0, 44) + std::string("L\0\0\0\0\0\0\0", 8) + value.substr(44, 24) +
+                             std::string("S\0\0\0\0\0\0\0", 8) + value.substr(68));
+    tree.word(tree.value, 26, 8);
+    tree.word(tree.value, 34, 8);
+    EXPECT_EQ(seen(tree.value, 18), "another unit");
+    EXPECT_EQ(seen(tree.value, 22), "another kind of value");
+    EXPECT_EQ(seen(tree.value, 44), "another locale of the value");
+    EXPECT_EQ(seen(tree.value, 76), "another schema");
+    EXPECT_EQ(seen(tree.value, 84), "another value");
+    const auto before = walks::reachable(tree.store);
+    tree.byte(tree.value, 0, 2);
+    EXPECT_NE(lost(before, walks::reachable(tree.store)), "");
+}
+
+TEST(RepairComparison, PassesOverWhatARepairMaySetRight) {
+    SmallTree tree;
+    for (const unsigned int position : {stored::kParent, stored::kRefs}) {
+        EXPECT_EQ(differenceAt(tree.store, tree.leaf, position), "");
+    }
+    EXPECT_EQ(differenceAt(tree.store, tree.leaf, stored::kChildren), "");  // from none to nowhere
 }
 
 }  // namespace

@@ -67,25 +67,17 @@ protected:
         for (int i = 0; i < 2; ++i) stored::makeList(store.get());
         store->create("\5\0\0\0\0\0\0\0", 8);
         store->flush();
-        before = contents(*store);
+        before = stored::contents(*store);
         const auto copy = sound::copyOf(*store);
         const auto plan = check::plan(*copy, kReclaim);
         EXPECT_TRUE(check::apply(*copy, plan));
-        after = contents(*copy);
+        after = stored::contents(*copy);
         steps = static_cast<int>(plan.steps.size());
         bytes = bytesOf(path());
     }
 
     std::filesystem::path path() const { return _folder / "store.lvp"; }
     std::unique_ptr<IDataStore> open() const { return stores::file(path(), stores::tMode::kWrite); }
-
-    static std::vector<std::string> contents(IDataStore& store) {
-        std::vector<std::string> all;
-        for (unsigned int offset = 0; offset < store.extent(); ++offset) {
-            all.push_back(stored::bytes(&store, offset));
-        }
-        return all;
-    }
 
     /// The file as it was before any repair.
     void putBack() const { _folder.file("store.lvp", bytes); }
@@ -126,7 +118,7 @@ TEST_P(RepairCrash, LeavesTheOldStateOrTheRepairedOneWhereTheProcessIsKilled) {
             check::apply(deadly, check::plan(deadly, kReclaim));
             store->flush();
         });
-        const auto left = contents(*open());
+        const auto left = stored::contents(*open());
         EXPECT_TRUE(left == before || left == after) << "killed at step " << k;
         repaired += left == after;
     }
@@ -145,7 +137,7 @@ TEST_P(RepairCrash, LeavesTheOldStateWhereTheStoreFailsAndIsClosed) {
             failing.failAfter(k, FailingStore::kUpdate, FailingStore::tTimes::kOnce);
             EXPECT_THROW(check::apply(failing, plan), InjectedFailure);
         }
-        EXPECT_EQ(contents(*open()), before) << "failed at step " << k;
+        EXPECT_EQ(stored::contents(*open()), before) << "failed at step " << k;
     }
 }
 
@@ -156,7 +148,7 @@ TEST_P(RepairCrash, WouldShowIfChangesWereFlushedOneByOne) {
         const auto plan = check::plan(*store, kReclaim);
         stored::putWord(store.get(), 0, stored::kRefs, 0);
     }
-    const auto left = contents(*open());
+    const auto left = stored::contents(*open());
     EXPECT_FALSE(left == before || left == after);
 }
 

@@ -24,8 +24,7 @@ bool isDone(const data::check::Report& report) {
 }  // namespace
 
 std::string faultOfRepair(core::storage::datastore::IDataStore& store, const data::check::Options& options) {
-    const auto before = walks::reachable(store);
-    const auto nearBefore = walks::byCursors(store);
+    const tReach before(store);
     const auto plan = data::check::plan(store, options);
     if (!data::check::apply(store, plan)) return "the plan does not fit";
     const auto left = data::check::examine(store, options);
@@ -36,8 +35,7 @@ std::string faultOfRepair(core::storage::datastore::IDataStore& store, const dat
     const auto second = data::check::plan(store, options);
     const std::size_t rest = options.reclaim && !wasSound ? erased(second) : 0;
     if (second.steps.size() != rest) return "a second repair has something to do";
-    const std::string far = outOfReach(nearBefore, walks::byCursors(store));
-    return far.empty() ? lost(before, walks::reachable(store)) : far;
+    return missing(before, store);
 }
 
 std::string lost(const std::map<unsigned int, walks::tItem>& before,
@@ -45,7 +43,10 @@ std::string lost(const std::map<unsigned int, walks::tItem>& before,
     for (const auto& [offset, item] : before) {
         const auto found = after.find(offset);
         if (found == after.end()) return "record " + std::to_string(offset) + " is not reached any more";
-        if (found->second.value != item.value) return "record " + std::to_string(offset) + " has another value";
+        const auto [was, is] =
+            std::mismatch(item.told.begin(), item.told.end(), found->second.told.begin(), found->second.told.end());
+        if (was != item.told.end())
+            return "record " + std::to_string(offset) + " has another " + std::string(was->first);
         const std::wstring& name = found->second.name;
         if (name != item.name && name.rfind(item.name + L'~', 0) != 0) {
             return "record " + std::to_string(offset) + " has another name";
@@ -59,6 +60,12 @@ std::string outOfReach(const std::set<unsigned int>& before, const std::set<unsi
         if (!after.contains(offset)) return "no cursor gets to record " + std::to_string(offset) + " any more";
     }
     return {};
+}
+
+std::string missing(const tReach& before, core::storage::datastore::IDataStore& store) {
+    const tReach after(store);
+    const std::string far = outOfReach(before.near, after.near);
+    return far.empty() ? lost(before.all, after.all) : far;
 }
 
 }  // namespace lumivard::platform::test_support

@@ -23,4 +23,16 @@ std::string lost(const std::map<unsigned int, walks::tItem>& before, const std::
 /// What cursors got to before and do not get to any more; empty for nothing.
 std::string outOfReach(const std::set<unsigned int>& before, const std::set<unsigned int>& after);
 
+/// All that a repair must not lose: what can be reached, and what cursors get to.
+struct tReach {
+    explicit tReach(core::storage::datastore::IDataStore& store)
+        : all(walks::reachable(store)), near(walks::byCursors(store)) {}
+
+    std::map<unsigned int, walks::tItem> all;
+    std::set<unsigned int> near;
+};
+
+/// Either of the two above, of a store as it is now.
+std::string missing(const tReach& before, core::storage::datastore::IDataStore& store);
+
 }  // namespace lumivard::platform::test_support

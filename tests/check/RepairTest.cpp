@@ -3,6 +3,7 @@
 
 #include <functional>
 
+#include "lumivard/platform/core.h"
 #include "lumivard/platform/data/check/Check.h"
 #include "lumivard/platform/store_contract/FailingStore.h"
 #include "lumivard/platform/store_contract/ForwardingStore.h"
@@ -205,6 +206,35 @@ TEST(Repair, CutsNoWayThatIsTheOnlyOneForCursors) {
     EXPECT_EQ(entries(tree, tree.root).back(), value);
 }
 
+// Nothing but another list could end this ring, and a repair makes no records. What walks through a whole store
+// remembers where it has been.
+TEST(Repair, TellsOfARingThatItCannotCut) {
+    SmallTree tree;
+    const unsigned int value = tree::primitive(&tree.store, L"value", data::metadata::kUInt8);
+    tree.enlist(tree.root, value);
+    tree.word(value, 1, tree.root);
+    tree.word(tree.leaf, 14, stored::word(&tree.store, tree.root, 14));
+    const auto plan = repair(tree.store);
+    EXPECT_EQ(codes(plan.before), "graph.cycle graph.misplaced reference.shared ");
+    EXPECT_EQ(codes(plan.after), codes(plan.before));
+    EXPECT_FALSE(plan.after.sound());
+    core::io::MemoryWriter document;
+    data::format::xml::IXMLFrontEnd::serialize(&tree.store, &document, nullptr, 0);
+    EXPECT_FALSE(document.bytes().empty());
+    const auto other = data::structure::IContainerFrontEnd::toplevel(&tree.store, L"other");
+    EXPECT_TRUE(other->copy(data::structure::IContainerFrontEnd::find(&tree.store, L"group")));
+}
+
+TEST(Repair, CutsARingThatNoCursorGetsTo) {
+    SmallTree tree;
+    const unsigned int hidden = tree::container(&tree.store, L"hidden");
+    tree::add(&tree.store, tree.table, hidden);
+    tree.word(hidden, 14, stored::word(&tree.store, tree.table, 14));
+    EXPECT_TRUE(repair(tree.store).after.sound());
+    EXPECT_EQ(stored::word(&tree.store, hidden, 14), BADOFF);
+    EXPECT_EQ(entries(tree, tree.table), (std::vector{tree.value, tree.below, hidden}));
+}
+
 TEST(Repair, LeavesSharedNamesAndDefaults) {
     SmallTree tree;
     tree.word(tree.leaf, 9, tree.names);
@@ -312,6 +342,48 @@ TEST(Repair, ErasesInASecondRunWhatTheFirstHasLeft) {
     EXPECT_TRUE(check::apply(tree.store, check::plan(tree.store, {.reclaim = true})));
     EXPECT_TRUE(repair(tree.store, {.reclaim = true}).after.clean());
     EXPECT_EQ(tree.store.size(tree.leaf), 0u);
+}
+
+/// Plans and does a repair, letting each call fail once in turn, for as long as one does. `Plant` spoils a tree, `Look`
+/// sees what is left of it.
+template <class Plant, class Look>
+void repairWithEachCallFailing(Plant plant, Look look) {
+    for (long long k = 0;; ++k) {
+        SmallTree tree;
+        plant(tree);
+        FailingStore store(tree.store);
+        store.failAfter(k, FailingStore::kAllCalls, FailingStore::tTimes::kOnce);
+        try {
+            check::apply(store, check::plan(store, {.reclaim = true}));
+        } catch (const InjectedFailure&) {
+        }
+        look(tree, k);
+        if (store.failed() == 0) break;
+    }
+}
+
+// A record that could be read a moment ago, when no damage was found.
+TEST(Repair, ErasesNothingThatIsReachedWhereTheStoreFailsForAMoment) {
+    const auto plant = [](SmallTree& tree) {
+        tree.word(tree.node, 5, 3);
+        stored::makeList(&tree.store);
+    };
+    repairWithEachCallFailing(plant, [](SmallTree& tree, long long k) {
+        EXPECT_TRUE(check::examine(tree.store).sound()) << k;
+        for (unsigned int offset = 0; offset <= tree.list; ++offset) EXPECT_NE(tree.store.size(offset), 0u) << k;
+    });
+}
+
+TEST(Repair, CutsNoWayForCursorsWhereTheStoreFailsForAMoment) {
+    const auto plant = [](SmallTree& tree) {
+        const unsigned int value = tree::primitive(&tree.store, L"value", data::metadata::kUInt8);
+        tree.enlist(tree.root, value);
+        tree.word(value, 1, tree.root);
+        tree.word(tree.group, 14, stored::word(&tree.store, tree.root, 14));
+    };
+    repairWithEachCallFailing(plant, [](SmallTree& tree, long long k) {
+        EXPECT_EQ(stored::word(&tree.store, tree.group, 14), stored::word(&tree.store, tree.root, 14)) << k;
+    });
 }
 
 /// A store in which another record is stale each time that somebody looks.

@@ -84,15 +84,19 @@ void read(IDataStore& store, const std::string& document) {
     format::xml::IXMLFrontEnd::parse(&store, &reader, nullptr, nullptr, nullptr);
 }
 
-std::unique_ptr<IDataStore> copyOf(IDataStore& store) {
-    auto copy = stores::memory();
-    for (unsigned int offset = 0; offset < store.extent(); ++offset) {
-        const std::string bytes = stored::bytes(&store, offset);
-        const unsigned int made = copy->create(bytes.data(), static_cast<unsigned int>(bytes.size()));
-        if (bytes.empty()) copy->erase(made);
+void copy(IDataStore& from, IDataStore& to) {
+    for (unsigned int offset = 0; offset < from.extent(); ++offset) {
+        const std::string bytes = stored::bytes(&from, offset);
+        const unsigned int made = to.create(bytes.data(), static_cast<unsigned int>(bytes.size()));
+        if (bytes.empty()) to.erase(made);
     }
-    copy->version(store.version());
-    return copy;
+    to.version(from.version());
+}
+
+std::unique_ptr<IDataStore> copyOf(IDataStore& store) {
+    auto made = stores::memory();
+    copy(store, *made);
+    return made;
 }
 
 std::unique_ptr<IDataStore> filled() {

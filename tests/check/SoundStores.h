@@ -17,7 +17,10 @@ void fill(IDataStore& store);
 /// Reads a document of the examples into a new store.
 void read(IDataStore& store, const std::string& document);
 
-/// A new store with the records of another one at the same offsets, which are dense.
+/// Gives a new store the records of another one at the same offsets, which are dense.
+void copy(IDataStore& from, IDataStore& to);
+
+/// Such a store in memory.
 std::unique_ptr<IDataStore> copyOf(IDataStore& store);
 
 /// A filled store in memory.

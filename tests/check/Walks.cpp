@@ -1,12 +1,15 @@
 #include "tests/check/Walks.h"
 
 #include <deque>
-#include <vector>
 
 #include "lumivard/platform/core.h"
 #include "lumivard/platform/data.h"
+#include "record/Container.h"
 #include "record/Entity.h"
+#include "record/Locale.h"
+#include "record/Offsets.h"
 #include "record/Primitive.h"
+#include "record/Table.h"
 #include "tests/support/StoredRecords.h"
 
 namespace lumivard::platform::test_support::walks {
@@ -28,12 +31,53 @@ unsigned char kindOf(IDataStore& store, unsigned int offset) {
     return store.size(offset) == 0 ? 0xFF : kind;
 }
 
+using tTold = decltype(tItem::told);
+
+/// A text, or numbers, as bytes.
+template <class Elements>
+std::string asBytes(const Elements& elements) {
+    return {reinterpret_cast<const char*>(elements.data()), elements.size() * sizeof(*elements.data())};
+}
+
+void tellContainer(const Record::Container& record, tTold& told) {
+    told.emplace_back("type", std::to_string(record.kind()));
+    told.emplace_back("base", asBytes(record.text(Record::Container::kBase)));
+    told.emplace_back("target", asBytes(record.text(Record::Container::kInfo)));
+}
+
+void tellTable(const Record::Table& record, tTold& told) {
+    told.emplace_back("base", asBytes(record.text(Record::Table::kBase)));
+    told.emplace_back("defaults", asBytes(Record::Offsets(record.store(), record.defaults()).get()));
+}
+
+/// The number of elements follows from the value and its kind; in place of the value there may be a URI.
+void tellPrimitive(const Record::Primitive& record, tTold& told) {
+    told.emplace_back("unit", std::to_string(record.units()));
+    told.emplace_back("kind of value", std::to_string(record.valuetype()));
+    told.emplace_back("locale of the value", asBytes(record.text(Record::Primitive::kValueLocale)));
+    told.emplace_back("schema", asBytes(record.text(Record::Primitive::kBase)));
+    told.emplace_back("value", asBytes(record.section(Record::Primitive::kValue)));
+}
+
 tItem itemAt(IDataStore& store, unsigned int offset) {
-    tItem item{Record::Entity(&store, offset).name(), {}};
-    if (kindOf(store, offset) != 1) return item;
-    const Record::Primitive record(&store, offset);
-    const auto value = record.section(Record::Primitive::kValue);
-    item.value.assign(value.begin(), value.end());
+    const Record::Entity entity(&store, offset);
+    tItem item{entity.name(), {}};
+    item.told.emplace_back("kind", std::to_string(entity.type()));
+    item.told.emplace_back("flags", std::to_string(entity.flags()));
+    item.told.emplace_back("localized names", asBytes(Record::Locale(&store, entity.locale()).payload()));
+    switch (entity.type()) {
+        case Record::kContainer:
+            tellContainer(Record::Container(&store, offset), item.told);
+            break;
+        case Record::kTable:
+            tellTable(Record::Table(&store, offset), item.told);
+            break;
+        case Record::kPrimitive:
+            tellPrimitive(Record::Primitive(&store, offset), item.told);
+            break;
+        default:
+            break;
+    }
     return item;
 }
 

@@ -3,6 +3,9 @@
 #include <map>
 #include <set>
 #include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 #include "lumivard/platform/core/storage/datastore/IDataStore.h"
 
@@ -11,11 +14,14 @@ namespace lumivard::platform::test_support::walks {
 
 using core::storage::datastore::IDataStore;
 
-/// What stays the same of an item whatever a repair does to its surroundings.
+/// What stays the same of an item whatever a repair does to its surroundings: all that the public interfaces tell of it
+/// by itself. Left out is what a repair may set right, and nothing else: which item it names as its owner, which list
+/// it names as its children (entries that lead nowhere, or to a second place, go), and how many objects it counts.
 struct tItem {
     std::wstring name;
-    std::string value;
-    bool operator==(const tItem&) const = default;
+
+    /// All else, each under what it is called: "kind", "flags", "localized names", and what an item of that kind has.
+    std::vector<std::pair<std::string_view, std::string>> told;
 };
 
 /// All items that any of the public interfaces could reach from the top, by the offset of their records: every entry of

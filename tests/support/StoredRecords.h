@@ -31,6 +31,13 @@ inline std::string bytes(IDataStore* store, unsigned int offset) {
     return all;
 }
 
+/// The bytes of all records of a store whose offsets are dense, by offset.
+inline std::vector<std::string> contents(IDataStore& store) {
+    std::vector<std::string> all;
+    for (unsigned int offset = 0; offset < store.extent(); ++offset) all.push_back(bytes(&store, offset));
+    return all;
+}
+
 /// The 32-bit field of a record at a position; `BADOFF` where the record ends before.
 inline unsigned int word(IDataStore* store, unsigned int offset, unsigned int position) {
     const std::string all = bytes(store, offset);
