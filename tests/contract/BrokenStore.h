@@ -16,6 +16,7 @@ struct Breakage {
     std::function<void(ForgetfulStore&)> flush{};
     std::function<void(ForgetfulStore&)> reopen{};
     std::function<unsigned long long(ForgetfulStore&)> extent{};
+    std::function<unsigned int(const ForgetfulStore&)> version{};
     std::function<void(ForgetfulStore&, unsigned int number)> setVersion{};
     std::function<unsigned int(ForgetfulStore&, const void* data, unsigned int size)> create{};
     std::function<void(ForgetfulStore&, unsigned int offset, const void* data, unsigned int size)> append{};
@@ -43,7 +44,7 @@ public:
     void version(unsigned int number) override {
         _broken.setVersion ? _broken.setVersion(_sound, number) : _sound.version(number);
     }
-    unsigned int version() const override { return _sound.version(); }
+    unsigned int version() const override { return _broken.version ? _broken.version(_sound) : _sound.version(); }
     unsigned long long extent() override { return _broken.extent ? _broken.extent(_sound) : _sound.extent(); }
     unsigned int create(const void* data, unsigned int size) override {
         return _broken.create ? _broken.create(_sound, data, size) : _sound.create(data, size);

@@ -1,10 +1,13 @@
 // The examination over a store that is broken in one way, whose name is the program's argument: it has to fail. With
-// "sound" nothing is broken, and all of it has to pass.
+// "sound" nothing is broken, and all of it has to pass. With "sentences" and the names of those that have been seen to
+// fail it tells which ones are missing.
 #include <algorithm>
+#include <cstdint>
 #include <iostream>
 #include <map>
 #include <memory>
 #include <mutex>
+#include <set>
 #include <stdexcept>
 #include <string>
 #include <system_error>
@@ -37,6 +40,19 @@ unsigned int part(ForgetfulStore& store, unsigned int offset, unsigned int posit
     const std::string bytes = all(store, offset);
     if (position >= bytes.size()) return 0;
     return static_cast<unsigned int>(bytes.copy(static_cast<char*>(buffer), size, position));
+}
+
+// The beginning of the machine word that an address lies in.
+template <class Byte>
+Byte* aligned(Byte* address) {
+    return reinterpret_cast<Byte*>(reinterpret_cast<std::uintptr_t>(address) & ~std::uintptr_t{7});
+}
+
+// Reads what a record points to, 6 bytes.
+void readPointer(ForgetfulStore& store, unsigned int offset, void* buffer, unsigned int) {
+    const char* data = nullptr;
+    store.read(offset, &data, sizeof data);
+    std::copy_n(data, 6, static_cast<char*>(buffer));
 }
 
 class NoGuard final : public IDataStore::ILock {};
@@ -118,12 +134,7 @@ const std::map<std::string, tMake> kBreakages = {
          return Breakage{
              .create = [](auto& store, const void* data, unsigned int) { return store.create(&data, sizeof data); },
              .size = [](auto&, unsigned int) { return 6U; },
-             .read =
-                 [](auto& store, unsigned int offset, void* buffer, unsigned int) {
-                     const char* data = nullptr;
-                     store.read(offset, &data, sizeof data);
-                     std::copy_n(data, 6, static_cast<char*>(buffer));
-                 }};
+             .read = readPointer};
      }},
     {"texts_only",
      [] {
@@ -287,6 +298,160 @@ const std::map<std::string, tMake> kBreakages = {
                  return static_cast<unsigned int>(bytes.copy(static_cast<char*>(buffer), size, position));
              }};
      }},
+    {"append_of_nothing_adds_a_byte",
+     [] {
+         return Breakage{.append = [](auto& store, unsigned int offset, const void* data, unsigned int size) {
+             size == 0 ? store.append(offset, "", 1) : store.append(offset, data, size);
+         }};
+     }},
+    {"append_keeps_the_pointer",
+     [] {
+         return Breakage{.append = [](auto& store, unsigned int offset, const void* data,
+                                      unsigned int) { store.append(offset, &data, sizeof data); },
+                         .size = [](auto&, unsigned int) { return 3U; },
+                         .read =
+                             [](auto& store, unsigned int offset, void* buffer, unsigned int) {
+                                 const std::string bytes = all(store, offset);
+                                 const char* data = nullptr;
+                                 bytes.copy(reinterpret_cast<char*>(&data), sizeof data, 1);
+                                 *std::copy_n(data, 2, std::copy_n(bytes.data(), 1, static_cast<char*>(buffer))) = '\0';
+                             }};
+     }},
+    {"update_keeps_the_pointer",
+     [] {
+         return Breakage{.update = [](auto& store, unsigned int offset, const void* data, unsigned int,
+                                      bool changed) { store.update(offset, &data, sizeof data, changed); },
+                         .size = [](auto&, unsigned int) { return 6U; },
+                         .read = readPointer};
+     }},
+    {"create_reuses_the_first_record",
+     [] {
+         return Breakage{.create = [](auto& store, const void* data, unsigned int size) {
+             if (store.extent() > 2000) store.update(0, data, size, true);
+             return store.create(data, size);
+         }};
+     }},
+    {"create_counts_living_records",
+     [] {
+         return Breakage{.create = [](auto& store, const void* data, unsigned int size) {
+             if (store.extent() == 0 || store.size(0) != 0) return store.create(data, size);
+             const auto last = static_cast<unsigned int>(store.extent()) - 1;
+             store.update(last, data, size, true);
+             return last;
+         }};
+     }},
+    {"create_aligns_the_address",
+     [] {
+         return Breakage{.create = [](auto& store, const void* data, unsigned int size) {
+             return store.create(aligned(data), size);
+         }};
+     }},
+    {"create_takes_texts_of_no_size",
+     [] {
+         return Breakage{.create = [](auto& store, const void* data, unsigned int size) {
+             return store.create(data, size == 0 && data ? 4 : size);
+         }};
+     }},
+    {"erase_takes_the_next_one_along",
+     [] {
+         return Breakage{.erase = [](auto& store, unsigned int offset) {
+             store.erase(offset);
+             if (store.size(offset + 1) != 0) store.erase(offset + 1);
+         }};
+     }},
+    {"erase_of_no_record_is_passed_over",
+     [] {
+         return Breakage{.erase = [](auto& store, unsigned int offset) {
+             if (store.size(offset) != 0) store.erase(offset);
+         }};
+     }},
+    {"append_to_no_record_is_passed_over",
+     [] {
+         return Breakage{.append = [](auto& store, unsigned int offset, const void* data, unsigned int size) {
+             if (store.size(offset) != 0) store.append(offset, data, size);
+         }};
+     }},
+    {"extent_counts_flushed_records",
+     [] { return Breakage{.extent = [](auto& store) { return store.flushes() == 0 ? 0 : store.extent(); }}; }},
+    {"extent_counts_the_version", [] { return Breakage{.extent = [](auto& store) { return store.extent() + 1; }}; }},
+    {"flush_forgets_the_version",
+     [] { return Breakage{.flush = [](auto& store) { store.flush(), store.version(0); }}; }},
+    {"part_of_no_record_is_a_zero",
+     [] {
+         return Breakage{
+             .part = [](auto& store, unsigned int offset, unsigned int position, void* buffer, unsigned int size) {
+                 if (store.size(offset) != 0 || !buffer) return part(store, offset, position, buffer, size);
+                 *static_cast<char*>(buffer) = '\0';
+                 return 1U;
+             }};
+     }},
+    {"read_takes_the_record_away",
+     [] {
+         return Breakage{.read = [](auto& store, unsigned int offset, void* buffer, unsigned int size) {
+             store.read(offset, buffer, size);
+             if (store.size(offset) != 0) store.update(offset, nullptr, 0, true);
+         }};
+     }},
+    {"read_aligns_the_address",
+     [] {
+         return Breakage{.read = [](auto& store, unsigned int offset, void* buffer, unsigned int size) {
+             store.read(offset, aligned(buffer), size);
+         }};
+     }},
+    {"read_wants_a_buffer",
+     [] {
+         return Breakage{.read = [](auto& store, unsigned int offset, void* buffer, unsigned int size) {
+             if (!buffer) throw std::invalid_argument("no buffer");
+             store.read(offset, buffer, size);
+         }};
+     }},
+    {"read_of_an_unknown_offset_throws",
+     [] {
+         return Breakage{.read = [](auto& store, unsigned int offset, void* buffer, unsigned int size) {
+             if (offset != IDataStore::BADOFF && offset >= store.extent()) throw std::out_of_range("no record");
+             store.read(offset, buffer, size);
+         }};
+     }},
+    {"update_spills_into_the_next_one",
+     [] {
+         return Breakage{
+             .update = [](auto& store, unsigned int offset, const void* data, unsigned int size, bool changed) {
+                 store.update(offset, data, size, changed);
+                 if (size > 4096 && store.size(offset + 1) != 0) store.update(offset + 1, data, 4, changed);
+             }};
+     }},
+    {"update_counts_versions",
+     [] {
+         return Breakage{
+             .update = [](auto& store, unsigned int offset, const void* data, unsigned int size, bool changed) {
+                 store.update(offset, data, size, changed);
+                 store.version(store.version() + 1);
+             }};
+     }},
+    {"version_never_falls",
+     [] {
+         return Breakage{
+             .setVersion = [](auto& store, unsigned int number) { store.version(std::max(number, store.version())); }};
+     }},
+    {"version_begins_with_one",
+     [] { return Breakage{.version = [](const auto& store) { return std::max(1U, store.version()); }}; }},
+    {"guard_lasts_for_one_operation",
+     [] {
+         return Breakage{.lock = [](auto&) { return new NoGuard; },
+                         .update =
+                             [](auto& store, unsigned int offset, const void* data, unsigned int size, bool changed) {
+                                 const std::unique_ptr<IDataStore::ILock> guard(store.lock());
+                                 store.update(offset, data, size, changed);
+                             },
+                         .read =
+                             [](auto& store, unsigned int offset, void* buffer, unsigned int size) {
+                                 {
+                                     const std::unique_ptr<IDataStore::ILock> guard(store.lock());
+                                     store.read(offset, buffer, size);
+                                 }
+                                 std::this_thread::yield();  // to whoever wants to come in between
+                             }};
+     }},
 };
 
 tMake chosen = nullptr;
@@ -306,12 +471,30 @@ private:
 INSTANTIATE_TEST_SUITE_P(Broken, StoreContract,
                          testing::Values(Row{"Store", [] { return std::make_unique<BrokenSubject>(); }}), nameOf);
 
+/// How many sentences of the examination are not among `seen`; they are printed.
+int missing(const std::set<std::string>& seen) {
+    int count = 0;
+    const testing::UnitTest& all = *testing::UnitTest::GetInstance();
+    for (int suite = 0; suite < all.total_test_suite_count(); ++suite) {
+        const testing::TestSuite& sentences = *all.GetTestSuite(suite);
+        for (int i = 0; i < sentences.total_test_count(); ++i) {
+            const std::string name = sentences.GetTestInfo(i)->name();
+            const std::string sentence = name.substr(0, name.find('/'));
+            if (seen.contains(sentence)) continue;
+            std::cerr << "no broken store for " << sentence << '\n';
+            ++count;
+        }
+    }
+    return count;
+}
+
 }  // namespace
 }  // namespace lumivard::platform::store_contract
 
 int main(int argc, char** argv) {
     using namespace lumivard::platform::store_contract;
     testing::InitGoogleTest(&argc, argv);
+    if (argc > 1 && std::string(argv[1]) == "sentences") return missing({argv + 2, argv + argc}) == 0 ? 0 : 1;
     const auto breakage = argc == 2 ? kBreakages.find(argv[1]) : kBreakages.end();
     if (breakage == kBreakages.end()) {
         std::cerr << "usage: lvp_broken_stores <breakage>, which is one of";

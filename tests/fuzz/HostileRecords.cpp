@@ -64,9 +64,13 @@ std::string HostileRecords::whole(unsigned int kind) {
     }
 }
 
+// Each of the calls that take bytes is a statement of its own, so that every compiler makes the same of them.
 std::string HostileRecords::entity(unsigned int kind) {
     std::string head(1, static_cast<char>(kind));
-    head += word(offset()) + word(byte() & 3) + word(offset()) + std::string(1, static_cast<char>(byte()));
+    head += word(offset());
+    head += word(byte() & 3);
+    head += word(offset());
+    head += static_cast<char>(byte());
     const unsigned int children = kind == 1 ? 0 : offset();
     const std::string name = text();
     if (kind == 0) return head + word(children) + word(name.size()) + zeros(2) + name;
@@ -82,7 +86,8 @@ std::string HostileRecords::entity(unsigned int kind) {
                word(info.size()) + zeros(1) + name + base + info;
     }
     const std::string valueLocale = text();
-    const std::string unit = word(0x1000u * (byte() & 15) + (byte() & 15));
+    const unsigned int group = 0x1000u * (byte() & 15);
+    const std::string unit = word(group + (byte() & 15));
     const std::string values = value();
     return head + zeros(4) + unit + word(type) + word(valueLocale.size()) + word(name.size()) + word(base.size()) +
            word(values.size()) + zeros(2) + valueLocale + name + base + values;

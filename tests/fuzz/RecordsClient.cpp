@@ -1,5 +1,7 @@
 #include "tests/fuzz/RecordsClient.h"
 
+#include <memory>
+
 namespace lumivard::platform::fuzz {
 
 namespace metadata = data::metadata;
@@ -30,6 +32,14 @@ void changeTexts(Item& item) {
     item.describe(L"xx", L"text");
     item.describe(item.locale(0), WideString());
     item.describe(item.locale(1), L"other");
+}
+
+/// Takes a value apart into texts, whatever it is.
+void lookAtStrings(const std::vector<char>& values) {
+    const std::vector<wchar_t> packed(values.begin(), values.end());
+    const std::unique_ptr<IStringArray> strings(
+        IStringArray::to(packed.data(), static_cast<unsigned int>(packed.size())));
+    for (unsigned int i = 0; i <= strings->strings() && i < kMostObjects; ++i) strings->get(i);
 }
 
 void lookAtLayout(ISchema& schema) {
@@ -80,7 +90,10 @@ void RecordsClient::lookAt(IContainer& container) {
     container.property(L"a.b");
     lookAtTexts(container);
     IContainerFrontEnd::find(&_store, path);
+    if (IGroup* group = IGroup::to(&container)) group->container()->type();
+    if (INode* node = INode::to(&container)) node->container()->type();
     if (ILink* link = ILink::to(&container)) {
+        link->target();
         link->follow(nullptr);
         link->follow(&_other);
     }
@@ -104,6 +117,7 @@ void RecordsClient::lookAt(IProperty& property) {
         std::vector<char> values(primitive->bytes() + sizeof(double));
         primitive->get(values.data(), 0, primitive->dimension());
         primitive->get(values.data(), primitive->dimension() / 2, 1);
+        lookAtStrings(values);
         primitive->units();
         primitive->uri();
         primitive->schema();
@@ -130,11 +144,35 @@ void RecordsClient::resolve() {
             if (ITable* table = ITable::to(property.get()); table && step()) table->validates(schema.get());
         }
     }
-    for (std::size_t i = 0; i < schemas.size() && i < 4 && !_containers.empty(); ++i) {
-        const std::wstring name(1, static_cast<wchar_t>(L'A' + i));
-        _containers.front()->create(IContainer::kGroup, name.c_str(), schemas[i].get());
-        _containers.back()->create((L"t" + name).c_str(), schemas[i].get());
+    for (std::size_t i = 0; i < schemas.size() && i < 4; ++i) {
+        createFrom(*schemas[i], std::wstring(1, static_cast<wchar_t>(L'A' + i)).c_str());
     }
+    schemas.clear();  // before their stores go
+    changeStores();
+}
+
+void RecordsClient::createFrom(ISchema& schema, const WideString& name) {
+    const WideString another = (L"t" + std::wstring(name)).c_str();
+    if (!_containers.empty() && isSmall()) _containers.front()->create(IContainer::kGroup, name, &schema);
+    if (!_containers.empty() && isSmall()) _containers.back()->create(another, &schema);
+    ITable* const table = _properties.empty() ? nullptr : ITable::to(_properties.back().get());
+    if (table && isSmall()) table->create(another, &schema);
+}
+
+void RecordsClient::changeStores() {
+    const auto resolve = [this] {
+        for (const wchar_t* uri : {L"a", L"b", L"a.b;b"}) {
+            if (const auto schema = _locator.resolve(uri)) lookAtLayout(*schema);
+        }
+    };
+    _locator.push(&_other);
+    resolve();
+    _locator.pop(&_store);
+    resolve();
+    _locator.push(&_store);
+    _locator.reset();
+    resolve();
+    _locator.push(&_store);
 }
 
 void RecordsClient::copy() {
@@ -162,11 +200,24 @@ void RecordsClient::change() {
     IContainerFrontEnd::toplevel(&_store, L"a");
     walk([this](IContainer& container) { changeContainer(container); },
          [this](IProperty& property) { changeProperty(property); });
-    if (_containers.empty()) return;
+}
+
+void RecordsClient::read() {
     core::io::MemoryReader reader(
-        "<group name='a' class='a;a.b'><table name='b' class='b'><int8 name='a'>1 2</int8>"
-        "</table><string name='a'>x</string><struct name='s' type='a'>1 2 3</struct></group>");
-    data::format::xml::IXMLFrontEnd::parse(_containers.front().get(), &reader, &_locator, nullptr, nullptr);
+        "<root name='r' version='2'><group name='a' class='a'><table name='b' class='a.b'/></group></root>");
+    data::format::xml::IXMLFrontEnd::parse(&_store, &reader, &_locator, nullptr, nullptr);
+    walk([](IContainer&) {}, [](IProperty&) {});
+    if (_containers.empty()) return;
+    if (isSmall()) readInto(*_containers.front());
+    if (isSmall()) readInto(*_containers.back());
+}
+
+void RecordsClient::readInto(IContainer& container) {
+    core::io::MemoryReader reader(
+        "<group name='a' class='a;a.b'><name locale='xx'>n</name><table name='b' class='b'><int8 name='a'>1 2</int8>"
+        "</table><string name='a'>x</string><struct name='s' type='a'>1 2 3</struct><node name='b'><link name='l' "
+        "to='a.b'/></node></group>");
+    data::format::xml::IXMLFrontEnd::parse(&container, &reader, &_locator, nullptr, nullptr);
 }
 
 void RecordsClient::changeContainer(IContainer& container) {
@@ -177,6 +228,21 @@ void RecordsClient::changeContainer(IContainer& container) {
     container.create(L"p", metadata::kString);
     container.create(L"t", nullptr);
     if (ILink* link = ILink::to(&container)) link->target(L"a.b");
+    changeBehind(*container.properties());
+}
+
+/// Changes values behind the back of another object, which then reads as much as it knows of.
+void RecordsClient::changeBehind(IPropertyFilter& properties) {
+    do {
+        const auto one = properties.current();
+        const auto other = properties.current();
+        IPrimitive* const changed = IPrimitive::to(one.get());
+        IPrimitive* const read = IPrimitive::to(other.get());
+        if (!changed || !read) continue;
+        std::vector<char> values(read->bytes() + sizeof(double));
+        changed->reset(0);
+        read->get(values.data(), 0, read->dimension());
+    } while (step() && properties.next());
 }
 
 void RecordsClient::changeProperty(IProperty& property) {
@@ -194,6 +260,9 @@ void RecordsClient::changeValue(IPrimitive& primitive) {
     primitive.set(values.data(), 1, 2);
     primitive.set(values.data(), primitive.dimension(), 1);
     primitive.reset(3);
+    const std::unique_ptr<IStringArray> strings(IStringArray::to(L"one\0two", 8));
+    strings->add(L"three");
+    strings->write(&primitive);
     primitive.uri(L"u");
     primitive.uri(WideString());
     primitive.schema(L"a");
@@ -212,7 +281,13 @@ void RecordsClient::destroy() {
     std::vector<WideString> names{L"a", L"b", L"l"};
     walk([&](IContainer& container) { names.push_back(container.tag()); },
          [&](IProperty& property) { names.push_back(property.tag()); });
-    _properties.clear();
+    std::vector<SharedPtr<IContainerFilter>> cursors;
+    for (const auto& container : _containers) cursors.push_back(container->containers());
+    while (!_properties.empty()) {
+        const auto property = std::move(_properties.back());  // alone, so that what it holds is not in use
+        _properties.pop_back();
+        if (ITable* table = ITable::to(property.get())) destroyIn(*table);
+    }
     while (_containers.size() > 1) _containers.pop_back();
     if (_containers.empty()) return;
     const auto top = _containers.back()->container(WideString());
@@ -220,6 +295,18 @@ void RecordsClient::destroy() {
     for (const WideString& name : names) {
         if (top && step()) top->destroy(name);
     }
+    for (const auto& cursor : cursors) take(*cursor, _containers);
+}
+
+void RecordsClient::destroyIn(ITable& table) {
+    const auto cursor = table.properties();
+    for (unsigned int i = table.items(); i-- != 0 && step();) {
+        WideString name;
+        if (const auto item = table.at(i)) name = item->tag();
+        table.destroy(name);
+    }
+    std::vector<SharedPtr<IProperty>> left;
+    take(*cursor, left);
 }
 
 }  // namespace lumivard::platform::fuzz

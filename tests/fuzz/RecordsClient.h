@@ -17,11 +17,14 @@ using data::metadata::IProperty;
 using data::metadata::IPropertyFilter;
 using data::metadata::ISchema;
 using data::metadata::ISchemaLocator;
+using data::metadata::IStringArray;
 using data::metadata::ITable;
 using data::structure::IContainer;
 using data::structure::IContainerFilter;
 using data::structure::IContainerFrontEnd;
+using data::structure::IGroup;
 using data::structure::ILink;
+using data::structure::INode;
 
 /// Does with a store of any records what clients can do, and looks at no result. It stops after some hundred steps: a
 /// tree that is shared between its branches has no end for who walks it in this way.
@@ -34,12 +37,15 @@ public:
 
     /// Everything that changes nothing but the counts of live objects.
     void look();
-    /// Takes every table for a schema, of everything else and of itself.
+    /// Takes every table for a schema, of everything else and of itself; then from other sets of stores.
     void resolve();
     /// Copies within the store and to the other one.
     void copy();
-    /// Names, texts, values, flags, schemas; new items; a document that is read in.
+    /// Names, texts, values, flags, schemas; new items.
     void change();
+    /// Documents that are read into the store and into what is in it.
+    void read();
+    /// What tables and containers hold, while cursors stand over it.
     void destroy();
 
 private:
@@ -50,9 +56,14 @@ private:
     void lookAt(IContainer& container);
     void lookAt(IProperty& property);
     void changeContainer(IContainer& container);
+    void changeBehind(IPropertyFilter& properties);
     void changeProperty(IProperty& property);
     void changeValue(IPrimitive& primitive);
     void changeTable(ITable& table);
+    void createFrom(ISchema& schema, const WideString& name);
+    void changeStores();
+    void readInto(IContainer& container);
+    void destroyIn(ITable& table);
 
     /// Each copy may be as large as all that there was before.
     bool isSmall() const;

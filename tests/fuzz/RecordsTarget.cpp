@@ -35,15 +35,21 @@ void allowed(Action action) {
 }
 
 /// Documents of any records are well-formed, or have no element.
-void checkDocument(IDataStore& store, ISchemaLocator& locator) {
+void checkDocument(IDataStore& store, ISchemaLocator& locator, unsigned int offset) {
     constexpr const char* kDeclaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
-    const std::string document = written(&store, &locator);
+    const std::string document = writtenAt(&store, &locator, offset);
     if (document == kDeclaration) return;
     const std::unique_ptr<IDataStore> again = stores::memory();
     Listener listener;
     core::io::MemoryReader reader(document);
     IXMLFrontEnd::parse(again.get(), &reader, &locator, nullptr, &listener);
     require(listener.broken.empty(), "what was written is well-formed: " + listener.broken + "\n" + document);
+}
+
+/// Those of each record, and of none.
+void checkDocuments(IDataStore& store, ISchemaLocator& locator) {
+    for (unsigned int offset = 0; offset <= store.extent(); ++offset) checkDocument(store, locator, offset);
+    checkDocument(store, locator, IDataStore::BADOFF);
 }
 
 /// A repair of any records ends, and loses nothing.
@@ -69,7 +75,8 @@ int fuzzRecords(const std::uint8_t* data, std::size_t size) {
         client(&RecordsClient::look);
         require(recordsOf(*store) == before, "who only looks leaves the records as they were");
     };
-    const auto write = [&] { allowed([&] { checkDocument(*store, *locator); }); };
+    const auto write = [&] { allowed([&] { checkDocuments(*store, *locator); }); };
+    const auto writeAll = [&] { allowed([&] { checkDocument(*store, *locator, 0); }); };
 
     // One deed is tried many times while all of them are tried once, and the fuzzer learns more from it.
     switch (data[0] & 7) {
@@ -86,7 +93,7 @@ int fuzzRecords(const std::uint8_t* data, std::size_t size) {
             client(&RecordsClient::copy);
             break;
         case 4:
-            client(&RecordsClient::change);
+            client(data[0] & 8 ? &RecordsClient::read : &RecordsClient::change);
             break;
         case 5:
             client(&RecordsClient::destroy);
@@ -100,7 +107,8 @@ int fuzzRecords(const std::uint8_t* data, std::size_t size) {
             client(&RecordsClient::resolve);
             client(&RecordsClient::copy);
             client(&RecordsClient::change);
-            write();
+            client(&RecordsClient::read);
+            writeAll();
             client(&RecordsClient::destroy);
             client(&RecordsClient::look);
     }

@@ -1,18 +1,16 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <csignal>
 #include <cstring>
 #include <exception>
 #include <filesystem>
-#include <fstream>
 #include <functional>
-#include <iterator>
 #include <string>
 #include <vector>
 
 #include <unistd.h>
 
+#include "tests/fuzz/KeptFiles.h"
 #include "tests/fuzz/RoundTrip.h"
 #include "tests/fuzz/Targets.h"
 
@@ -23,6 +21,7 @@ namespace {
 namespace fs = std::filesystem;
 using namespace lumivard::platform;
 using fuzz::Find;
+using fuzz::kept;
 
 using tTarget = std::function<int(const std::uint8_t*, std::size_t)>;
 
@@ -49,26 +48,13 @@ void listen() {
     }
 }
 
-std::vector<fs::path> filesOf(const fs::path& folder) {
-    std::vector<fs::path> files;
-    if (!fs::is_directory(folder)) return files;
-    for (const auto& entry : fs::directory_iterator(folder)) files.push_back(entry.path());
-    std::sort(files.begin(), files.end());
-    return files;
-}
-
-std::vector<std::uint8_t> bytesOf(const fs::path& file) {
-    std::ifstream in(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
 /// Replays files, and gives those that fail, each with the reason.
 std::vector<std::string> failures(const std::vector<fs::path>& files, const tTarget& target) {
     std::vector<std::string> failed;
     listen();
     for (const fs::path& file : files) {
         std::strncpy(current, file.c_str(), sizeof(current) - 1);
-        const std::vector<std::uint8_t> bytes = bytesOf(file);
+        const std::vector<std::uint8_t> bytes = fuzz::inputIn(file);
         try {
             target(bytes.data(), bytes.size());
         } catch (const std::exception& thrown) {
@@ -76,14 +62,6 @@ std::vector<std::string> failures(const std::vector<fs::path>& files, const tTar
         }
     }
     return failed;
-}
-
-std::vector<fs::path> kept(const std::string& target) {
-    const fs::path here = fs::path(LVP_SOURCE_DIR) / "tests" / "fuzz";
-    std::vector<fs::path> files = filesOf(here / "corpus" / target);
-    const std::vector<fs::path> crashes = filesOf(here / "crashes" / target);
-    files.insert(files.end(), crashes.begin(), crashes.end());
-    return files;
 }
 
 struct Target {

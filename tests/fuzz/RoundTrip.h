@@ -46,11 +46,16 @@ private:
     bool _located = false;
 };
 
+/// The document of what lies at an offset.
+inline std::string writtenAt(IDataStore* store, ISchemaLocator* locator, unsigned int offset) {
+    core::io::MemoryWriter writer;
+    IXMLFrontEnd::serialize(store, &writer, locator, offset);
+    return writer.bytes();
+}
+
 /// The document of a whole store.
 inline std::string written(IDataStore* store, ISchemaLocator* locator) {
-    core::io::MemoryWriter writer;
-    IXMLFrontEnd::serialize(store, &writer, locator, 0);
-    return writer.bytes();
+    return writtenAt(store, locator, 0);
 }
 
 /// What a reader says of a struct whose type the writer did not know.

@@ -35,10 +35,6 @@ std::vector<tCase> cases() {
     return all;
 }
 
-const char* nameOf(tKind kind) {
-    return kind == tKind::kMemory ? "Memory" : kind == tKind::kFile ? "File" : "Odd";
-}
-
 const Ground& groundOf(tKind kind) {
     static const Ground memory(tKind::kMemory);
     static const Ground file(tKind::kFile);

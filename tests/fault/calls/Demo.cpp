@@ -4,7 +4,9 @@
 #include <stdexcept>
 #include <vector>
 
+#include "lumivard/platform/data/check/Check.h"
 #include "tests/fault/calls/Picture.h"
+#include "tests/support/StoredRecords.h"
 
 namespace lumivard::platform::test_support::fault {
 
@@ -83,6 +85,21 @@ std::string Demo::document() const {
 std::string Demo::documentIn(const std::filesystem::path& file) {
     const auto store = stores::file(file, stores::tMode::kRead);
     return documentOf(store.get());
+}
+
+std::string Demo::damage() const {
+    if (!_store || _store->extent() == 0) return {};
+    const auto report = data::check::examine(*_store);
+    for (const auto& finding : report.findings) {
+        if (finding.severity >= data::check::tSeverity::kDamage) return finding.code + (": " + finding.found);
+    }
+    return {};
+}
+
+void Demo::enlistNothing() {
+    constexpr unsigned int kRoot = 0;
+    constexpr unsigned int kNothing = stored::BADOFF - 1;
+    if (_store && _store->extent() != 0) stored::enlist(_store.get(), kRoot, kNothing);
 }
 
 }  // namespace lumivard::platform::test_support::fault

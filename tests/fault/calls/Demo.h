@@ -23,6 +23,12 @@ public:
     std::string document() const;
     static std::string documentIn(const std::filesystem::path& file);
 
+    /// The first rule that the store of the materials breaks, as the checker finds it; empty for a sound one.
+    std::string damage() const;
+
+    /// Lists an item in the store of the materials that there is not, once that has a root.
+    void enlistNothing();
+
     /// Whether a flush was tried and did not come back.
     bool failedToFlush() const { return _flushing; }
 

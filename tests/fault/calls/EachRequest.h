@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
+#include <string>
+#include <vector>
+
 #include "tests/fault/calls/AllocationFault.h"
 
 namespace lumivard::platform::test_support::fault {
@@ -38,5 +42,46 @@ void atEachRequest(bool once, long long stride, Prepare prepare, Act act, Judge 
         EXPECT_EQ(allocations::blocks(), blocks);
     }
 }
+
+/// Something that does harm where it fails: for tests of the tests.
+template <class Act, class Harm>
+auto harming(Act act, Harm harm) {
+    return [=](auto& subject) {
+        try {
+            act(subject);
+        } catch (...) {
+            allocations::goOn();
+            harm(subject);
+            throw;
+        }
+    };
+}
+
+/// Something that does not tell that it failed.
+template <class Act>
+auto hiding(Act act) {
+    return [=](auto& subject) {
+        try {
+            act(subject);
+        } catch (...) {
+            // nobody learns of it
+        }
+    };
+}
+
+/// Where something fails, takes a block of memory that nobody gives back before this object goes.
+class Leaks {
+public:
+    Leaks() { _blocks.reserve(kMost); }
+
+    template <class Act>
+    auto in(Act act) {
+        return harming(act, [this](auto&) { _blocks.push_back(std::make_unique<int>(1)); });
+    }
+
+private:
+    static constexpr std::size_t kMost = 100'000;
+    std::vector<std::unique_ptr<int>> _blocks;
+};
 
 }  // namespace lumivard::platform::test_support::fault

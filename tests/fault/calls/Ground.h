@@ -18,6 +18,11 @@ enum tPlace : unsigned int { kMain, kOther, kSchemas, kEmpty, kPlaces };
 /// The kinds of stores that operations are tried on.
 enum class tKind { kMemory, kFile, kOdd };
 
+/// A kind in the name of a test.
+inline const char* nameOf(tKind kind) {
+    return kind == tKind::kMemory ? "Memory" : kind == tKind::kFile ? "File" : "Odd";
+}
+
 /// Gives new stores with always the same content: made once through the public interfaces, then copied record by record
 /// or, for files, as a file.
 class Ground {
@@ -30,6 +35,9 @@ public:
     /// Of files there is one at a time for each place.
     std::unique_ptr<IDataStore> make(tPlace place, bool failing) const;
 
+    /// The file of the store that was made last for a place, where that is in one.
+    std::filesystem::path file(tPlace place) const { return _folder / ("file-" + std::to_string(place)); }
+
     /// Opens the file of the store that was made last for a place, for reading. The store itself is gone by then.
     std::unique_ptr<IDataStore> reopen(tPlace place) const;
 
@@ -40,7 +48,6 @@ private:
     std::unique_ptr<IDataStore> blank() const;
     void writeFiles();
     std::filesystem::path model(tPlace place) const { return _folder / ("model-" + std::to_string(place)); }
-    std::filesystem::path file(tPlace place) const { return _folder / ("file-" + std::to_string(place)); }
 
     tKind _kind;
     FastFolder _folder;

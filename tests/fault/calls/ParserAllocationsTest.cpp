@@ -1,9 +1,12 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 
 #include "lumivard/platform/core.h"
 #include "tests/fault/calls/EachRequest.h"
+#include "tests/support/Failures.h"
 
 namespace {
 
@@ -11,6 +14,9 @@ using namespace lumivard::platform::test_support::fault;
 using lumivard::platform::core::io::MemoryReader;
 using lumivard::platform::core::xml::XMLCallback;
 using lumivard::platform::core::xml::XMLParser;
+using lumivard::platform::test_support::failuresOf;
+using testing::Contains;
+using testing::HasSubstr;
 
 /// Keeps all that it is told, and so asks for memory in the middle of the parser.
 class Recorder final : public XMLCallback {
@@ -39,9 +45,11 @@ std::string document() {
 }
 
 struct tReading {
+    explicit tReading(const std::string& text) : reader(text) {}
+
     Recorder recorder;
     XMLParser parser{&recorder, nullptr};
-    MemoryReader reader{document()};
+    MemoryReader reader;
 
     void read() {
         recorder.told.clear();
@@ -51,25 +59,47 @@ struct tReading {
 };
 
 std::string wholeText() {
-    tReading reading;
+    tReading reading(document());
     reading.read();
     return reading.recorder.told;
 }
 
+using tReadingPtr = std::unique_ptr<tReading>;
+
+void read(const tReadingPtr& reading) {
+    reading->read();
+}
+
 /// What the callback throws, and what the parser itself lacks, comes out as an exception, and the parser lives on.
-class ParserAllocations : public testing::TestWithParam<bool> {};
+class ParserAllocations : public testing::TestWithParam<bool> {
+protected:
+    template <class Act>
+    void leaveAParserThatReadsOn(Act act) const {
+        const std::string whole = wholeText();
+        atEachRequest(
+            GetParam(), 1, [] { return std::make_unique<tReading>(document()); }, act,
+            [&](const tReadingPtr& reading, const std::exception_ptr& thrown) {
+                if (!thrown) {
+                    EXPECT_EQ(reading->recorder.told, whole) << "as nothing was thrown";
+                }
+                reading->read();
+                EXPECT_EQ(reading->recorder.told, whole) << "by the next document";
+            });
+    }
+};
 
 TEST_P(ParserAllocations, LeaveAParserThatReadsTheNextDocument) {
-    const std::string whole = wholeText();
-    atEachRequest(
-        GetParam(), 1, [] { return std::make_unique<tReading>(); }, [](const auto& reading) { reading->read(); },
-        [&](const auto& reading, const std::exception_ptr& thrown) {
-            if (!thrown) {
-                EXPECT_EQ(reading->recorder.told, whole);
-            }
-            reading->read();
-            EXPECT_EQ(reading->recorder.told, whole);
-        });
+    leaveAParserThatReadsOn(read);
+}
+
+TEST_P(ParserAllocations, WouldBeSeenToLeakToBeHiddenOrToLeaveAParserThatIsBroken) {
+    Leaks leaks;
+    EXPECT_THAT(failuresOf([&] { leaveAParserThatReadsOn(leaks.in(read)); }),
+                Contains(HasSubstr("allocations::blocks()")));
+    EXPECT_THAT(failuresOf([&] { leaveAParserThatReadsOn(hiding(read)); }),
+                Contains(HasSubstr("as nothing was thrown")));
+    const auto breaking = harming(read, [](tReadingPtr& reading) { reading = std::make_unique<tReading>("<a/>"); });
+    EXPECT_THAT(failuresOf([&] { leaveAParserThatReadsOn(breaking); }), Contains(HasSubstr("by the next document")));
 }
 
 INSTANTIATE_TEST_SUITE_P(That, ParserAllocations, testing::Bool(),

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <stdexcept>
@@ -22,19 +23,25 @@ using testing::Contains;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-/// Operations that break one promise each: a trial notices all of them.
-class TrialControl : public testing::Test {
+/// Operations that break one promise each: a trial notices all of them, on each kind of stores.
+class TrialControl : public testing::TestWithParam<tKind> {
 protected:
-    static std::vector<std::string> findings(const tOperation& operation) {
-        const Ground ground(tKind::kOdd);
+    TrialControl() { current = &ground; }
+
+    std::vector<std::string> findings(const tOperation& operation) const {
         CallFault fault(FailingStore::kAllCalls, FailingStore::tTimes::kOnce, FailingStore::tAccess::kHidden);
-        return findings(operation, ground, fault);
+        return findings(operation, fault);
     }
 
-    static std::vector<std::string> findings(const tOperation& operation, const Ground& ground, Fault& fault) {
+    std::vector<std::string> findings(const tOperation& operation, Fault& fault) const {
         const Expected expected(operation, ground);
         return Trial(operation, ground, expected, kMain, fault).run(1);
     }
+
+    const Ground ground{GetParam()};
+
+    /// The ground of the test that runs, for operations, which have nothing of their own.
+    static inline const Ground* current = nullptr;
 };
 
 std::wstring reset(World& w) {
@@ -55,11 +62,11 @@ std::wstring resetOr(World& w, Harm harm) {
 constexpr const wchar_t* kNumber = L"main:top.group.number";
 using lumivard::platform::test_support::kRoot;
 
-TEST_F(TrialControl, ASoundOperationPasses) {
+TEST_P(TrialControl, ASoundOperationPasses) {
     EXPECT_THAT(findings({"", "Sound", kNumber, &reset}), IsEmpty());
 }
 
-TEST_F(TrialControl, NoticesAFailureThatIsHidden) {
+TEST_P(TrialControl, NoticesAFailureThatIsHidden) {
     const auto hiding = [](World& w) {
         try {
             return reset(w);
@@ -70,36 +77,36 @@ TEST_F(TrialControl, NoticesAFailureThatIsHidden) {
     EXPECT_THAT(findings({"", "Hiding", kNumber, hiding}), Contains(HasSubstr("hides the failure")));
 }
 
-TEST_F(TrialControl, NoticesAnotherException) {
+TEST_P(TrialControl, NoticesAnotherException) {
     const auto translating = [](World& w) {
         return resetOr(w, [] { throw std::runtime_error("something went wrong"); });
     };
     EXPECT_THAT(findings({"", "Translating", kNumber, translating}), Contains(HasSubstr("throws something else")));
 }
 
-TEST_F(TrialControl, NoticesAnExceptionOfItsOwn) {
+TEST_P(TrialControl, NoticesAnExceptionOfItsOwn) {
     const auto throwing = [](World&) -> std::wstring { throw std::runtime_error("by itself"); };
     EXPECT_THAT(findings({"", "Throwing", kNumber, throwing}), Contains(HasSubstr("fails by itself")));
 }
 
-TEST_F(TrialControl, NoticesADestructorThatThrows) {
+TEST_P(TrialControl, NoticesADestructorThatThrows) {
     EXPECT_THAT(findings({"", "Loud", kNumber, &reset, nullptr, nullptr, tOperation::kSilent}),
                 Contains(HasSubstr("throws: the store was told to fail")));
 }
 
-TEST_F(TrialControl, NoticesWhatIsLost) {
+TEST_P(TrialControl, NoticesWhatIsLost) {
     const auto losing = [](World& w) {
         return resetOr(w, [&] { IContainerFrontEnd::find(w.main(), L"last")->create(L"new", metadata::kInt32); });
     };
     EXPECT_THAT(findings({"", "Losing", kNumber, losing}), Contains(HasSubstr("loses what it does not touch")));
 }
 
-TEST_F(TrialControl, NoticesAnObjectThatIsNotAsItWas) {
+TEST_P(TrialControl, NoticesAnObjectThatIsNotAsItWas) {
     const auto disturbing = [](World& w) { return resetOr(w, [&] { w.containers->next(); }); };
     EXPECT_THAT(findings({"", "Disturbing", kNumber, disturbing}), Contains(HasSubstr("leaves objects that say")));
 }
 
-TEST_F(TrialControl, NoticesASecondTryThatIsRefused) {
+TEST_P(TrialControl, NoticesASecondTryThatIsRefused) {
     static bool failed;
     const auto sulking = [](World& w) {
         if (failed) return said(false);
@@ -109,7 +116,7 @@ TEST_F(TrialControl, NoticesASecondTryThatIsRefused) {
     EXPECT_THAT(findings({"", "Sulking", kNumber, sulking, calm}), Contains(HasSubstr("ends otherwise")));
 }
 
-TEST_F(TrialControl, NoticesASecondTryThatFails) {
+TEST_P(TrialControl, NoticesASecondTryThatFails) {
     static bool failed;
     const auto sulking = [](World& w) {
         if (failed) throw std::runtime_error("not again");
@@ -119,25 +126,25 @@ TEST_F(TrialControl, NoticesASecondTryThatFails) {
     EXPECT_THAT(findings({"", "Sulking", kNumber, sulking, calm}), Contains(HasSubstr("fails at the second try")));
 }
 
-TEST_F(TrialControl, NoticesACountThatIsLeft) {
+TEST_P(TrialControl, NoticesACountThatIsLeft) {
     const auto counting = [](World& w) {
         return resetOr(w, [&] { stored::putWord(w.main(), kRoot, stored::kRefs, 1); });
     };
     EXPECT_THAT(findings({"", "Counting", kNumber, counting}), Contains(HasSubstr("counted as open 1 times")));
 }
 
-TEST_F(TrialControl, NoticesACountBelowNone) {
+TEST_P(TrialControl, NoticesACountBelowNone) {
     const auto counting = [](World& w) {
         return resetOr(w, [&] { stored::putWord(w.main(), kRoot, stored::kRefs, 0xFFFFFFFF); });
     };
     EXPECT_THAT(findings({"", "Counting", kNumber, counting}), Contains(HasSubstr("below 0")));
 }
 
-TEST_F(TrialControl, NoticesAGapInAList) {
+TEST_P(TrialControl, NoticesAGapInAList) {
     const auto tearing = [](World& w) {
         return resetOr(w, [&] {
             // The table is the first of its kind among the children of its container.
-            for (const unsigned int offset : Ground(tKind::kOdd).offsets(*w.main())) {
+            for (const unsigned int offset : current->offsets(*w.main())) {
                 if (stored::byte(w.main(), offset, 0) != 2) continue;
                 const unsigned int list = stored::word(w.main(), offset, stored::kChildren);
                 if (stored::children(w.main(), offset).size() < 4) continue;
@@ -148,11 +155,10 @@ TEST_F(TrialControl, NoticesAGapInAList) {
     EXPECT_THAT(findings({"", "Tearing", kNumber, tearing}), Contains(HasSubstr("gap")));
 }
 
-/// Does not give a guard back, once.
+/// Does not let the operation that fails give back the first guard that it takes, before that was seen.
 class LeakingFault final : public Fault {
 public:
     IDataStore& over(IDataStore& store) override {
-        _leaking.reset();  // which gives back what it kept
         _leaking = std::make_unique<Leaking>(_fault.over(store));
         return *_leaking;
     }
@@ -160,11 +166,20 @@ public:
         _fault.arm(passing);
         _leaking->armed = true;
     }
-    long long disarm() override { return _fault.disarm(); }
+    long long disarm() override {
+        _leaking->armed = false;
+        const long long failed = _fault.disarm();
+        if (failed == 0) _leaking->kept.reset();
+        return failed;
+    }
     bool once() const override { return _fault.once(); }
     bool isOurs(const std::exception_ptr& thrown) const override { return _fault.isOurs(thrown); }
     bool isTold(const std::wstring& text) const override { return _fault.isTold(text); }
-    int guards() const override { return _fault.guards(); }
+    int guards() const override {
+        const int held = _fault.guards();
+        _leaking->kept.reset();
+        return held;
+    }
 
 private:
     struct Leaking final : ForwardingStore {
@@ -183,13 +198,25 @@ private:
     std::unique_ptr<Leaking> _leaking;
 };
 
-TEST_F(TrialControl, NoticesAGuardThatIsHeld) {
+TEST_P(TrialControl, NoticesAGuardThatIsHeld) {
     LeakingFault fault;
-    const Ground ground(tKind::kOdd);
-    EXPECT_THAT(findings({"", "Sound", kNumber, &reset}, ground, fault), Contains(HasSubstr("a guard is held")));
+    EXPECT_THAT(findings({"", "Sound", kNumber, &reset}, fault), Contains(HasSubstr("a guard is held")));
 }
 
-TEST_F(TrialControl, NoticesAGuardThatAnotherThreadDoesNotGet) {
+TEST_P(TrialControl, NoticesAFileThatIsNotWhatItsStoreIs) {
+    if (GetParam() != tKind::kFile) GTEST_SKIP() << "only files are opened anew";
+    // Another file takes the name of the open one, which is written all the same.
+    const auto replacing = [](World& w) {
+        return resetOr(w, [] {
+            const auto copy = current->file(kMain).string() + "-copy";
+            std::filesystem::copy_file(current->file(kMain), copy);
+            std::filesystem::rename(copy, current->file(kMain));
+        });
+    };
+    EXPECT_THAT(findings({"", "Replacing", kNumber, replacing}), Contains(HasSubstr("is not in the file")));
+}
+
+TEST(GuardAttempt, DoesNotSucceedWhereTheGuardIsHeld) {
     const auto store = lumivard::platform::stores::memory();
     std::unique_ptr<IDataStore::ILock> guard(store->lock());
     GuardAttempt attempt(*store);
@@ -197,5 +224,8 @@ TEST_F(TrialControl, NoticesAGuardThatAnotherThreadDoesNotGet) {
     guard.reset();
     EXPECT_TRUE(attempt.succeeds(std::chrono::seconds(20)));
 }
+
+INSTANTIATE_TEST_SUITE_P(On, TrialControl, testing::Values(tKind::kMemory, tKind::kFile, tKind::kOdd),
+                         [](const auto& kind) { return std::string(nameOf(kind.param)); });
 
 }  // namespace

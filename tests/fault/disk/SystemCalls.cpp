@@ -102,7 +102,7 @@ template <class Work>
 int whole(const Call& call, Work work) {
     const Answer answer = ask(call);
     if (answer.kind == tAnswer::kFail) return failWith(answer.error);
-    if (answer.kind == tAnswer::kPretend && call.kind != tKind::kLock) return 0;
+    if (answer.kind == (call.kind == tKind::kLock ? tAnswer::kGrant : tAnswer::kPretend)) return 0;
     const int result = work();
     if (result == 0) tellDone(call);
     return answer.kind == tAnswer::kReport ? failWith(answer.error) : result;

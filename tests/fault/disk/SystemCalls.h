@@ -37,7 +37,8 @@ struct Answer {
         kFail,     ///< it is not done, and fails with `error`
         kReport,   ///< the system does it, and `error` is told all the same
         kShorten,  ///< the system does the first half of it; other calls than reads and writes pass
-        kPretend   ///< it is not done and succeeds; reads, locks and what gives a descriptor pass
+        kPretend,  ///< it is not done and succeeds; reads, locks and what gives a descriptor pass
+        kGrant     ///< of a lock: it is not taken and succeeds; other calls pass
     };
     tKind kind = tKind::kPass;
     int error = 0;
