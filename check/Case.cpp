@@ -18,12 +18,6 @@ std::wstring Case::name(unsigned int item) {
     return name;
 }
 
-void Case::unreadable(unsigned int number, const std::string& words) {
-    tNode& node = census[number];
-    node.readable = false;
-    findings.add(kUnreadable, node.offset, "the store says: " + words);
-}
-
 std::string Case::describe(unsigned int offset) const {
     if (offset == IDataStore::BADOFF) return "none";
     std::string words = "record " + std::to_string(offset) + ", ";

@@ -19,8 +19,8 @@ public:
 
     IDataStore& store;
     const Options& options;
-    Census census;
     Findings findings;
+    Census census{findings};
     Edits edits;
 
     /// The lists of children that have more than one owner, by the numbers of their nodes.
@@ -34,7 +34,7 @@ public:
     template <class Work>
     void reading(unsigned int number, Work work) {
         if (!census[number].readable) return;
-        if (const auto words = attempt(work)) unreadable(number, *words);
+        if (const auto words = attempt(work)) census.refused(census[number], *words);
     }
 
     /// The entries of a list; none where it cannot be read.
@@ -42,9 +42,6 @@ public:
 
     /// The name of an item; empty where it cannot be read.
     std::wstring name(unsigned int item);
-
-    /// Takes note that the store did not give a record out.
-    void unreadable(unsigned int number, const std::string& words);
 
     /// What a reference leads to, in words: "record 12, a list". After the census.
     std::string describe(unsigned int offset) const;

@@ -29,10 +29,16 @@ void Census::add(IDataStore& store, unsigned int offset) {
         if (node.size == 0) return;
     } catch (const std::bad_alloc&) {
         throw;
-    } catch (const std::exception&) {
-        // Whoever reads the record will hear the same.
+    } catch (const std::exception& error) {
+        // Whoever asks again may hear nothing of it, and take the record for an empty one.
+        refused(node, error.what());
     }
     _nodes.push_back(node);
+}
+
+void Census::refused(tNode& node, const std::string& words) {
+    node.readable = false;
+    _findings.add(kUnreadable, node.offset, "the store says: " + words);
 }
 
 bool Census::meet(IDataStore& store, unsigned int offset) {

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <string>
 #include <unordered_set>
 #include <vector>
 
+#include "check/Findings.h"
 #include "check/Node.h"
 
 namespace lumivard::platform::data::Check {
@@ -13,6 +15,8 @@ using core::storage::datastore::IDataStore;
 class Census {
 public:
     static constexpr unsigned int kNone = tNode::kNone;
+
+    explicit Census(Findings& findings) : _findings(findings) {}
 
     /// Up to this extent all offsets below it are asked for.
     static constexpr unsigned long long kSearched = 1ull << 26;
@@ -28,6 +32,9 @@ public:
     /// so stand at the end, until `settle` is called.
     bool meet(IDataStore& store, unsigned int offset);
 
+    /// Takes note that the store did not give a record out, and of what it said.
+    void refused(tNode& node, const std::string& words);
+
     /// Puts all nodes in order. From here on `find` may be called.
     void settle();
 
@@ -42,6 +49,7 @@ public:
 private:
     void add(IDataStore& store, unsigned int offset);
 
+    Findings& _findings;
     std::vector<tNode> _nodes;
     std::vector<unsigned int> _dense;       ///< numbers by offset, where offsets lie close together
     std::unordered_set<unsigned int> _met;  ///< offsets of records that only references named

@@ -87,10 +87,10 @@ Repair check::plan(IDataStore& store, const Options& options) {
             examination.edits().applyTo(overlay);
             continue;
         }
-        // What damage, or the mending of it, has cut off is content that somebody may want to have back. A record that
-        // only now could not be read, where the store fails for a moment, may have held anything.
-        const bool reclaims = options.reclaim && options.without.empty() && repair.before.sound() &&
-                              repair.after.sound() && repair.before.searched;
+        // What damage, or the mending of it, has cut off is content that somebody may want to have back. The store may
+        // also have failed in this round alone: what hangs below a record that it did not give out looks cut off, too.
+        const bool sound = repair.before.sound() && repair.after.sound();
+        const bool reclaims = options.reclaim && options.without.empty() && sound && repair.before.searched;
         if (!reclaims || examination.unattached().empty()) {
             repair.steps = overlay.steps();
             return repair;

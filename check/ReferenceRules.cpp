@@ -101,8 +101,8 @@ private:
         return _case.findings.add(kShared, _node.offset, std::move(found), repair, most());
     }
 
-    /// How much it matters what this item names. A copy that broke off has named the lists of what it was made from,
-    /// and a removal that broke off names what is gone already: where nothing reaches an item, nothing is lost by it.
+    /// How much it matters what this item names. A removal that broke off leaves an item that names what is gone
+    /// already: where nothing reaches an item, nothing is lost by it.
     tSeverity most() const { return _node.reached ? tSeverity::kFatal : tSeverity::kNote; }
 
     Case& _case;

@@ -17,7 +17,10 @@ namespace {
 
 constexpr unsigned int BADOFF = IDataStore::BADOFF;
 
-/// Visits records and everything below them, parents before children: `visit(record)` gets each as an `Entity` and
+/// A record with all that it may own: opened as a table, whatever it is, since a table owns one list more than others.
+using tRecord = Record::Table;
+
+/// Visits records and everything below them, parents before children: `visit(record)` gets each as a `tRecord` and
 /// returns whether to go on. Each list is read once: in a damaged store thousands of records may name one.
 template <class Visit>
 bool walk(IDataStore* store, const std::vector<unsigned int>& records, Visit visit) {
@@ -28,7 +31,7 @@ bool walk(IDataStore* store, const std::vector<unsigned int>& records, Visit vis
         const unsigned int offset = waiting.back();
         waiting.pop_back();
         if (!seen.insert(offset).second) continue;
-        const Record::Entity record(store, offset);
+        const tRecord record(store, offset);
         if (!visit(record)) return false;
         if (!lists.insert(record.children()).second) continue;
         const std::vector<unsigned int> children = Metadata::Set::children(store, record.children());
@@ -38,10 +41,19 @@ bool walk(IDataStore* store, const std::vector<unsigned int>& records, Visit vis
 }
 
 /// What a record says that it owns.
-tOwned ownedBy(const Record::Entity& record) {
+tOwned ownedBy(const tRecord& record) {
     tOwned owned{.locale = record.locale(), .children = record.children()};
-    if (record.type() == Record::kTable) owned.defaults = Record::Table(record.store(), record.offset()).defaults();
+    if (record.type() == Record::kTable) owned.defaults = record.defaults();
     return owned;
+}
+
+/// Makes a working copy of a record the record of one that nobody has open and that owns nothing.
+void strip(tRecord& record, unsigned int parent) {
+    record.refs(0);
+    record.parent(parent);
+    record.locale(BADOFF);
+    if (record.type() != Record::kPrimitive) record.children(BADOFF);
+    if (record.type() == Record::kTable) record.defaults(BADOFF);
 }
 
 }  // namespace
@@ -64,18 +76,17 @@ public:
     }
 
     /// Copies one record without what is below it, and opens a level for that.
-    unsigned int copyRecord(Record::Entity& source, const tOwned& owned, unsigned int parent) {
-        source.refs(0);  // of the bytes that are copied: nobody has the copy open, even if it is left unfinished
+    unsigned int copyRecord(tRecord& source, const tOwned& owned, unsigned int parent) {
+        strip(source, parent);  // a copy that is left unfinished shares nothing with its source
         const unsigned int copied = source.clone(_target);
         // A damaged list may foretell the offset of a copy, which is no source.
         _seen.insert(source.offset());
         if (_target == _store) _seen.insert(copied);
         Record::Entity copy(_target, copied);
-        copy.parent(parent);
         copy.locale(cloneOwned(owned.locale, Record::kLocale));
         const bool deep =
             source.type() != Record::kPrimitive && owned.children != BADOFF && _owned.insert(owned.children).second;
-        if (source.type() != Record::kPrimitive) copy.children(deep ? openLevel(owned.children, copied) : BADOFF);
+        if (deep) copy.children(openLevel(owned.children, copied));
         copy.update(true);
         // Records come in the order of their making: the children before the defaults.
         if (source.type() == Record::kTable) {
@@ -115,7 +126,7 @@ private:
         }
         if (_seen.contains(offset)) return;
         const std::size_t here = _levels.size() - 1;
-        Record::Entity source(_store, offset);
+        tRecord source(_store, offset);
         const unsigned int copied = copyRecord(source, ownedBy(source), level.parent);
         _levels[here].copies.push_back(copied);  // copyRecord may have moved the levels
     }
@@ -150,7 +161,7 @@ private:
 };
 
 bool unreferenced(IDataStore* store, const std::vector<unsigned int>& records) {
-    return walk(store, records, [](const Record::Entity& record) { return record.refs() == 0; });
+    return walk(store, records, [](const tRecord& record) { return record.refs() == 0; });
 }
 
 std::vector<unsigned int> everything(IDataStore* store, const std::vector<unsigned int>& records) {
@@ -159,7 +170,7 @@ std::vector<unsigned int> everything(IDataStore* store, const std::vector<unsign
     const auto bury = [&](unsigned int offset, Record::tType kind) {
         if (Record::peek(store, offset) == kind) dead.push_back(offset);
     };
-    walk(store, records, [&](const Record::Entity& record) {
+    walk(store, records, [&](const tRecord& record) {
         const tOwned owned = ownedBy(record);
         dead.push_back(record.offset());
         bury(owned.locale, Record::kLocale);
@@ -179,14 +190,14 @@ void erase(IDataStore* store, const std::vector<unsigned int>& everything) {
 
 unsigned int clone(IDataStore* store, unsigned int record, const tOwned& owned, IDataStore* target) {
     Cloning cloning(store, target);
-    Record::Entity source(store, record);
+    tRecord source(store, record);
     const unsigned int copied = cloning.copyRecord(source, owned, source.parent());
     cloning.run();
     return copied;
 }
 
 unsigned int clone(IDataStore* store, unsigned int record, IDataStore* target) {
-    return clone(store, record, ownedBy(Record::Entity(store, record)), target);
+    return clone(store, record, ownedBy(tRecord(store, record)), target);
 }
 
 Copies::Copies(IDataStore* store, IDataStore* target)
@@ -195,7 +206,7 @@ Copies::Copies(IDataStore* store, IDataStore* target)
 Copies::~Copies() = default;
 
 unsigned int Copies::add(unsigned int record) {
-    Record::Entity source(_store, record);
+    tRecord source(_store, record);
     const unsigned int copied = _cloning->copyRecord(source, ownedBy(source), source.parent());
     _cloning->run();
     return copied;

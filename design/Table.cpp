@@ -67,8 +67,9 @@ bool Table::defaults(units::tUnit unit, metadata::tValue type) {
     const auto known = _groups.find(units::group(unit));
     const auto pair = known == _groups.end() ? static_cast<unsigned int>(_groups.size()) : known->second;
     Record::Offsets list(_store, _defaults);
-    if (!list.set(kPair * pair + kUnit, static_cast<unsigned int>(unit))) return false;
-    if (!list.set(kPair * pair + kKind, type)) return false;
+    // Both halves at once: half a pair would be left where the store fails between them.
+    const unsigned int halves[] = {static_cast<unsigned int>(unit), static_cast<unsigned int>(type)};
+    if (!list.set(kPair * pair, halves)) return false;
     _groups.emplace(units::group(unit), pair);
     return true;
 }

@@ -29,25 +29,11 @@ std::vector<unsigned int> Offsets::get() const {
     return entries;
 }
 
-bool Offsets::set(unsigned int index, unsigned int value) {
-    const std::uint64_t end = position(std::uint64_t{index} + 1);
+bool Offsets::set(unsigned int index, std::span<const unsigned int> values) {
+    const std::uint64_t end = position(std::uint64_t{index} + values.size());
     if (type() != kOffsets || end > std::numeric_limits<unsigned int>::max()) return false;
     if (end > size() && !grow(static_cast<unsigned int>(end) - size())) return false;
-    putWord(static_cast<unsigned int>(position(index)), value);
-    update(true);
-    return true;
-}
-
-bool Offsets::add(unsigned int value) {
-    return set(items(), value);
-}
-
-bool Offsets::add(const std::vector<unsigned int>& values) {
-    const std::uint64_t first = items();
-    const std::uint64_t end = position(first + values.size());
-    if (type() != kOffsets || end > std::numeric_limits<unsigned int>::max()) return false;
-    if (end > size() && !grow(static_cast<unsigned int>(end) - size())) return false;
-    if (!values.empty()) std::memcpy(buffer() + position(first), values.data(), values.size() * kEntry);
+    if (!values.empty()) std::memcpy(buffer() + position(index), values.data(), values.size() * kEntry);
     update(true);
     return true;
 }

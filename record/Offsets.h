@@ -1,5 +1,6 @@
 #pragma once
 
+#include <span>
 #include <vector>
 
 #include "record/Base.h"
@@ -39,13 +40,16 @@ public:
 
     /// Writes an entry and the record. Past the end the list grows, with zeros in the gap. False, with nothing done,
     /// when the list would outgrow 32 bits or the record is of another kind.
-    bool set(unsigned int index, unsigned int value);
+    bool set(unsigned int index, unsigned int value) { return set(index, {&value, 1}); }
+
+    /// Writes entries that follow one another, the first of them at `index`, and the record once. False as above.
+    bool set(unsigned int index, std::span<const unsigned int> values);
 
     /// Adds an entry at the end and writes the record. False as in `set`.
-    bool add(unsigned int value);
+    bool add(unsigned int value) { return set(items(), value); }
 
     /// Adds entries at the end and writes the record once. False as in `set`.
-    bool add(const std::vector<unsigned int>& values);
+    bool add(const std::vector<unsigned int>& values) { return set(items(), values); }
 
     /// Removes the first entry that equals `value` and writes the record; false, and nothing written, when there is
     /// none.

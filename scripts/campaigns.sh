@@ -42,7 +42,7 @@ campaign() {
         depth) build release lvp_test_model &&
             LVP_LEVELS=1000000 run $tests/model/lvp_test_model 'Depth*' ;;
         calls) build release lvp_test_fault_calls &&
-            LVP_CALLS_STRIDE=1 run $tests/fault/calls/lvp_test_fault_calls '*' ;;
+            LVP_CALLS_STRIDE=1 LVP_DISK_CALLS_STRIDE=1 run $tests/fault/calls/lvp_test_fault_calls '*' ;;
         memory) build release lvp_test_fault_allocations &&
             LVP_ALLOCATIONS_STRIDE=1 LVP_DEMO_ALLOCATIONS_STRIDE=20 \
                 run $tests/fault/calls/lvp_test_fault_allocations '*' ;;

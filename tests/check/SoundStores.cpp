@@ -1,5 +1,6 @@
 #include "tests/check/SoundStores.h"
 
+#include <numeric>
 #include <vector>
 
 #include "lumivard/platform/core.h"
@@ -85,12 +86,9 @@ void read(IDataStore& store, const std::string& document) {
 }
 
 void copy(IDataStore& from, IDataStore& to) {
-    for (unsigned int offset = 0; offset < from.extent(); ++offset) {
-        const std::string bytes = stored::bytes(&from, offset);
-        const unsigned int made = to.create(bytes.data(), static_cast<unsigned int>(bytes.size()));
-        if (bytes.empty()) to.erase(made);
-    }
-    to.version(from.version());
+    std::vector<unsigned int> offsets(static_cast<std::size_t>(from.extent()));
+    std::iota(offsets.begin(), offsets.end(), 0);
+    stored::copy(&from, offsets, &to);
 }
 
 std::unique_ptr<IDataStore> copyOf(IDataStore& store) {

@@ -1,9 +1,13 @@
+#include <gmock/gmock.h>
+
 #include <functional>
 #include <stdexcept>
 #include <string>
 
+#include "lumivard/platform/data/check/Check.h"
 #include "lumivard/platform/store_contract/FailingStore.h"
 #include "lumivard/platform/store_contract/LoggingStore.h"
+#include "tests/check/Describe.h"
 #include "tests/container/CopyFixture.h"
 
 namespace {
@@ -11,6 +15,9 @@ namespace {
 using namespace lumivard::platform::test_support;
 using lumivard::platform::store_contract::FailingStore;
 using lumivard::platform::store_contract::LoggingStore;
+namespace check = lumivard::platform::data::check;
+using testing::HasSubstr;
+using testing::Not;
 
 /// Exceptions of the store that a copy is made in pass through, whenever they come.
 class CopyFailure : public ClientTest {
@@ -53,6 +60,8 @@ protected:
             }
             EXPECT_EQ(0u, target.logged.unguarded());
             if (failed) {
+                // Not even what nothing reaches names anything of what it was to be a copy of.
+                EXPECT_THAT(codes(check::examine(*target.real)), Not(HasSubstr("reference.")));
                 EXPECT_TRUE(operation(places));
             }
             places = {};

@@ -48,6 +48,17 @@ TEST_P(RecordOffsets, AreFourBytesWhenNew) {
     EXPECT_TRUE(record.get().empty());
 }
 
+TEST_P(RecordOffsets, TakeSeveralEntriesAtOnceAtAnyPlace) {
+    const unsigned int offset = list({1, 2, 3});
+    LoggingStore logged(*store());
+    const unsigned int more[] = {7, 8};
+    EXPECT_TRUE(Offsets(&logged, offset).set(2, more));
+    EXPECT_EQ(logged.count(LoggingStore::tCall::kUpdate), 1u);
+    EXPECT_THAT(entries(offset), ElementsAre(1, 2, 7, 8));
+    EXPECT_TRUE(Offsets(store(), offset).set(5, more));
+    EXPECT_THAT(entries(offset), ElementsAre(1, 2, 7, 8, 0, 7, 8));
+}
+
 TEST_P(RecordOffsets, HaveThisFormatWithEntries) {
     Offsets record(store());
     EXPECT_TRUE(record.add(0x01020304));

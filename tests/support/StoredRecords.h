@@ -63,6 +63,17 @@ inline void putByte(IDataStore* store, unsigned int offset, unsigned int positio
     store->update(offset, all.data(), static_cast<unsigned int>(all.size()), true);
 }
 
+/// Makes the records at some offsets of a store, all that it has handed out, anew in another one that hands out the
+/// same.
+inline void copy(IDataStore* from, const std::vector<unsigned int>& offsets, IDataStore* to) {
+    for (const unsigned int offset : offsets) {
+        const std::string record = bytes(from, offset);
+        const unsigned int made = to->create(record.data(), static_cast<unsigned int>(record.size()));
+        if (record.empty()) to->erase(made);
+    }
+    to->version(from->version());
+}
+
 /// How many live objects a record says stand over it.
 inline unsigned int refs(IDataStore* store, unsigned int offset) {
     return word(store, offset, kRefs);

@@ -123,6 +123,12 @@ std::unique_ptr<IDataStore> Ground::reopen(tPlace place) const {
     return stores::file(file(place), stores::tMode::kRead);
 }
 
+std::unique_ptr<IDataStore> Ground::copy(IDataStore& store) const {
+    auto made = blank();
+    stored::copy(&store, offsets(store), made.get());
+    return made;
+}
+
 std::vector<unsigned int> Ground::offsets(IDataStore& store) const {
     std::vector<unsigned int> offsets;
     const auto end = store.extent();

@@ -31,6 +31,9 @@ public:
 
     tKind kind() const { return _kind; }
 
+    /// Where its files are.
+    const std::filesystem::path& folder() const { return _folder.path(); }
+
     /// A new store with the content of a place. `failing` is the one that is to fail: the others are never files.
     /// Of files there is one at a time for each place.
     std::unique_ptr<IDataStore> make(tPlace place, bool failing) const;
@@ -40,6 +43,9 @@ public:
 
     /// Opens the file of the store that was made last for a place, for reading. The store itself is gone by then.
     std::unique_ptr<IDataStore> reopen(tPlace place) const;
+
+    /// A new store, never a file, with the records of one of this kind at the same offsets.
+    std::unique_ptr<IDataStore> copy(IDataStore& store) const;
 
     /// All offsets that a store of this kind has handed out.
     std::vector<unsigned int> offsets(IDataStore& store) const;

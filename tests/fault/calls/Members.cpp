@@ -12,19 +12,37 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// The members that one declaration declares: one or none.
-void note(const std::string& declaration, const std::string& scope, std::set<std::string>& members) {
+/// What a pair of braces encloses.
+struct tScope {
+    enum tKind { kOther, kNamespace, kClass };
+    tKind kind = kOther;
+    std::string name;
+};
+
+/// The member or function that one declaration declares: one or none.
+void note(const std::string& declaration, const tScope& scope, std::set<std::string>& members) {
     static const std::regex kMember(R"(^ ?(?:public: )?(?:virtual|static) [^(]*?([~\w]+)\((.*)\)( const)?)");
+    static const std::regex kFunction(R"(^ ?(?!using |static_assert)[^(=]* [&*]?(\w+)\((.*)\)()$)");
     std::smatch parts;
-    if (scope.empty() || !std::regex_search(declaration, parts, kMember)) return;
-    members.insert(scope + "::" + parts[1].str() + "(" + parts[2].str() + ")" + parts[3].str());
+    if (scope.kind == tScope::kOther) return;
+    if (!std::regex_search(declaration, parts, scope.kind == tScope::kClass ? kMember : kFunction)) return;
+    members.insert(scope.name + "::" + parts[1].str() + "(" + parts[2].str() + ")" + parts[3].str());
 }
 
-/// The name of the class whose body a declaration opens; empty for anything else.
-std::string opened(const std::string& declaration) {
+/// The class or namespace whose body a declaration opens.
+tScope opened(const std::string& declaration) {
     static const std::regex kClass(R"((?:class|struct) (?:LVP_EXPORT )?(\w+)[^()]*$)");
+    static const std::regex kNamespace(R"(^ ?namespace (?:\w+::)*(\w+) ?$)");
     std::smatch parts;
-    return std::regex_search(declaration, parts, kClass) ? parts[1].str() : std::string();
+    if (std::regex_search(declaration, parts, kNamespace)) return {tScope::kNamespace, parts[1].str()};
+    if (std::regex_search(declaration, parts, kClass)) return {tScope::kClass, parts[1].str()};
+    return {};
+}
+
+/// A declaration, up to its end or to the body that it opens.
+std::string trimmed(std::string declaration) {
+    while (declaration.ends_with(' ')) declaration.pop_back();
+    return declaration;
 }
 
 }  // namespace
@@ -34,14 +52,16 @@ std::set<std::string> membersOf(std::string header) {
     header = std::regex_replace(header, std::regex("\\s+"), " ");
     header = std::regex_replace(header, std::regex("(public|protected|private): ?"), "");
     std::set<std::string> members;
-    std::vector<std::string> scopes{""};
+    std::vector<tScope> scopes(1);
     std::string declaration;
+    int parentheses = 0;  // what is braced in them is the value of an argument
     for (const char c : header) {
-        if (c != ';' && c != '{' && c != '}') {
+        parentheses += c == '(' ? 1 : c == ')' ? -1 : 0;
+        if (parentheses != 0 || (c != ';' && c != '{' && c != '}')) {
             declaration += c;
             continue;
         }
-        note(declaration, scopes.back(), members);
+        note(trimmed(declaration), scopes.back(), members);
         if (c == '{') scopes.push_back(opened(declaration));
         if (c == '}' && scopes.size() > 1) scopes.pop_back();
         declaration.clear();
@@ -51,8 +71,10 @@ std::set<std::string> membersOf(std::string header) {
 
 std::set<std::string> publicMembers() {
     std::set<std::string> members;
-    for (const auto& file : fs::recursive_directory_iterator(LVP_SOURCE_DIR "/include/lumivard/platform/data")) {
-        if (file.path().extension() == ".h") members.merge(membersOf(bytesOf(file.path())));
+    for (const char* folder : {"/include/lumivard/platform/data", "/stores/include/lumivard/platform/stores"}) {
+        for (const auto& file : fs::recursive_directory_iterator(std::string(LVP_SOURCE_DIR) + folder)) {
+            if (file.path().extension() == ".h") members.merge(membersOf(bytesOf(file.path())));
+        }
     }
     return members;
 }

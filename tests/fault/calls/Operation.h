@@ -40,6 +40,7 @@ std::vector<tOperation> primitiveOperations();
 std::vector<tOperation> tableOperations();
 std::vector<tOperation> schemaOperations();
 std::vector<tOperation> documentOperations();
+std::vector<tOperation> checkOperations();
 std::vector<tOperation> endOfLifeOperations();
 
 /// Puts a cursor behind what it gives.

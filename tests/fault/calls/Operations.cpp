@@ -8,7 +8,7 @@ std::vector<tOperation> gather() {
     std::vector<tOperation> all;
     for (const auto group :
          {&containerOperations, &editingOperations, &copyOperations, &propertyOperations, &primitiveOperations,
-          &tableOperations, &schemaOperations, &documentOperations, &endOfLifeOperations}) {
+          &tableOperations, &schemaOperations, &documentOperations, &checkOperations, &endOfLifeOperations}) {
         for (const tOperation& operation : group()) all.push_back(operation);
     }
     return all;

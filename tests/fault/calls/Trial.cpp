@@ -5,6 +5,7 @@
 #include <iostream>
 
 #include "tests/fault/calls/GuardAttempt.h"
+#include "tests/fault/calls/Leftovers.h"
 #include "tests/support/StoredRecords.h"
 
 namespace lumivard::platform::test_support::fault {
@@ -20,6 +21,16 @@ bool isEntity(const std::string& record) {
     return !record.empty() && record[0] != 3 && record[0] != 5;
 }
 
+}  // namespace
+
+tOutcome call(tOperation::tRun run, World& world) {
+    try {
+        return {run(world), nullptr};
+    } catch (...) {
+        return {{}, std::current_exception()};
+    }
+}
+
 std::string messageOf(const std::exception_ptr& thrown) {
     try {
         std::rethrow_exception(thrown);
@@ -30,28 +41,22 @@ std::string messageOf(const std::exception_ptr& thrown) {
     }
 }
 
-tOutcome call(tOperation::tRun run, World& world) {
-    try {
-        return {run(world), nullptr};
-    } catch (...) {
-        return {{}, std::current_exception()};
-    }
-}
-
-}  // namespace
-
 Stage::Stage(const Ground& ground, tPlace failing, Fault* fault) {
     for (unsigned int place = 0; place < kPlaces; ++place) {
         _real[place] = ground.make(tPlace(place), place == failing);
         _plain[place] = _real[place].get();
     }
-    tStores used = _plain;
-    if (fault) used[failing] = &fault->over(*_real[failing]);
-    _world = std::make_unique<World>(used);
+    _used = _plain;
+    if (fault) _used[failing] = &fault->over(*_real[failing]);
+    renew();
+}
+
+void Stage::close(tPlace place) {
+    _real[place].reset();
+    _plain[place] = nullptr;
 }
 
 void Stage::reopen(const Ground& ground, tPlace place) {
-    _real[place].reset();
     _real[place] = ground.reopen(place);
     _plain[place] = _real[place].get();
 }
@@ -111,8 +116,10 @@ void Trial::judge(Stage& stage, const tOutcome& outcome) {
         judgeOutcome(outcome);
         if (_fault.guards() != 0) return note("a guard is held");
         judgeStanding(stage, outcome);
+        judgeLeftovers(stage);
         tryAgain(stage, outcome);
         stage.world().close();
+        judgeLeftovers(stage);
         judgeCounts(stage, outcome);
         judgeEnd(stage, outcome);
         judgeGuard(stage);
@@ -168,8 +175,16 @@ void Trial::judgeStores(Stage& stage) {
     if (_ground.kind() != tKind::kFile) return;
     const auto now = look(stage.plain()).items;
     stage.plain()[_failing]->flush();
+    stage.close(_failing);
     stage.reopen(_ground, _failing);
     compare("is not in the file as it was in memory", now, look(stage.plain()).items);
+}
+
+void Trial::judgeLeftovers(Stage& stage) {
+    for (IDataStore* store : stage.plain()) {
+        const std::string wrong = wrongLeftovers(*store, _ground);
+        if (!wrong.empty()) note(wrong);
+    }
 }
 
 void Trial::judgeCounts(Stage& stage, const tOutcome& outcome) {

@@ -35,12 +35,17 @@ public:
     /// The stores themselves, with nothing in between.
     const tStores& plain() const { return _plain; }
 
-    /// Puts another store in the place of one, when all objects are closed.
+    /// Opens all objects anew, when those before are closed.
+    void renew() { _world = std::make_unique<World>(_used); }
+
+    /// Closes a store, when all objects are closed, and opens its file.
+    void close(tPlace place);
     void reopen(const Ground& ground, tPlace place);
 
 private:
     std::array<std::unique_ptr<IDataStore>, kPlaces> _real;
     tStores _plain{};
+    tStores _used{};
     std::unique_ptr<World> _world;
 };
 
@@ -50,10 +55,16 @@ struct tOutcome {
     std::exception_ptr thrown;
 };
 
+tOutcome call(tOperation::tRun run, World& world);
+
+/// What an exception says.
+std::string messageOf(const std::exception_ptr& thrown);
+
 /// Tries one operation on stores that fail, and notes each promise that is broken. After a failure
 ///
 /// - what came out is what the store threw, or else the operation has done all that it should;
 /// - no guard is held: another thread gets it;
+/// - the checker finds no damage in the stores, only what a repair takes away (see `wrongLeftovers`);
 /// - everything that the operation does not touch is as it was, can be walked, and answers;
 /// - the objects that were open answer, and a second try through them ends as if nothing had failed;
 /// - when all objects are closed, no record is counted as open, but for one count too high for each failure that did
@@ -80,6 +91,7 @@ private:
     void tryAgain(Stage& stage, const tOutcome& outcome);
     void judgeEnd(Stage& stage, const tOutcome& outcome);
     void judgeStores(Stage& stage);
+    void judgeLeftovers(Stage& stage);
     void judgeCounts(Stage& stage, const tOutcome& outcome);
     void judgeGuard(Stage& stage);
     Picture look(const tStores& stores);

@@ -155,6 +155,29 @@ TEST_P(TrialControl, NoticesAGapInAList) {
     EXPECT_THAT(findings({"", "Tearing", kNumber, tearing}), Contains(HasSubstr("gap")));
 }
 
+/// What no walk and no open object shows, but the checker.
+TEST_P(TrialControl, NoticesDamage) {
+    const auto misleading = [](World& w) {
+        return resetOr(w, [&] {
+            const unsigned int behind = stored::children(w.main(), kRoot).back();
+            stored::putWord(w.main(), stored::children(w.main(), behind).front(), stored::kParent, kRoot);
+        });
+    };
+    EXPECT_THAT(findings({"", "Misleading", kNumber, misleading}),
+                Contains(HasSubstr("the checker finds damage: graph.parent-differs")));
+}
+
+TEST_P(TrialControl, NoticesWhatARepairDoesNotTakeAway) {
+    const auto littering = [](World& w) { return resetOr(w, [&] { w.main()->append(kRoot, "more", 4); }); };
+    EXPECT_THAT(findings({"", "Littering", kNumber, littering}),
+                Contains(HasSubstr("a repair leaves something: record.rest")));
+}
+
+TEST_P(TrialControl, PassesOverWhatARepairTakesAway) {
+    const auto leaving = [](World& w) { return resetOr(w, [&] { stored::makeList(w.main()); }); };
+    EXPECT_THAT(findings({"", "Leaving", kNumber, leaving}), IsEmpty());
+}
+
 /// Does not let the operation that fails give back the first guard that it takes, before that was seen.
 class LeakingFault final : public Fault {
 public:

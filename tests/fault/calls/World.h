@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "lumivard/platform/data/check/Repair.h"
 #include "tests/fault/calls/Ground.h"
 
 namespace lumivard::platform::test_support::fault {
@@ -40,6 +41,7 @@ struct World {
     SharedPtr<ISchema> schema;
     SharedPtr<ISchemaLocator> fresh;  ///< which has found nothing yet
     std::unique_ptr<IStringArray> strings;
+    data::check::Repair repair;  ///< of a store, where an operation needs one
 };
 
 }  // namespace lumivard::platform::test_support::fault

@@ -251,6 +251,38 @@ TEST_P(FailingDisk, IsAnErrorAndKeepsTheLastFlush) {
     EXPECT_EQ(tally.all(), tried);
 }
 
+/// An examination of the file and its compaction, on a file that is whole.
+TEST_P(FailingDisk, KeepsTheFileThatIsExaminedOrCompacted) {
+    // Who reads less than was asked for has a file before him that was cut short.
+    const bool sound = GetParam().kinds != reads;
+    const std::function<void()> works[] = {[&] { EXPECT_TRUE(verify(path(), true).faultCount == 0 || !sound); },
+                                           [&] { compact(path()); }};
+    const Fault& fault = GetParam();
+    Workload model(seed);
+    {
+        const auto store = file(path(), tMode::kWrite);
+        for (int i = 0; i < 4; ++i) model.next(store.get());
+    }
+    for (const auto& work : works) {
+        for (std::uint64_t call = 0;; ++call) {
+            SCOPED_TRACE("call " + std::to_string(call));
+            FaultyTap tap(call, fault.answer, fault.span, fault.kinds());
+            std::string error;
+            {
+                const Watch watch(folder.path(), tap);
+                error = messageOf<StoreError>(work);
+            }
+            if (tap.hits() == 0) break;
+            if (error != "nothing was thrown") {
+                EXPECT_THAT(error, ContainsRegex(fault.reason));
+            } else {
+                EXPECT_TRUE(harmless(tap.hit(), fault)) << "the call failed and nobody was told";
+            }
+            ASSERT_EQ(lookAt(path(), tMode::kWrite, model, model.batches()).found, tFound::kLast);
+        }
+    }
+}
+
 const Fault kFaults[] = {
     {"BrokenOnce", {tAnswer::kFail, EIO}, tSpan::kOnce, calls, kBroken},
     {"BrokenForEver", {tAnswer::kFail, EIO}, tSpan::kForEver, calls, kBroken},
