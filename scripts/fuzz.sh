@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Builds the fuzzers and lets each of them look for inputs that make the library fail.
-#   scripts/fuzz.sh                        a short run: 30 seconds for `document`, 12 for each of the others
+#   scripts/fuzz.sh                        a short run: 30 seconds for each
 #   scripts/fuzz.sh SECONDS                so long for each
 #   scripts/fuzz.sh SECONDS TARGET...      for these only: document, records, text, units, paths, pages
 # LVP_FUZZ_PRESET=asan-ubsan takes the build of the tests under the address sanitizer, which is slower, but may be there.
@@ -12,9 +12,8 @@ source scripts/packages.sh
 
 preset=${LVP_FUZZ_PRESET:-fuzz}
 targets=(document records text units paths pages)
-seconds=${1:-}
+seconds=${1:-30}
 [ $# -le 1 ] || targets=("${@:2}")
-[ -n "$seconds" ] || declare -A short=([document]=30)
 
 install_packages "${build_packages[@]}" "${test_packages[@]}" "${sanitizer_packages[@]}"
 cmake --preset "$preset"
@@ -62,7 +61,7 @@ echo "planted: found after $(grep -aoE '^#[0-9]+' "$work/planted.log" | tail -1)
 failed=0
 for target in "${targets[@]}"; do
     touch "$work/$target.begin"
-    run "$target" "${seconds:-${short[$target]:-12}}" || failed=1
+    run "$target" "$seconds" || failed=1
     [ "${FUZZ_KEEP:-}" != 1 ] || "$build/tests/fuzz/lvp_fuzz_$target" -merge=1 "$corpus/$target" "$work/$target" 2>/dev/null
 done
 [ "$failed" -eq 0 ] || {

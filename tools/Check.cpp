@@ -1,5 +1,8 @@
 #include <algorithm>
+#include <exception>
 #include <iostream>
+#include <stdexcept>
+#include <string>
 
 #include "lumivard/platform/data/check/Check.h"
 #include "lumivard/platform/stores.h"
@@ -63,8 +66,12 @@ void repair(const tCheckOptions& options, tCheckResult& result) {
     }
     if (!repair.steps.empty()) {
         result.oldBytes = keepOldBytes(options.store, repair);
-        if (!check::apply(*store, repair)) throw Failure(kCannotFinish, "the store changed while it was examined");
-        repair.after = check::examine(*store, how);
+        try {
+            if (!check::apply(*store, repair)) throw std::runtime_error("the store changed while it was examined");
+            repair.after = check::examine(*store, how);
+        } catch (const std::exception& error) {
+            throw Failure(kCannotFinish, std::string(error.what()) + "; the old bytes are in " + result.oldBytes);
+        }
     }
     result.repair = std::move(repair);
 }

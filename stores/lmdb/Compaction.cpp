@@ -1,8 +1,11 @@
 #include "stores/lmdb/Compaction.h"
 
+#include <linux/limits.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 
 #include "stores/core/Failure.h"
@@ -69,7 +72,18 @@ void copyRecords(LmdbEngine& source, const FileReport& report, const fs::path& t
     copy.finish(source.header());
 }
 
-// The owner too, as far as the process may give files away. Rights of a group that it cannot name go to no other.
+// Gives a file the list of those who have rights besides its owner and its group, where the other has one. False where
+// that cannot be done.
+bool copyAccessList(int from, int to) {
+    constexpr char kName[] = "system.posix_acl_access";
+    std::array<char, XATTR_SIZE_MAX> list{};
+    const ssize_t size = ::fgetxattr(from, kName, list.data(), list.size());
+    if (size < 0) return errno == ENODATA || errno == EOPNOTSUPP;
+    return ::fsetxattr(to, kName, list.data(), static_cast<std::size_t>(size), 0) == 0;
+}
+
+// The owner too, as far as the process may give files away. Rights of a group that it cannot name go to no other; nor
+// do those of a list that it cannot give, in place of which the group would have them.
 void copyRights(int from, int to) {
     constexpr mode_t kRights = 0777;
     constexpr mode_t kOfGroup = 0070;
@@ -77,7 +91,8 @@ void copyRights(int from, int to) {
     struct stat status = {};
     if (::fstat(from, &status) != 0) throw EngineError(systemReason(errno));
     const bool given = ::fchown(to, status.st_uid, status.st_gid) == 0 || ::fchown(to, kSameOwner, status.st_gid) == 0;
-    const mode_t rights = status.st_mode & kRights & (given ? kRights : ~kOfGroup);
+    const bool listed = copyAccessList(from, to);
+    const mode_t rights = status.st_mode & kRights & (given && listed ? kRights : ~kOfGroup);
     if (::fchmod(to, rights) != 0) throw EngineError(systemReason(errno));
 }
 

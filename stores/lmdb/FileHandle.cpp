@@ -85,11 +85,14 @@ void takeWriterLock(int descriptor) {
 
 // The presence of everybody who has the file open: a lock on its first byte, held by the descriptor and not, as the
 // older kind would be, by the process.
-int setPresence(int descriptor, short type, int command) {
+constexpr off_t kPresence = 1;
+
+// Locks a file from its beginning on, or unlocks it; a length of 0 is all that a file can have.
+int setLock(int descriptor, short type, int command, off_t length) {
     struct flock lock = {};
     lock.l_type = type;
     lock.l_whence = SEEK_SET;
-    lock.l_len = 1;
+    lock.l_len = length;
     int status = 0;
     do {
         status = ::fcntl(descriptor, command, &lock);
@@ -98,7 +101,7 @@ int setPresence(int descriptor, short type, int command) {
 }
 
 void takePresence(int descriptor) {
-    if (const int error = setPresence(descriptor, F_RDLCK, F_OFD_SETLKW)) {
+    if (const int error = setLock(descriptor, F_RDLCK, F_OFD_SETLKW, kPresence)) {
         throw EngineError("it could not be locked: " + systemReason(error));
     }
 }
@@ -143,21 +146,27 @@ void FileHandle::_open(const std::filesystem::path& path, tMode mode, std::optio
     _descriptor = std::move(descriptor);
 }
 
+// The locks go before the registry is left, so that who finds the file free there can have them. They would go with the
+// descriptor, were there no child made by fork() that has it still.
 void FileHandle::_close() noexcept {
     if (!_descriptor) return;
-    _descriptor =
-        FileDescriptor();  // and with it the locks: who finds the file free in the registry can have those too
-    if (::getpid() == _process) FileRegistry::leave(_status);
+    const bool mine = ::getpid() == _process;
+    if (mine) {
+        ::flock(_descriptor.get(), LOCK_UN);
+        setLock(_descriptor.get(), F_UNLCK, F_OFD_SETLK, 0);
+    }
+    _descriptor = FileDescriptor();
+    if (mine) FileRegistry::leave(_status);
 }
 
 void FileHandle::takeAlone() {
-    const int error = setPresence(_descriptor.get(), F_WRLCK, F_OFD_SETLK);
+    const int error = setLock(_descriptor.get(), F_WRLCK, F_OFD_SETLK, kPresence);
     if (error == EAGAIN || error == EACCES) throw EngineError("others have it open for reading");
     if (error != 0) throw EngineError("it could not be locked: " + systemReason(error));
 }
 
 void FileHandle::share() noexcept {
-    setPresence(_descriptor.get(), F_RDLCK, F_OFD_SETLK);
+    setLock(_descriptor.get(), F_RDLCK, F_OFD_SETLK, kPresence);
 }
 
 bool FileHandle::same(int descriptor) const {

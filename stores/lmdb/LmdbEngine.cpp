@@ -100,8 +100,9 @@ Engine::Header LmdbEngine::header() {
 
 std::optional<std::span<const std::byte>> LmdbEngine::load(unsigned int offset) {
     const auto value = _get(offset);
-    if (!value) return std::nullopt;
-    return storedValue::contents(offset, *value, _format);
+    if (value) return storedValue::contents(offset, *value, _format);
+    _requireGap(offset);
+    return std::nullopt;
 }
 
 void LmdbEngine::commit(const Batch& batch) {
@@ -139,6 +140,29 @@ std::optional<std::span<const std::byte>> LmdbEngine::_get(std::uint64_t key) co
     if (status == MDB_NOTFOUND) return std::nullopt;
     lmdb::check(status);
     return bytesOf(value);
+}
+
+// A record whose key was changed by something else is not found by its number. It lies where that number would be, and
+// has a checksum that its new key does not fit: so both neighbours of a record that is missing have to be sound.
+void LmdbEngine::_requireGap(std::uint64_t key) {
+    if (_gap.first <= key && key < _gap.second) return;
+    const lmdb::Cursor cursor = lmdb::openCursor(_snapshot, _records);
+    MDB_val keyBytes{sizeof key, &key};
+    MDB_val value{};
+    const auto soundKey = [&] {
+        std::uint64_t found = 0;
+        std::memcpy(&found, keyBytes.mv_data, std::min(keyBytes.mv_size, sizeof found));
+        storedValue::contents(found, bytesOf(value), _format);
+        return found;
+    };
+    std::pair<std::uint64_t, std::uint64_t> gap{0, 0};
+    lmdb::check(mdb_cursor_get(cursor.get(), &keyBytes, &value, MDB_SET_RANGE));  // there is always the header
+    gap.second = soundKey();
+    const int status = mdb_cursor_get(cursor.get(), &keyBytes, &value, MDB_PREV);
+    if (status == MDB_SUCCESS) gap.first = soundKey() + 1;
+    if (status != MDB_NOTFOUND) lmdb::check(status);
+    if (key < gap.first || key >= gap.second) throw EngineError("it is damaged: its records are out of order");
+    _gap = gap;
 }
 
 // One attempt at a whole batch. Gives LMDB's status: with any but MDB_SUCCESS nothing has been written.
@@ -193,6 +217,7 @@ void LmdbEngine::_openDatabase() {
 
 // Moves the snapshot to the last commit. A reader's map follows when the writer has outgrown it.
 void LmdbEngine::_renew() {
+    _gap = {};
     mdb_txn_reset(_snapshot.get());
     int status = mdb_txn_renew(_snapshot.get());
     for (; status == MDB_MAP_RESIZED; status = mdb_txn_renew(_snapshot.get())) _followMap();

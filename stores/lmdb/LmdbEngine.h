@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <functional>
 #include <optional>
+#include <utility>
 
 #include "lumivard/platform/stores/FileReport.h"
 #include "lumivard/platform/stores/tMode.h"
@@ -58,6 +59,7 @@ public:
 private:
     void _requireUsable() const;
     std::optional<std::span<const std::byte>> _get(std::uint64_t key) const;
+    void _requireGap(std::uint64_t key);
     int _write(const Batch& batch);
     void _beginReading();
     void _takeOverFromDeadWriter();
@@ -76,7 +78,8 @@ private:
     lmdb::Transaction _snapshot;
     MDB_dbi _records = 0;
     std::uint32_t _format = 0;
-    std::size_t _told = 0;  // the commit that guardTaken has last told of
+    std::size_t _told = 0;                         // the commit that guardTaken has last told of
+    std::pair<std::uint64_t, std::uint64_t> _gap;  // keys from and to which the snapshot is known to have none
     bool _mapped = true;
 };
 

@@ -124,8 +124,14 @@ LockFile::LockFile(const std::filesystem::path& path, const FileHandle& store) :
 LockFile::~LockFile() {
     if (!_descriptor) return;
     const std::lock_guard alone(opening());
+    const bool mine = ::getpid() == _process;
+    if (mine) {
+        struct flock all = {};
+        all.l_type = F_UNLCK;
+        lock(_descriptor.get(), F_OFD_SETLK, all);  // a child made by fork() may have the descriptor still
+    }
     _descriptor = FileDescriptor();
-    if (::getpid() == _process) FileRegistry::leave(_status);
+    if (mine) FileRegistry::leave(_status);
 }
 
 void LockFile::_open(const std::filesystem::path& name, const struct stat& store) {

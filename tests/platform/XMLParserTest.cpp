@@ -328,7 +328,7 @@ TEST(XMLParser, ReadsALongTagInBlocksThatGrowWithIt) {
 // Whatever is before it, and in whatever blocks it comes.
 TEST(XMLParser, ReadsATagThatIsShorterThanEightMebibytesAndNoOther) {
     constexpr std::size_t kRest = sizeof("<a x=''/>") - 1;
-    for (const std::size_t before : {0, 1, 65536, 3000000}) {
+    for (const std::size_t before : {0ul, 1ul, 65536ul, 3000000ul}) {
         const std::string start = "<r>" + std::string(before, ' ');
         const std::string value((8 << 20) - kRest - 1, 'v');
         Recorder recorder;

@@ -1,5 +1,9 @@
 #include <sys/stat.h>
+#include <sys/xattr.h>
 
+#include <cerrno>
+#include <cstdint>
+#include <cstring>
 #include <filesystem>
 #include <string>
 
@@ -79,6 +83,34 @@ TEST_F(Compaction, KeepsTheRightsOfTheFile) {
     fs::permissions(path(), static_cast<fs::perms>(0640));
     compact(path());
     EXPECT_EQ(fs::status(path()).permissions(), static_cast<fs::perms>(0640));
+}
+
+// Without its list, the group of the file would have the rights that the list gives at the most.
+TEST_F(Compaction, KeepsTheListOfThoseWhoHaveRights) {
+    struct tEntry {
+        std::uint16_t tag;
+        std::uint16_t rights;
+        std::uint32_t id;
+    };
+    constexpr std::uint32_t kNobody = 0xFFFFFFFF;
+    const struct {
+        std::uint32_t version = 2;
+        tEntry owner{0x01, 6, kNobody};
+        tEntry somebody{0x02, 4, 12345};
+        tEntry group{0x04, 0, kNobody};
+        tEntry most{0x10, 4, kNobody};
+        tEntry others{0x20, 0, kNobody};
+    } list;
+    constexpr char kName[] = "system.posix_acl_access";
+    fill();
+    if (::setxattr(path().c_str(), kName, &list, sizeof list, 0) != 0 && errno == EOPNOTSUPP) {
+        GTEST_SKIP() << "the file system knows no such lists";
+    }
+    compact(path());
+    auto kept = list;
+    kept.somebody = {};
+    EXPECT_EQ(::getxattr(path().c_str(), kName, &kept, sizeof kept), static_cast<ssize_t>(sizeof kept));
+    EXPECT_EQ(std::memcmp(&kept, &list, sizeof list), 0);
 }
 
 TEST_F(Compaction, OfAMissingFileIsRefusedAndMakesNone) {

@@ -337,5 +337,32 @@ TEST_F(FileRefusal, AFileThatMayNotBeWrittenIsRefusedForWriting) {
     fs::permissions(folder / "", fs::perms::owner_all);
 }
 
+// --- Records whose number was changed
+
+// Nothing but the store's header is measured at such an opening.
+TEST_F(FileRefusal, ARecordWhoseNumberWasChangedIsRefusedWhenItIsAskedFor) {
+    constexpr std::uint64_t kRecords = 300;
+    const auto name = [](std::uint64_t offset) { return "record " + std::to_string(offset) + "."; };
+    {
+        const auto store = file(path(), tMode::kWrite);
+        for (unsigned int offset = 0; offset < kRecords; ++offset) create(*store, name(offset));
+        for (unsigned int offset = 0; offset < kRecords; offset += 3) store->erase(offset);
+    }
+    const std::string sound = bytesOf(path());
+    for (const std::uint64_t offset : {1ul, 2ul, 4ul, 77ul, 148ul, 149ul, 298ul, 299ul}) {
+        const std::string stored(reinterpret_cast<const char*>(&offset), sizeof offset);
+        for (unsigned int bit = 0; bit < 64; ++bit) {
+            std::string bytes = sound;
+            for (std::size_t at = bytes.find(stored + name(offset)); at != std::string::npos;
+                 at = bytes.find(stored + name(offset))) {
+                bytes[at + bit / 8] = static_cast<char>(bytes[at + bit / 8] ^ 1 << bit % 8);
+            }
+            folder.file("a.lvp", bytes);
+            const auto ask = [&] { file(path(), tMode::kRead)->size(static_cast<unsigned int>(offset)); };
+            EXPECT_THAT(messageOf<StoreError>(ask), HasSubstr("it is damaged")) << offset << ", bit " << bit;
+        }
+    }
+}
+
 }  // namespace
 }  // namespace lumivard::platform::stores

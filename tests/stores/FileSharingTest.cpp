@@ -440,6 +440,25 @@ TEST_F(FileSharing, AChildThatClosesTheHandleOfItsParentKeepsItsOwn) {
 }
 
 // To open and close it would give back what LMDB has locked in it for this process.
+TEST_F(FileSharing, AClosedStoreIsFreeThoughAChildLives) {
+    for (const tMode mode : {tMode::kWrite, tMode::kRead}) {
+        open().reset();
+        auto store = open(mode);
+        ChildProcess child([&](const Line& line) {
+            line.tell(1);
+            line.hear();
+            store.release();
+            return 0;
+        });
+        EXPECT_EQ(child.hear(), 1U);
+        store.reset();
+        EXPECT_NO_THROW(open());
+        EXPECT_NO_THROW(compact(path()));
+        child.tell(1);
+        EXPECT_EQ(child.wait(), 0);
+    }
+}
+
 TEST_F(FileSharing, TheLockFileOfAnOpenStoreIsNotOpened) {
     const auto store = open();
     EXPECT_THAT(messageOf<StoreError>([&] { file(path().string() + "-lock", tMode::kRead); }),

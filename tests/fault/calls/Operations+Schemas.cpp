@@ -15,7 +15,7 @@ std::wstring nameOf(const IStructLayout::tField* field) {
 }
 
 /// The schema goes with its locator.
-void dropSchema(World& w) {
+void dropTheSchema(World& w) {
     w.schema.reset();
 }
 
@@ -43,7 +43,7 @@ std::vector<tOperation> schemaOperations() {
              return std::wstring();
          }},
         {"ISchemaLocator::pop(IDataStore* store)", "Pop", L"",
-         [](World& w) { return said(w.locator->pop(w.stores[kSchemas])); }, &dropSchema},
+         [](World& w) { return said(w.locator->pop(w.stores[kSchemas])); }, &dropTheSchema},
         {"ISchemaLocator::reset()", "ResetOfALocator", L"",
          [](World& w) {
              w.locator->reset();

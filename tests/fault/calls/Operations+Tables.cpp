@@ -8,7 +8,7 @@ ITable& table(World& w) {
     return asTable(w.table);
 }
 
-std::wstring createWithSchema(World& w) {
+std::wstring createTableOfSchema(World& w) {
     return said(table(w).create(L"new", w.schema.get()));
 }
 
@@ -22,7 +22,7 @@ std::wstring createByGroup(World& w) {
 
 /// What was made by half has to go before it can be made again.
 template <tOperation::tRun kRun>
-std::wstring anew(World& w) {
+std::wstring madeAnew(World& w) {
     table(w).destroy(L"new");
     return kRun(w);
 }
@@ -42,8 +42,8 @@ std::vector<tOperation> tableOperations() {
          [](World& w) { return said(table(w).validates(w.schema.get())); }},
         {"ITable::create(WideString name, ISchema* schema)", "TableCreatesATable", kNew,
          [](World& w) { return said(table(w).create(L"new", kNoSchema)); }},
-        {"ITable::create(WideString name, ISchema* schema)", "TableCreatesATableWithASchema", kNew, &createWithSchema,
-         nullptr, &anew<&createWithSchema>},
+        {"ITable::create(WideString name, ISchema* schema)", "TableCreatesATableWithASchema", kNew,
+         &createTableOfSchema, nullptr, &madeAnew<&createTableOfSchema>},
         {"ITable::create(WideString name, tValue type, units::tUnit units)", "TableCreatesAPrimitive", kNew,
          &createWithUnits},
         {"ITable::create(WideString name, units::tUnitGroup group)", "TableCreatesByGroup", kNew, &createByGroup},

@@ -23,6 +23,7 @@ using Line = ChildProcess::Line;
 
 // Who comes after reports which batch the file holds, or this.
 constexpr unsigned int kRefused = 0x40000000;
+constexpr unsigned int kMixed = 0x40000001;
 
 class DeadWriter : public testing::Test {
 protected:
@@ -55,14 +56,15 @@ protected:
     }
 
     /// Opens the file in another process, at once, and flushes once more. Gives the number of the batch that it found,
-    /// or `kRefused`.
+    /// `kRefused`, or `kMixed`.
     unsigned int follow(Workload& model) {
         ChildProcess child([&](const Line& line) {
             std::unique_ptr<IDataStore> store;
             const std::string message = messageOf<StoreError>([&] { store = file(path(), tMode::kWrite); });
             if (!store) return line.tell(kRefused), 0;
             const std::uint64_t found = fingerprint(*store);
-            line.tell(found == model.after(model.batches()) ? model.batches() : model.batches() - 1);
+            const unsigned int last = model.batches();
+            line.tell(found == model.after(last) ? last : found == model.after(last - 1) ? last - 1 : kMixed);
             store->version(1);
             store->flush();
             return 0;
