@@ -64,7 +64,8 @@ campaign() {
                 run $tests/check/lvp_test_check '*' ;;
         documents) build asan-ubsan lvp_test_fuzz && run $sanitized/fuzz/lvp_test_fuzz '*' ;;
         fuzz) scripts/fuzz.sh 600 ;;
-        records) scripts/fuzz.sh 9000 records ;;  # some 6,000,000 executions
+        records) build release lvp_test_measured_records &&
+            LVP_MUTATED_RECORDS=6000000 run $tests/fuzz/lvp_test_measured_records '*' ;;
         *) echo "There is no campaign of that name: $1" >&2 && exit 2 ;;
     esac
 }
