@@ -43,7 +43,7 @@ std::vector<std::byte> encode(const Stored& stored) {
     return value;
 }
 
-Stored decode(std::span<const std::byte> value, std::uint64_t length) {
+Stored decode(std::span<const std::byte> value, std::uint64_t length, std::uint32_t newest) {
     if (value.size() < kWideAt || get<std::array<char, kMagic.size()>>(value, kMagicAt) != kMagic) {
         throw EngineError(kMissing);
     }
@@ -51,8 +51,8 @@ Stored decode(std::span<const std::byte> value, std::uint64_t length) {
         throw EngineError("it was written on a machine with another byte order");
     }
     const auto format = get<std::uint32_t>(value, kFormatAt);
-    if (format > kFormat) {
-        throw EngineError("its format " + std::to_string(format) + " is newer than format " + std::to_string(kFormat) +
+    if (format > newest) {
+        throw EngineError("its format " + std::to_string(format) + " is newer than format " + std::to_string(newest) +
                           ", the last that this version can read");
     }
     if (format < kOldestFormat || length != sizeIn(format) + storedValue::trailer(format)) {

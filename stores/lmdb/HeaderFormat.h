@@ -67,8 +67,9 @@ constexpr char kMissing[] = "it is a database of another program";
 std::vector<std::byte> encode(const Stored& stored);
 
 /// What a value says that was found at the header's key; of a longer one than `kLongest` the first bytes are enough,
-/// with its whole length. Throws `EngineError` when this version cannot read the file.
-Stored decode(std::span<const std::byte> value, std::uint64_t length);
+/// with its whole length. Throws `EngineError` when this version cannot read the file; `newest` is the last format that
+/// it can.
+Stored decode(std::span<const std::byte> value, std::uint64_t length, std::uint32_t newest = kFormat);
 
 }  // namespace header
 }  // namespace lumivard::platform::stores

@@ -130,7 +130,7 @@ TEST_F(PageVerifier, FindsANumberOfPagesThatMakesNoSense) {
 
 TEST_F(PageVerifier, FindsPagesThatWouldLieBehindTheFile) {
     const auto many = [](Pages& pages) {
-        pages.put<std::uint64_t>(pages.newest().page * Pages::kSize + page::kMetaEnd - 16, std::uint64_t{1} << 33);
+        pages.put<std::uint64_t>(pages.newest().page * Pages::kSize + page::kMetaEnd - 16, std::uint64_t{1} << 26);
     };
     EXPECT_THAT(found(many), ElementsAre("container.free"));
 }

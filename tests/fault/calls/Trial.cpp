@@ -6,6 +6,7 @@
 
 #include "tests/fault/calls/GuardAttempt.h"
 #include "tests/fault/calls/Leftovers.h"
+#include "tests/support/Sanitized.h"
 #include "tests/support/StoredRecords.h"
 
 namespace lumivard::platform::test_support::fault {
@@ -14,7 +15,7 @@ namespace {
 
 constexpr std::size_t kMostFindings = 5;
 constexpr std::chrono::seconds kPatience(20);
-constexpr long long kFirst = 10;  // places that are tried whatever the stride
+constexpr long long kFirst = kSanitized ? 3 : 10;  // places that are tried whatever the stride
 
 /// Whether a record counts the objects over it: a root, a primitive, a table or a container.
 bool isEntity(const std::string& record) {
