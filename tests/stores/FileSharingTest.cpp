@@ -479,6 +479,18 @@ TEST_F(FileSharing, ANewLockFileHasTheRightsOfItsStore) {
 
 // --- A file in the place of another
 
+// Another process that has a store open for reading until it is told something.
+std::unique_ptr<ChildProcess> elsewhere(const fs::path& path) {
+    auto reader = std::make_unique<ChildProcess>([&](const Line& line) {
+        const auto store = file(path, tMode::kRead);
+        line.tell(1);
+        line.hear();
+        return 0;
+    });
+    EXPECT_EQ(reader->hear(), 1U);
+    return reader;
+}
+
 // Both have made as many transactions, so that nothing in the lock file could tell them apart.
 TEST_F(FileSharing, AFileThatReplacedAnotherIsRefusedInTheSameProcess) {
     auto old = open(tMode::kWrite);
@@ -502,20 +514,14 @@ TEST_F(FileSharing, AFileThatReplacedAnotherIsRefusedInTheSameProcess) {
 
 TEST_F(FileSharing, AFileThatReplacedAnotherIsRefusedWhileThatIsStillOpen) {
     create(*open(tMode::kWrite), "old");
-    ChildProcess reader([&](const Line& line) {
-        const auto store = open(tMode::kRead);
-        line.tell(1);
-        line.hear();
-        return 0;
-    });
-    EXPECT_EQ(reader.hear(), 1U);
+    const auto reader = elsewhere(path());
     create(*file(folder / "new.lvp", tMode::kWrite), "new");
     std::filesystem::rename(folder / "new.lvp", path());
     for (const tMode mode : {tMode::kWrite, tMode::kRead}) {
         EXPECT_THAT(messageOf<StoreError>([&] { open(mode); }), HasSubstr("another file that had its name before"));
     }
-    reader.tell(1);
-    EXPECT_EQ(reader.wait(), 0);
+    reader->tell(1);
+    EXPECT_EQ(reader->wait(), 0);
     EXPECT_EQ(contents(*open(tMode::kWrite), 0), "new");
 }
 
@@ -523,36 +529,24 @@ TEST_F(FileSharing, AFileThatReplacedAnotherIsRefusedWhileThatIsStillOpen) {
 
 TEST_F(FileSharing, AFileThatGotAnotherNameIsRefusedByThatWhileItIsOpen) {
     create(*open(), "a");
-    ChildProcess reader([&](const Line& line) {
-        const auto store = open(tMode::kRead);
-        line.tell(1);
-        line.hear();
-        return 0;
-    });
-    EXPECT_EQ(reader.hear(), 1U);
+    const auto reader = elsewhere(path());
     std::filesystem::rename(path(), folder / "b.lvp");
     for (const tMode mode : {tMode::kWrite, tMode::kRead}) {
         EXPECT_THAT(messageOf<StoreError>([&] { file(folder / "b.lvp", mode); }),
                     HasSubstr("others have it open by another name"));
     }
-    reader.tell(1);
-    EXPECT_EQ(reader.wait(), 0);
+    reader->tell(1);
+    EXPECT_EQ(reader->wait(), 0);
     EXPECT_EQ(contents(*file(folder / "b.lvp", tMode::kWrite), 0), "a");
 }
 
 TEST_F(FileSharing, AFileWhoseLockFileWasRemovedIsRefusedWhileItIsOpen) {
     create(*open(), "a");
-    ChildProcess reader([&](const Line& line) {
-        const auto store = open(tMode::kRead);
-        line.tell(1);
-        line.hear();
-        return 0;
-    });
-    EXPECT_EQ(reader.hear(), 1U);
+    const auto reader = elsewhere(path());
     std::filesystem::remove(path().string() + "-lock");
     EXPECT_THAT(messageOf<StoreError>([&] { open(); }), HasSubstr("or where its lock file was another one"));
-    reader.tell(1);
-    EXPECT_EQ(reader.wait(), 0);
+    reader->tell(1);
+    EXPECT_EQ(reader->wait(), 0);
     EXPECT_EQ(contents(*open(), 0), "a");
 }
 
