@@ -60,9 +60,9 @@ LVP_EXPORT std::unique_ptr<IDataStore> memory();
 /// Refused, each with a sentence: a missing file (`kRead`) or folder, a file that is no store or is empty, one written
 /// by a newer version or on a machine with another byte order or width of `wchar_t`; a second handle on one file in a
 /// process; a second process that wants to write (at once, without waiting; a dead process is in nobody's way); a file
-/// with several names (hard links); a file that was put in the place of another that somebody still has open; a file that
-/// others have open with another lock file, as after a rename, or with none, as where nothing can be written; and file
-/// systems on a network, on which neither locks nor mapped files can be relied upon, unless `FileOptions::network`
+/// with several names (hard links); a file that was put in the place of another that somebody still has open; a file
+/// that others have open with another lock file, as after a rename, or with none, as where nothing can be written; and
+/// file systems on a network, on which neither locks nor mapped files can be relied upon, unless `FileOptions::network`
 /// insists (those in user space are not told from local ones).
 ///
 /// Beside the file stands another one with "-lock" added to its name, in which readers and the writer meet. A new one
