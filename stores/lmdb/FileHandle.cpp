@@ -14,6 +14,7 @@
 #include "stores/engine/EngineError.h"
 #include "stores/lmdb/FileRegistry.h"
 #include "stores/lmdb/NetworkFileSystem.h"
+#include "stores/lmdb/RangeLock.h"
 
 namespace lumivard::platform::stores {
 namespace {
@@ -85,23 +86,12 @@ void takeWriterLock(int descriptor) {
 
 // The presence of everybody who has the file open: a lock on its first byte, held by the descriptor and not, as the
 // older kind would be, by the process.
-constexpr off_t kPresence = 1;
-
-// Locks a file from its beginning on, or unlocks it; a length of 0 is all that a file can have.
-int setLock(int descriptor, short type, int command, off_t length) {
-    struct flock lock = {};
-    lock.l_type = type;
-    lock.l_whence = SEEK_SET;
-    lock.l_len = length;
-    int status = 0;
-    do {
-        status = ::fcntl(descriptor, command, &lock);
-    } while (status != 0 && errno == EINTR);
-    return status == 0 ? 0 : errno;
+int setPresence(int descriptor, short type, int command) {
+    return RangeLock{type, 0, 1}.call(descriptor, command);
 }
 
 void takePresence(int descriptor) {
-    if (const int error = setLock(descriptor, F_RDLCK, F_OFD_SETLKW, kPresence)) {
+    if (const int error = setPresence(descriptor, F_RDLCK, F_OFD_SETLKW)) {
         throw EngineError("it could not be locked: " + systemReason(error));
     }
 }
@@ -153,20 +143,20 @@ void FileHandle::_close() noexcept {
     const bool mine = ::getpid() == _process;
     if (mine) {
         ::flock(_descriptor.get(), LOCK_UN);
-        setLock(_descriptor.get(), F_UNLCK, F_OFD_SETLK, 0);
+        RangeLock{F_UNLCK}.call(_descriptor.get(), F_OFD_SETLK);
     }
     _descriptor = FileDescriptor();
     if (mine) FileRegistry::leave(_status);
 }
 
 void FileHandle::takeAlone() {
-    const int error = setLock(_descriptor.get(), F_WRLCK, F_OFD_SETLK, kPresence);
+    const int error = setPresence(_descriptor.get(), F_WRLCK, F_OFD_SETLK);
     if (error == EAGAIN || error == EACCES) throw EngineError("others have it open for reading");
     if (error != 0) throw EngineError("it could not be locked: " + systemReason(error));
 }
 
 void FileHandle::share() noexcept {
-    setLock(_descriptor.get(), F_RDLCK, F_OFD_SETLK, kPresence);
+    setPresence(_descriptor.get(), F_RDLCK, F_OFD_SETLK);
 }
 
 bool FileHandle::same(int descriptor) const {

@@ -17,6 +17,7 @@
 #include "stores/lmdb/FileRegistry.h"
 #include "stores/lmdb/PageFormat.h"
 #include "stores/lmdb/PageReader.h"
+#include "stores/lmdb/RangeLock.h"
 
 namespace lumivard::platform::stores {
 namespace {
@@ -48,37 +49,20 @@ off_t placeOf(const struct stat& file) {
     return kFirstPlace + static_cast<off_t>(number % (kPlaces - 1));
 }
 
-int lock(int descriptor, int command, struct flock& range) {
-    range.l_whence = SEEK_SET;
-    int status = 0;
-    do {
-        status = ::fcntl(descriptor, command, &range);
-    } while (status != 0 && errno == EINTR);
-    return status == 0 ? 0 : errno;
-}
-
 // Whether others hold places from `first` on, `count` of them.
 bool held(int descriptor, off_t first, off_t count) {
     if (count == 0) return false;
-    struct flock range = {};
-    range.l_type = F_WRLCK;
-    range.l_start = first;
-    range.l_len = count;
-    if (const int error = lock(descriptor, F_OFD_GETLK, range)) {
-        throw EngineError(kNotLocked + systemReason(error));
-    }
-    return range.l_type != F_UNLCK;
+    RangeLock range{F_WRLCK, first, count};
+    if (const int error = range.call(descriptor, F_OFD_GETLK)) throw EngineError(kNotLocked + systemReason(error));
+    return range.type != F_UNLCK;
 }
 
 // Declares that a file goes with the one that has this place; false where somebody has declared another. Locks belong
 // to the descriptor, so that they end with it and with the process. Two who come at the same moment, for two files, see
 // each other: both are refused.
 bool goesWith(int descriptor, off_t place) {
-    struct flock range = {};
-    range.l_type = F_RDLCK;
-    range.l_start = place;
-    range.l_len = 1;
-    if (const int error = lock(descriptor, F_OFD_SETLK, range)) throw EngineError(kNotLocked + systemReason(error));
+    RangeLock range{F_RDLCK, place, 1};
+    if (const int error = range.call(descriptor, F_OFD_SETLK)) throw EngineError(kNotLocked + systemReason(error));
     const off_t behind = place + 1;
     return !held(descriptor, kFirstPlace, place - kFirstPlace) &&
            !held(descriptor, behind, kFirstPlace + kPlaces - behind);
@@ -125,11 +109,7 @@ LockFile::~LockFile() {
     if (!_descriptor) return;
     const std::lock_guard alone(opening());
     const bool mine = ::getpid() == _process;
-    if (mine) {
-        struct flock all = {};
-        all.l_type = F_UNLCK;
-        lock(_descriptor.get(), F_OFD_SETLK, all);  // a child made by fork() may have the descriptor still
-    }
+    if (mine) RangeLock{F_UNLCK}.call(_descriptor.get(), F_OFD_SETLK);  // a child made by fork() may have it still
     _descriptor = FileDescriptor();
     if (mine) FileRegistry::leave(_status);
 }
