@@ -38,17 +38,25 @@ void check(int status) {
 }
 
 Environment openEnvironment(const std::filesystem::path& path, unsigned int flags, std::size_t mapSize) {
-    MDB_env* made = nullptr;
-    check(mdb_env_create(&made));
-    Environment environment(made);
-    check(mdb_env_set_maxreaders(made, kMostReaders));
-    check(mdb_env_set_mapsize(made, mapSize));
-    check(mdb_env_open(made, path.c_str(), flags | MDB_NOSUBDIR | MDB_NOTLS, kFileMode));
-    // The one descriptor of LMDB's that a program started from here would inherit.
-    mdb_filehandle_t descriptor = -1;
-    check(mdb_env_get_fd(made, &descriptor));
-    if (::fcntl(descriptor, F_SETFD, FD_CLOEXEC) != 0) check(errno);
-    return environment;
+    // Whoever comes first sets up the lock file. If that one dies over it, who has waited finds nothing in it that
+    // makes sense: another try sets it up.
+    constexpr int kMostTries = 10;
+    for (int tries = 1;; ++tries) {
+        MDB_env* made = nullptr;
+        check(mdb_env_create(&made));
+        Environment environment(made);
+        check(mdb_env_set_maxreaders(made, kMostReaders));
+        check(mdb_env_set_mapsize(made, mapSize));
+        const int status = mdb_env_open(made, path.c_str(), flags | MDB_NOSUBDIR | MDB_NOTLS, kFileMode);
+        const bool senseless = status == MDB_INVALID || status == MDB_VERSION_MISMATCH;
+        if (senseless && tries < kMostTries) continue;
+        check(status);
+        // The one descriptor of LMDB's that a program started from here would inherit.
+        mdb_filehandle_t descriptor = -1;
+        check(mdb_env_get_fd(made, &descriptor));
+        if (::fcntl(descriptor, F_SETFD, FD_CLOEXEC) != 0) check(errno);
+        return environment;
+    }
 }
 
 Transaction begin(const Environment& environment, unsigned int flags) {

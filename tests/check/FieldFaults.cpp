@@ -13,6 +13,7 @@ namespace {
 
 using test_support::BADOFF;
 constexpr unsigned int kValueKinds = 24;
+constexpr unsigned int kLastKind = 5;  // of records
 
 unsigned int number(const std::string& bytes, std::size_t position, std::size_t width) {
     unsigned int value = 0;
@@ -99,7 +100,8 @@ tFault FieldFaults::wholeRecord(unsigned int offset, const std::string& bytes) {
 
 tSign FieldFaults::signOf(const tFault& fault) {
     switch (fault.field) {
-        case tField::kKind:
+        case tField::kKind:  // one of another kind shows as many things, where it is or where it is named
+            if (fault.is > kLastKind) return {{"record.kind"}, {fault.offset}};
             return {{}, neighbours(fault)};
         case tField::kWholeRecord:
             return signOfWholeRecord(fault);

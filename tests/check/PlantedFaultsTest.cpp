@@ -62,7 +62,7 @@ TEST_P(WithoutARule, SomeFaultsAreMissed) {
 INSTANTIATE_TEST_SUITE_P(Out, WithoutARule,
                          testing::Values("graph.cycle", "graph.listed-twice", "graph.parent-differs",
                                          "live.stale-count", "live.unattached", "record.container-type",
-                                         "record.default-pairs", "record.flags", "record.list-size",
+                                         "record.default-pairs", "record.flags", "record.kind", "record.list-size",
                                          "record.locale-pairs", "record.reserved", "record.rest",
                                          "record.section-past-end", "record.short", "record.text-character",
                                          "record.text-end", "record.text-rest", "record.unit", "record.value-kind",

@@ -101,7 +101,7 @@ TreeOperation TreeRun::any() {
 }
 
 TreeOperation::tCode TreeRun::anyCode(int kind, bool kept) {
-    if (below(1500) == 0) return Op::kDropAll;
+    if (below(400) == 0) return Op::kDropAll;
     if (kind < 0) return Op::kKeep;
     if (kept && below(20) == 0) return Op::kDrop;
     if (below(4) == 0) return kOfAll[below(std::size(kOfAll))];

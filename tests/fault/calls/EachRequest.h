@@ -3,22 +3,28 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <random>
 #include <string>
 #include <vector>
 
 #include "tests/fault/calls/AllocationFault.h"
+#include "tests/support/Campaign.h"
 
 namespace lumivard::platform::test_support::fault {
 
-/// Calls something while memory runs out at the first request, at the second and so on, or at every `stride`-th of
-/// them, until one call does without the one that fails. What `prepare` gives is handed to `act`, in which memory runs
-/// out, and to `judge`, in which it does not, together with what `act` threw: nothing but that memory ran out. No block
-/// may be left of a try.
+/// Calls something while memory runs out at the first request, at the second and so on, or in the mean at every
+/// `stride`-th of them, chosen at random, until one call does without the one that fails. What `prepare` gives is
+/// handed to `act`, in which memory runs out, and to `judge`, in which it does not, together with what `act` threw:
+/// nothing but that memory ran out. No block may be left of a try.
 template <class Prepare, class Act, class Judge>
 void atEachRequest(bool once, long long stride, Prepare prepare, Act act, Judge judge) {
+    std::mt19937_64 random(stride == 1 ? 0 : seed());
+    const auto step = [&] {
+        return 1 + static_cast<long long>(random() % static_cast<unsigned long long>(2 * stride - 1));
+    };
     // What is made once in a process is there after a first try.
     for (long long passing = -1, more = 0; more == 0 && !testing::Test::HasFailure();
-         passing += passing <= 0 ? 1 : stride) {
+         passing += passing < 0 ? 1 : step()) {
         SCOPED_TRACE("failing after " + std::to_string(passing));
         const long long blocks = allocations::blocks();
         bool failed = false;
