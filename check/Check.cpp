@@ -1,7 +1,9 @@
 #include "lumivard/platform/data/check/Check.h"
 
 #include <limits>
+#include <optional>
 #include <stdexcept>
+#include <utility>
 
 #include "check/Examination.h"
 #include "check/Overlay.h"
@@ -19,6 +21,9 @@ namespace {
 
 /// One mending may show what another hid. Three rounds are all that was ever needed.
 constexpr int kRounds = 8;
+
+/// How often a plan is begun anew where the store fails now and then.
+constexpr int kTries = 8;
 
 bool isUnchanged(IDataStore& store, const Step& step) {
     const unsigned int size = store.size(step.offset);
@@ -68,6 +73,38 @@ private:
     bool _kept = false;
 };
 
+/// Mends one thing after the other until nothing is left. Nothing is returned where a record could be read in one round
+/// and not in another: what hangs below it looks cut off where it cannot, and what is planned then is worth nothing.
+std::optional<Repair> tryToPlan(IDataStore& store, const Options& options) {
+    Check::Overlay overlay(store);
+    Repair repair;
+    std::vector<unsigned int> unreadable;
+    for (int round = 0; round < kRounds; ++round) {
+        Check::Examination examination(overlay, options);
+        repair.after = examination.run();
+        if (round == 0) {
+            repair.before = repair.after;
+            unreadable = examination.unreadable();
+        } else if (examination.unreadable() != unreadable) {
+            return std::nullopt;
+        }
+        if (!examination.edits().empty()) {
+            examination.edits().applyTo(overlay);
+            continue;
+        }
+        // What damage, or the mending of it, has cut off is content that somebody may want to have back.
+        const bool reclaims =
+            options.reclaim && options.without.empty() && repair.before.sound() && repair.before.searched;
+        if (!reclaims || examination.unattached().empty()) {
+            repair.steps = overlay.steps();
+            return repair;
+        }
+        for (const unsigned int offset : examination.unattached()) overlay.erase(offset);
+    }
+    throw std::runtime_error("no plan of a repair: each mending shows another fault, " + std::to_string(kRounds) +
+                             " times over; the store may be changing meanwhile");
+}
+
 }  // namespace
 
 Report check::examine(IDataStore& store, const Options& options) {
@@ -77,28 +114,11 @@ Report check::examine(IDataStore& store, const Options& options) {
 
 Repair check::plan(IDataStore& store, const Options& options) {
     const Record::Guard guard(&store);
-    Check::Overlay overlay(store);
-    Repair repair;
-    for (int round = 0; round < kRounds; ++round) {
-        Check::Examination examination(overlay, options);
-        repair.after = examination.run();
-        if (round == 0) repair.before = repair.after;
-        if (!examination.edits().empty()) {
-            examination.edits().applyTo(overlay);
-            continue;
-        }
-        // What damage, or the mending of it, has cut off is content that somebody may want to have back. The store may
-        // also have failed in this round alone: what hangs below a record that it did not give out looks cut off, too.
-        const bool sound = repair.before.sound() && repair.after.sound();
-        const bool reclaims = options.reclaim && options.without.empty() && sound && repair.before.searched;
-        if (!reclaims || examination.unattached().empty()) {
-            repair.steps = overlay.steps();
-            return repair;
-        }
-        for (const unsigned int offset : examination.unattached()) overlay.erase(offset);
+    for (int tries = 0; tries < kTries; ++tries) {
+        if (auto repair = tryToPlan(store, options)) return *std::move(repair);
     }
-    throw std::runtime_error("no plan of a repair: each mending shows another fault, " + std::to_string(kRounds) +
-                             " times over; the store may be changing meanwhile");
+    throw std::runtime_error("no plan of a repair: the store gives out records at one time and not at another, " +
+                             std::to_string(kTries) + " times over");
 }
 
 bool check::apply(IDataStore& store, const Repair& repair) {

@@ -25,6 +25,15 @@ Report Examination::run() {
     return report;
 }
 
+std::vector<unsigned int> Examination::unreadable() const {
+    std::vector<unsigned int> offsets;
+    for (unsigned int number = 0; number < _case.census.size(); ++number) {
+        const tNode& node = _case.census[number];
+        if (!node.readable) offsets.push_back(node.offset);
+    }
+    return offsets;
+}
+
 void Examination::takeCensus() {
     Census& census = _case.census;
     census.search(_case.store, _case.options.whole);

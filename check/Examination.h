@@ -20,6 +20,9 @@ public:
     /// The records that nothing reaches; after `run`.
     const std::vector<unsigned int>& unattached() const { return _unattached; }
 
+    /// The records that the store did not give out; after `run`.
+    std::vector<unsigned int> unreadable() const;
+
 private:
     void takeCensus();
     void count(Report& report) const;

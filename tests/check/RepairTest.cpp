@@ -2,6 +2,9 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <random>
+#include <set>
+#include <string>
 
 #include "lumivard/platform/core.h"
 #include "lumivard/platform/data/check/Check.h"
@@ -9,8 +12,11 @@
 #include "lumivard/platform/store_contract/ForwardingStore.h"
 #include "record/Entity.h"
 #include "tests/check/Describe.h"
+#include "tests/check/PlaceFaults.h"
+#include "tests/check/RepairFault.h"
 #include "tests/check/SmallTree.h"
 #include "tests/check/SoundStores.h"
+#include "tests/check/Walks.h"
 #include "tests/support/Offsets.h"
 
 namespace {
@@ -408,6 +414,45 @@ TEST(Repair, CutsNoWayForCursorsWhereTheStoreFailsForAMoment) {
     repairWithEachCallFailing(plant, [](SmallTree& tree, long long k) {
         EXPECT_EQ(stored::word(&tree.store, tree.group, 14), stored::word(&tree.store, tree.root, 14)) << k;
     });
+}
+
+TEST(Repair, CutsNoWayOfWhateverPlacesWhereTheStoreFailsForAMoment) {
+    for (unsigned int seed = 0; seed < 40; ++seed) {
+        std::set<unsigned int> before;
+        std::string words;
+        const auto plant = [&](SmallTree& tree) {
+            std::mt19937_64 random(seed);
+            words = plantPlaces(tree.store, random, 5);
+            before = walks::byCursors(tree.store);
+        };
+        repairWithEachCallFailing(plant, [&](SmallTree& tree, long long k) {
+            EXPECT_EQ(outOfReach(before, walks::byCursors(tree.store)), "") << words << "failing after " << k;
+        });
+    }
+}
+
+/// A store that gives out one of its records every second time that somebody looks through all.
+class Moody final : public ForwardingStore {
+public:
+    Moody(IDataStore& under, unsigned int offset) : ForwardingStore(under), _offset(offset) {}
+    unsigned long long extent() override { return ++_asked, ForwardingStore::extent(); }
+    void read(unsigned int offset, void* buffer, unsigned int size) override {
+        const bool refuses = _asked % 4 < 2;  // it is asked twice each time
+        if (offset == _offset && refuses) throw InjectedFailure("not now");
+        ForwardingStore::read(offset, buffer, size);
+    }
+
+private:
+    const unsigned int _offset;
+    unsigned int _asked = 0;
+};
+
+TEST(Repair, IsNotPlannedWhereTheStoreGivesOutARecordNowAndThen) {
+    SmallTree tree;
+    tree.word(tree.value, stored::kRefs, 1);
+    Moody store(tree.store, tree.leaf);
+    EXPECT_THROW(check::plan(store), std::runtime_error);
+    EXPECT_EQ(stored::word(&tree.store, tree.value, stored::kRefs), 1u);
 }
 
 /// A store in which another record is stale each time that somebody looks.

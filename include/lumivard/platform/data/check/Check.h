@@ -48,8 +48,9 @@ LVP_EXPORT Report examine(IDataStore& store, const Options& options = {});
 /// and kinds are never guessed. A plan for a store that was repaired has no steps, except that with `Options::reclaim`
 /// it erases then what a repair of damage has left.
 ///
-/// Throws `std::runtime_error` where mending shows one fault after another without an end in sight, as in a store that
-/// is changed meanwhile.
+/// A plan is begun anew where a record could be read at one time and not at another. Throws `std::runtime_error` where
+/// that happens again and again, and where mending shows one fault after another without an end in sight, as in a store
+/// that is changed meanwhile.
 LVP_EXPORT Repair plan(IDataStore& store, const Options& options = {});
 
 /// Does what was planned, and flushes the store once. False, with nothing changed, when a record is not as it was when
