@@ -170,6 +170,21 @@ private:
 
 }  // namespace
 
+std::vector<tItem> inOrder(IDataStore& store) {
+    std::vector<tItem> items;
+    std::vector<unsigned int> waiting{0};
+    while (!waiting.empty()) {
+        const unsigned int offset = waiting.back();
+        waiting.pop_back();
+        items.push_back(itemAt(store, offset));
+        if (kindOf(store, offset) == Record::kPrimitive) continue;
+        const std::vector<unsigned int> children = stored::children(&store, offset);
+        items.back().told.emplace_back("number of children", std::to_string(children.size()));
+        waiting.insert(waiting.end(), children.rbegin(), children.rend());
+    }
+    return items;
+}
+
 std::map<unsigned int, tItem> reachable(IDataStore& store) {
     std::map<unsigned int, tItem> items;
     std::set<unsigned int> lists;

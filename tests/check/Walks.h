@@ -24,6 +24,10 @@ struct tItem {
     std::vector<std::pair<std::string_view, std::string>> told;
 };
 
+/// The top and all items below it, each before its children, as they are listed, and each with the "number of children"
+/// that it has. Of a sound store only: another may have no end.
+std::vector<tItem> inOrder(IDataStore& store);
+
 /// All items that any of the public interfaces could reach from the top, by the offset of their records: every entry of
 /// every list that names an item, whatever else is wrong with it. Without the top.
 std::map<unsigned int, tItem> reachable(IDataStore& store);

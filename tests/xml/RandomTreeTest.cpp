@@ -1,8 +1,11 @@
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
+#include <algorithm>
+#include <regex>
 #include <set>
 
+#include "tests/check/Walks.h"
 #include "tests/xml/XmlFixture.h"
 
 namespace {
@@ -32,19 +35,13 @@ void fill(Design::Primitive& primitive) {
     fill(primitive, *rc::gen::container<std::vector<T>>(rc::gen::arbitrary<T>()));
 }
 
-/// Floats of few digits: others differ from themselves after 7 digits of them were written.
-void fillWithScalars(Design::Primitive& primitive) {
-    std::vector<float> values;
-    for (int i = *rc::gen::inRange(0, 9); i > 0; --i) {
-        values.push_back(static_cast<float>(*rc::gen::inRange(-100'000, 100'000)) / 8);
+/// Numbers of few digits, and `least` of them: others differ from themselves after 7 digits of them were written.
+template <class T>
+void fillWithReals(Design::Primitive& primitive, int least = 0) {
+    std::vector<T> values;
+    for (int i = *rc::gen::inRange(least, least + 9); i > 0; --i) {
+        values.push_back(static_cast<T>(*rc::gen::inRange(-10'000, 10'000)) / 8);
     }
-    fill(primitive, values);
-}
-
-/// As many components as any vector or matrix begins with: fewer would come back as that many.
-void fillWithComponents(Design::Primitive& primitive) {
-    auto values = *rc::gen::container<std::vector<double>>(rc::gen::arbitrary<double>());
-    if (values.size() < 16) values.resize(16);
     fill(primitive, values);
 }
 
@@ -76,7 +73,7 @@ void fillByKind(Design::Primitive& primitive) {
         case metadata::kUInt64:
             return fill<std::uint64_t>(primitive);
         case metadata::kScalar:
-            return fillWithScalars(primitive);
+            return fillWithReals<float>(primitive);
         case metadata::kUUID:
         case metadata::kString:
         case metadata::kTime:
@@ -84,9 +81,9 @@ void fillByKind(Design::Primitive& primitive) {
         case metadata::kVersion:
             return fillWithTexts(primitive);
         case metadata::kDouble:
-            return fill<double>(primitive);
-        default:
-            return fillWithComponents(primitive);
+            return fillWithReals<double>(primitive);
+        default:  // as many components as any vector or matrix begins with: fewer would come back as that many
+            return fillWithReals<double>(primitive, 16);
     }
 }
 
@@ -137,6 +134,19 @@ void makeChildren(IDataStore* store, Metadata::Set& set, tParent parent, int dep
     }
 }
 
+/// What the first item that differs between two trees has of another kind; empty where none does.
+std::string differenceOf(IDataStore& one, IDataStore& other) {
+    const auto first = walks::inOrder(one);
+    const auto second = walks::inOrder(other);
+    for (std::size_t i = 0; i < std::min(first.size(), second.size()); ++i) {
+        if (first[i].name != second[i].name) return "another name";
+        const auto& told = first[i].told;
+        const auto differing = std::mismatch(told.begin(), told.end(), second[i].told.begin(), second[i].told.end());
+        if (differing.first != told.end()) return "another " + std::string(differing.first->first);
+    }
+    return first.size() == second.size() ? "" : "another number of items";
+}
+
 RC_GTEST_PROP(RandomTree, IsTheSameDocumentAfterItWasWrittenAndRead, ()) {
     const auto store = memory();
     {
@@ -150,6 +160,32 @@ RC_GTEST_PROP(RandomTree, IsTheSameDocumentAfterItWasWrittenAndRead, ()) {
     const auto second = memory();
     RC_ASSERT(readInto(second.get(), first) == kNone);
     RC_ASSERT(writtenFrom(second.get()) == first);
+    // Writing may leave out what a second writing leaves out as well.
+    RC_ASSERT(differenceOf(*store, *second) == "");
+}
+
+/// A document that is read.
+std::unique_ptr<IDataStore> storeFrom(const std::string& document) {
+    auto store = memory();
+    readInto(store.get(), document);
+    return store;
+}
+
+TEST(TreeComparison, SeesEachAttributeThatIsLeftOut) {
+    const auto whole = storeFrom(
+        "<root name='r'><name locale='de'>R</name><group name='a'><node name='n'/><link name='l' to='a'/>"
+        "<table name='t'><default unit='Meter' type='scalar'/></table><string name='s' locale='de'>S</string>"
+        "<int8 name='i' units='Meter'>5</int8><binary name='b' uri='u'/></group></root>");
+    const std::string document = writtenFrom(whole.get());
+    const std::regex attribute(" (name|locale|to|unit|type|units|uri)=\"[^\"]*\"");
+    int count = 0;
+    for (std::sregex_iterator found(document.begin(), document.end(), attribute), end; found != end; ++found, ++count) {
+        const auto position = static_cast<std::size_t>(found->position());
+        const auto less = storeFrom(std::string(document).erase(position, found->str().size()));
+        EXPECT_NE(differenceOf(*whole, *less), "") << found->str();
+    }
+    EXPECT_EQ(count, 15);
+    EXPECT_EQ(differenceOf(*whole, *storeFrom(document)), "");
 }
 
 }  // namespace
