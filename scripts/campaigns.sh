@@ -44,7 +44,7 @@ campaign() {
         calls) build release lvp_test_fault_calls &&
             LVP_CALLS_STRIDE=1 LVP_DISK_CALLS_STRIDE=1 run $tests/fault/calls/lvp_test_fault_calls '*' ;;
         memory) build release lvp_test_fault_allocations &&
-            LVP_ALLOCATIONS_STRIDE=1 LVP_DEMO_ALLOCATIONS_STRIDE=20 \
+            LVP_ALLOCATIONS_STRIDE=1 LVP_DEMO_ALLOCATIONS_STRIDE=1 \
                 run $tests/fault/calls/lvp_test_fault_allocations '*' ;;
         kills) build release lvp_test_disk &&
             LVP_KILLS=5000 LVP_RACES=2000 LVP_DEAD_WRITERS=1000 LVP_COMPACTION_RACES=2000 LVP_KILLED_REPAIRS=5000 \

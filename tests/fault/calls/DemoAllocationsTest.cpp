@@ -52,9 +52,7 @@ protected:
         const auto judge = [&](const tDemo& demo, const std::exception_ptr& thrown) {
             EXPECT_EQ(demo->damage(), "");
             const std::string document = demo->document();
-            if (!thrown) {
-                EXPECT_EQ(document, _whole) << "as nothing was thrown";
-            }
+            if (!thrown) expectWhole(document);
         };
         atEachRequest(
             once(), distance, [&] { return demo(); }, act, judge);
@@ -68,9 +66,7 @@ protected:
         };
         atEachRequest(once(), distance, fresh, act, [&](const tDemo& demo, const std::exception_ptr& thrown) {
             const std::string document = demo->document();
-            if (!thrown) {
-                EXPECT_EQ(document, _whole) << "as nothing was thrown";
-            }
+            if (!thrown) expectWhole(document);
             demo->close();
             if (!fs::exists(file)) {
                 EXPECT_EQ(document, "");
@@ -88,6 +84,15 @@ protected:
     const fs::path file = folder / "model";
 
 private:
+    /// All was done, since nothing was thrown; but a localized name is written when its object goes, which has nobody to
+    /// tell.
+    void expectWhole(const std::string& document) const {
+        std::string nameless = _whole;
+        const std::string name = "<name locale=\"de-de\">Stahl</name>";
+        nameless.erase(nameless.find(name), name.size());
+        EXPECT_TRUE(document == _whole || document == nameless) << "as nothing was thrown";
+    }
+
     /// Makes, by the way, what the library and its checker make once in a process.
     std::string wholeDocument() const {
         const tDemo whole = demo();

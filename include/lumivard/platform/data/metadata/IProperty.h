@@ -44,8 +44,9 @@ public:
     /// How many locales the property has a text in.
     ///
     /// Texts that were set through this object are written when it goes, and show in objects that are opened after
-    /// that. This object itself shows them if the property had any text when it was opened; otherwise `locales` and
-    /// `localize` here go on telling of none.
+    /// that; where the store throws then, or memory runs out, they are lost and nobody is told. This object itself
+    /// shows them if the property had any text when it was opened; otherwise `locales` and `localize` here go on
+    /// telling of none.
     virtual unsigned int locales() = 0;
 
     /// The name of the locale at `index`, from 0, in the order in which they were first described; empty when there is
