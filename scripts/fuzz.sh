@@ -58,13 +58,20 @@ grep -q 'AddressSanitizer: heap-buffer-overflow' "$work/planted.log" || {
 }
 echo "planted: found after $(grep -aoE '^#[0-9]+' "$work/planted.log" | tail -1) executions"
 
-failed=0
+# look TARGET: leaves a mark where something was found.
+look() {
+    touch "$work/$1.begin"
+    run "$1" "$seconds" || touch "$work/failed"
+    [ "${FUZZ_KEEP:-}" != 1 ] || "$build/tests/fuzz/lvp_fuzz_$1" -merge=1 "$corpus/$1" "$work/$1" 2>/dev/null
+}
+
+# One on each processor.
 for target in "${targets[@]}"; do
-    touch "$work/$target.begin"
-    run "$target" "$seconds" || failed=1
-    [ "${FUZZ_KEEP:-}" != 1 ] || "$build/tests/fuzz/lvp_fuzz_$target" -merge=1 "$corpus/$target" "$work/$target" 2>/dev/null
+    [ "$(jobs -rp | wc -l)" -lt "$(nproc)" ] || wait -n || :
+    look "$target" &
 done
-[ "$failed" -eq 0 ] || {
+wait
+[ ! -e "$work/failed" ] || {
     echo "Keep what was found in $build/crashes under tests/fuzz/crashes/TARGET, where every build replays it."
     echo "Once more: $build/tests/fuzz/lvp_fuzz_TARGET FILE"
     exit 1

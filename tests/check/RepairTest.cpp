@@ -18,6 +18,7 @@
 #include "tests/check/SoundStores.h"
 #include "tests/check/Walks.h"
 #include "tests/support/Offsets.h"
+#include "tests/support/Sanitized.h"
 
 namespace {
 
@@ -417,7 +418,7 @@ TEST(Repair, CutsNoWayForCursorsWhereTheStoreFailsForAMoment) {
 }
 
 TEST(Repair, CutsNoWayOfWhateverPlacesWhereTheStoreFailsForAMoment) {
-    for (unsigned int seed = 0; seed < 40; ++seed) {
+    for (unsigned int seed = 0; seed < usually(40); ++seed) {
         std::set<unsigned int> before;
         std::string words;
         const auto plant = [&](SmallTree& tree) {
