@@ -4,17 +4,48 @@
 #include <charconv>
 #include <cstdint>
 #include <cstring>
-#include <cwchar>
 #include <limits>
 #include <locale>
 #include <sstream>
 #include <string>
+#include <system_error>
+#include <type_traits>
 
 namespace lumivard::platform::data::Scalar {
 
 namespace {
 
 constexpr int kPrecision = 7;
+
+bool isDigit(char character) {
+    return '0' <= character && character <= '9';
+}
+
+/// Reads what nearly all numbers look like: digits, with or without a "-" before them. False, with `out` as it was, for
+/// whatever a stream might see otherwise: white space, "+", words, a negative number where there is none, one that does
+/// not fit, an exponent without digits.
+template <class T>
+bool castPlain(std::string_view text, T& out) {
+    const std::size_t first = text.starts_with('-') ? 1 : 0;
+    if (first >= text.size() || !isDigit(text[first])) return false;
+    const char* const end = text.data() + text.size();
+    T value{};
+    const auto [rest, error] = std::from_chars(text.data(), end, value);
+    if (error != std::errc()) return false;
+    if (std::is_floating_point_v<T> && rest != end && (*rest == 'e' || *rest == 'E')) return false;
+    out = value;
+    return true;
+}
+
+/// The meaning of every text.
+template <class T>
+bool castByStream(std::string_view text, T& out) {
+    std::istringstream stream{std::string(text)};
+    stream.exceptions(std::ios_base::badbit);  // else memory that runs out would look like a text that is no number
+    stream.imbue(std::locale::classic());
+    stream >> out;
+    return !stream.fail();
+}
 
 template <class T>
 bool scanAs(std::string_view text, char* out) {
@@ -36,11 +67,7 @@ void printAs(const char* value, wchar_t* out) {
 
 template <class T>
 bool CastTo(std::string_view text, T& out) {
-    std::istringstream stream{std::string(text)};
-    stream.exceptions(std::ios_base::badbit);  // else memory that runs out would look like a text that is no number
-    stream.imbue(std::locale::classic());
-    stream >> out;
-    return !stream.fail();
+    return castPlain(text, out) || castByStream(text, out);
 }
 
 template bool CastTo(std::string_view, int&);
@@ -52,12 +79,14 @@ template bool CastTo(std::string_view, double&);
 
 template <class T>
 void ToWString(wchar_t* out, const T& value) {
-    std::wostringstream stream;
-    stream.exceptions(std::ios_base::badbit);  // else memory that runs out would cost digits
-    stream.imbue(std::locale::classic());
-    stream.precision(kPrecision);
-    stream << value;
-    std::wcscpy(out, stream.str().c_str());
+    char text[kLongest];
+    std::to_chars_result result;
+    if constexpr (std::is_floating_point_v<T>) {
+        result = std::to_chars(text, text + kLongest, double{value}, std::chars_format::general, kPrecision);
+    } else {
+        result = std::to_chars(text, text + kLongest, value);
+    }
+    *std::copy(text, result.ptr, out) = L'\0';
 }
 
 template void ToWString(wchar_t*, const long long&);
