@@ -201,13 +201,18 @@ TEST(Repair, LeavesAListToSuchAnOwnerThoughItIsMetLater) {
     EXPECT_EQ(stored::word(&tree.store, tree.table, 14), BADOFF);
 }
 
-TEST(Repair, CutsNoWayThatIsTheOnlyOneForCursors) {
-    SmallTree tree;
-    // A value at the top is only got to through the group.
+/// Puts a value right under the root, where no cursor gets to, and gives a set the root's list, so that they do.
+unsigned int shareValueAtTop(SmallTree& tree, unsigned int set) {
     const unsigned int value = tree::primitive(&tree.store, L"value", data::metadata::kUInt8);
     tree.enlist(tree.root, value);
     tree.word(value, 1, tree.root);
-    tree.word(tree.group, 14, stored::word(&tree.store, tree.root, 14));
+    tree.word(set, 14, stored::word(&tree.store, tree.root, 14));
+    return value;
+}
+
+TEST(Repair, CutsNoWayThatIsTheOnlyOneForCursors) {
+    SmallTree tree;
+    const unsigned int value = shareValueAtTop(tree, tree.group);
     repair(tree.store);
     EXPECT_EQ(stored::word(&tree.store, tree.group, 14), stored::word(&tree.store, tree.root, 14));
     EXPECT_EQ(entries(tree, tree.root).back(), value);
@@ -217,10 +222,7 @@ TEST(Repair, CutsNoWayThatIsTheOnlyOneForCursors) {
 // remembers where it has been.
 TEST(Repair, TellsOfARingThatItCannotCut) {
     SmallTree tree;
-    const unsigned int value = tree::primitive(&tree.store, L"value", data::metadata::kUInt8);
-    tree.enlist(tree.root, value);
-    tree.word(value, 1, tree.root);
-    tree.word(tree.leaf, 14, stored::word(&tree.store, tree.root, 14));
+    shareValueAtTop(tree, tree.leaf);
     const auto plan = repair(tree.store);
     EXPECT_EQ(codes(plan.before), "graph.cycle graph.misplaced reference.shared ");
     EXPECT_EQ(codes(plan.after), codes(plan.before));
@@ -406,12 +408,7 @@ TEST(Repair, ErasesNothingThatIsReachedWhereTheStoreFailsForAMoment) {
 }
 
 TEST(Repair, CutsNoWayForCursorsWhereTheStoreFailsForAMoment) {
-    const auto plant = [](SmallTree& tree) {
-        const unsigned int value = tree::primitive(&tree.store, L"value", data::metadata::kUInt8);
-        tree.enlist(tree.root, value);
-        tree.word(value, 1, tree.root);
-        tree.word(tree.group, 14, stored::word(&tree.store, tree.root, 14));
-    };
+    const auto plant = [](SmallTree& tree) { shareValueAtTop(tree, tree.group); };
     repairWithEachCallFailing(plant, [](SmallTree& tree, long long k) {
         EXPECT_EQ(stored::word(&tree.store, tree.group, 14), stored::word(&tree.store, tree.root, 14)) << k;
     });

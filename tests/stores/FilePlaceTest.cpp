@@ -29,6 +29,7 @@ protected:
     TemporaryFolder folder;
 };
 
+// To open and close it would give back what LMDB has locked in it for this process.
 TEST_F(FilePlace, TheLockFileOfAnOpenStoreIsNotOpened) {
     const auto store = open();
     EXPECT_THAT(messageOf<StoreError>([&] { file(path().string() + "-lock", tMode::kRead); }),

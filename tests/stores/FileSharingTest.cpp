@@ -437,7 +437,6 @@ TEST_F(FileSharing, AChildThatClosesTheHandleOfItsParentKeepsItsOwn) {
     EXPECT_EQ(child.wait(), 0);
 }
 
-// To open and close it would give back what LMDB has locked in it for this process.
 TEST_F(FileSharing, AClosedStoreIsFreeThoughAChildLives) {
     for (const tMode mode : {tMode::kWrite, tMode::kRead}) {
         open().reset();
