@@ -5,6 +5,8 @@ build_packages=(ca-certificates cmake g++ git libcli11-dev libexpat1-dev liblmdb
     libutfcpp-dev ninja-build pkg-config)
 test_packages=(libbenchmark-dev libgmock-dev libgtest-dev librapidcheck-dev)
 sanitizer_packages=(clang-14 libclang-rt-14-dev)
+bench_packages=(libhdf5-dev libocct-ocaf-dev libprotobuf-dev libpugixml-dev libsqlite3-dev libxml2-dev protobuf-compiler
+    python3)
 
 install_packages() {
     local missing=()
