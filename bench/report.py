@@ -75,9 +75,16 @@ class Results:
 
 def seconds(value):
     for unit, factor in (("s", 1), ("ms", 1e3), ("us", 1e6)):
-        if value * factor >= 1:
-            return f"{value * factor:.3g} {unit}"
+        text = f"{value * factor:.3g}"
+        if float(text) >= 1:
+            return f"{text} {unit}"
     return f"{value * 1e9:.3g} ns"
+
+
+def times(ratio):
+    if ratio < 0.001:
+        return "<0.001"
+    return f"{ratio:.3g}" if ratio < 1000 else f"{ratio:,.0f}"
 
 
 def table(results, step):
@@ -100,7 +107,7 @@ def table(results, step):
                 continue
             measured.append(count)
             reference = results.price(step, ours, count)
-            ratio = f" ({price / reference:.3g})" if reference else ""
+            ratio = f" ({times(price / reference)})" if reference else ""
             cells.append(seconds(price) + ratio + ("*" if results.is_cut(step, subject, count) else ""))
         first, last = measured[0], measured[-1]
         growth = results.price(step, subject, last) / results.price(step, subject, first)
@@ -195,7 +202,7 @@ def bar_table(results):
             elif value <= limit:
                 outcome, more = "met", ""
             else:
-                outcome, more = "missed", f", {value / limit:.2f} times that"
+                outcome, more = "missed", f", {times(value / limit)} times that"
             outcomes[outcome] += 1
             shown = ["-" if number is None else bar.show(number) for number in (value, limit)]
             lines.append(f"| {bar.name} | {count:,} | {shown[0]} | {shown[1]} | {outcome}{more} |")
