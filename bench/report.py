@@ -4,6 +4,7 @@
     report.py OUTPUT
 
 Reads results.jsonl in that folder, prints the report, and writes it into report.md, and the curves into curves.svg.
+Exit status: 1 when a run has failed, as one does that read anything else than was written. A missed bar is no failure.
 """
 
 import collections
@@ -45,8 +46,9 @@ class Results:
     def __init__(self, lines):
         runs = collections.defaultdict(list)
         self.skipped = [line for line in lines if "skipped" in line]
+        self.failed = [line for line in lines if "failed" in line]
         for line in lines:
-            if "skipped" not in line:
+            if "step" in line:
                 runs[line["step"], line["subject"], line["count"]].append(line)
         self.runs = dict(runs)
         self.load = statistics.median([line["load"] for line in lines if "load" in line] or [0])
@@ -223,11 +225,11 @@ def report(results):
     for step in STEPS:
         if results.subjects(step):
             lines += table(results, step)
-    if results.skipped:
-        lines += ["## Not run", ""]
-        lines += [f"- {line['workload']} of {line['count']:,}, {line['subject']}: {line['skipped']}"
-                  for line in results.skipped]
-        lines += [""]
+    for title, reason, runs in (("Not run", "skipped", results.skipped), ("Failed", "failed", results.failed)):
+        if runs:
+            lines += [f"## {title}", ""]
+            lines += [f"- {run['workload']} of {run['count']:,}, {run['subject']}: {run[reason]}" for run in runs]
+            lines += [""]
     return lines + bar_table(results)
 
 
@@ -243,6 +245,7 @@ def main():
                      for subject in results.subjects(step)}
               for step in STEPS if len(results.counts(step)) > 1}
     (output / "curves.svg").write_text(curves.svg(panels, STEPS, seconds), encoding="utf-8")
+    sys.exit(1 if results.failed else 0)
 
 
 if __name__ == "__main__":

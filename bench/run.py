@@ -65,16 +65,16 @@ def sizes_of(workload, options):
 
 
 def run(program, subject, workload, size, folder):
-    """The lines of one run, or a sentence about why there are none."""
+    """The lines of one run, or why there are none: under "skipped", or under "failed" where it says so itself."""
     try:
         done = subprocess.run([program, subject, workload, str(size), folder], capture_output=True, text=True,
                               timeout=PATIENCE)
     except subprocess.TimeoutExpired:
-        return [], f"has not ended within {PATIENCE} s"
+        return [], {"skipped": f"has not ended within {PATIENCE} s"}
     if done.returncode != 0:
-        return [], done.stderr.strip() or f"has ended with {done.returncode}"
+        return [], {"failed": done.stderr.strip() or f"has ended with {done.returncode}"}
     # What does not begin like a step is talk of a library.
-    return [json.loads(line) for line in done.stdout.splitlines() if line.startswith('{"subject"')], None
+    return [json.loads(line) for line in done.stdout.splitlines() if line.startswith('{"subject"')], {}
 
 
 def run_in_turns(pairs, workload, size, rounds, folder, note):
@@ -89,12 +89,12 @@ def run_in_turns(pairs, workload, size, rounds, folder, note):
             if spent.get(subject, 0) > BUDGET:
                 continue
             start = time.monotonic()
-            steps, failure = run(program, subject, workload, size, folder)
+            steps, why_not = run(program, subject, workload, size, folder)
             spent[subject] = spent.get(subject, 0) + time.monotonic() - start
             for step in steps:
                 note({**step, "round": number, "load": os.getloadavg()[0]})
-            if failure:
-                note({"subject": subject, "workload": workload, "count": size, "skipped": failure})
+            if why_not:
+                note({"subject": subject, "workload": workload, "count": size, **why_not})
                 spent[subject] = float("inf")
 
 
@@ -114,8 +114,9 @@ def main():
     with open(options.output / "results.jsonl", "w", encoding="utf-8") as results:
 
         def note(line):
-            if "skipped" in line:
-                print(f"{line['workload']} {line['count']:,} {line['subject']}: {line['skipped']}", file=sys.stderr)
+            for reason in ("skipped", "failed"):
+                if reason in line:
+                    print(f"{line['workload']} {line['subject']}: {reason}, {line[reason]}", file=sys.stderr)
             results.write(json.dumps(line) + "\n")
             results.flush()
 
