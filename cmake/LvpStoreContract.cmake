@@ -27,10 +27,12 @@ add_library(lvp_data::store_contract ALIAS lvp_store_contract)
 set_target_properties(lvp_store_contract PROPERTIES EXPORT_NAME store_contract)
 lvp_kit_sources(lvp_store_contract
     StoreContract.cpp
+    StoreContract+Attachment.cpp
     StoreContract+Failures.cpp
     StoreContract+Guard.cpp
     StoreContract+Model.cpp
-    StoreContract+Parts.cpp
-    StoreContract+State.cpp)
+    StoreContract+State.cpp
+    StoreContract+Views.cpp
+    StoreContract+Writes.cpp)
 target_link_libraries(lvp_store_contract INTERFACE lvp_contract_stores $<INSTALL_INTERFACE:GTest::gtest>)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples/own_store DESTINATION ${CMAKE_INSTALL_DATADIR}/lvp_data/examples)

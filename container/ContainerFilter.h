@@ -6,7 +6,7 @@
 namespace lumivard::platform::data {
 
 /// A cursor over the child containers of a container.
-class ContainerImpl::ContainerFilter final : public structure::IContainerFilter, public core::memory::PooledObject {
+class ContainerImpl::ContainerFilter : public structure::IContainerFilter {
 public:
     explicit ContainerFilter(ContainerImpl* container);
 

@@ -38,7 +38,8 @@ struct tDestination {
 
 /// Gives a copy, which is attached to nothing yet, its own name.
 void putName(IDataStore* store, unsigned int copy, const std::wstring& name) {
-    Record::Entity(store, copy).name(reinterpret_cast<const char*>(name.c_str()), Record::textSection(name.c_str()));
+    Record::Entity(store, copy, Record::kInPlace)
+        .name(reinterpret_cast<const char*>(name.c_str()), Record::textSection(name.c_str()));
 }
 
 /// Opens a record that takes in containers as a set: a container or a table; null for any other.
@@ -70,7 +71,7 @@ bool ContainerImpl::copy(SharedPtr<structure::IContainer> source) {
     const std::vector<unsigned int> entries = ours->item()->entries();
     Design::Subtree::Copies copies(from, store());
     for (const unsigned int offset : entries) {
-        const Record::Entity item(from, offset);
+        const Record::Entity item(from, offset, Record::kInPlace);
         if (!Record::isChild(item.type())) return false;
         if (_container->lookup(item.name().c_str()) != BADOFF) continue;
         _container->add(copies.add(offset));

@@ -29,41 +29,19 @@ bool ContainerImpl::rename(WideString name) {
 SharedPtr<structure::IContainer> ContainerImpl::create(tType type, WideString name, metadata::ISchema* schema) {
     const Guard guard(store());
     if (!isFree(name) || SchemaImpl::isForeign(schema)) return {};
-    unsigned int offset;
-    {
-        const Structural::Container made(store(), type, name.value());
-        offset = made.offset();
-        _container->add(offset);
-    }
-    auto child = std::make_unique<Structural::Container>(store(), offset, false);
-    if (schema) child->inherit(schema);
-    // A new node comes without its role side; the same node has it when it is asked for by name.
-    if (type == kNode) return plainFacade(std::move(child));
-    return typedFacade(std::move(child));
+    return makeContainer(*_container, type, name.value(), schema);
 }
 
 SharedPtr<metadata::IPrimitive> ContainerImpl::create(WideString name, metadata::tValue value) {
     const Guard guard(store());
     if (!isFree(name)) return {};
-    unsigned int offset;
-    {
-        const Design::Primitive made(store(), value, name.value());
-        offset = made.offset();
-        _container->add(offset);
-    }
-    return DesignPrimitiveImpl::open(store(), offset);
+    return DesignPrimitiveImpl::make(*_container, name.value(), value, units::kNoUnit);
 }
 
 SharedPtr<metadata::ITable> ContainerImpl::create(WideString name, metadata::ISchema* schema) {
     const Guard guard(store());
     if (!isFree(name) || SchemaImpl::isForeign(schema)) return {};
-    unsigned int offset;
-    {
-        const Design::Table made(store(), name.value());
-        offset = made.offset();
-        _container->add(offset);
-    }
-    return DesignTableImpl::open(store(), offset, schema);
+    return DesignTableImpl::make(*_container, name.value(), schema);
 }
 
 SharedPtr<metadata::IProperty> ContainerImpl::property(WideString name) {

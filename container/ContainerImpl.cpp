@@ -62,12 +62,12 @@ SharedPtr<structure::IContainer> ContainerImpl::container(WideString name) {
 
 SharedPtr<metadata::IPropertyFilter> ContainerImpl::properties() {
     const Guard guard(store());
-    return core::memory::share<metadata::IPropertyFilter>(std::make_unique<DesignFilter>(this));
+    return core::memory::makeShared<metadata::IPropertyFilter, DesignFilter>(this);
 }
 
 SharedPtr<structure::IContainerFilter> ContainerImpl::containers() {
     const Guard guard(store());
-    return core::memory::share<structure::IContainerFilter>(std::make_unique<ContainerFilter>(this));
+    return core::memory::makeShared<structure::IContainerFilter, ContainerFilter>(this);
 }
 
 unsigned int ContainerImpl::locales() {

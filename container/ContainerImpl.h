@@ -1,9 +1,8 @@
 #pragma once
 
-#include <memory>
+#include <optional>
 
 #include "design/Container.h"
-#include "lumivard/platform/core/memory/PooledHeap.h"
 #include "lumivard/platform/data/structure/IContainer.h"
 
 namespace lumivard::platform::data {
@@ -12,13 +11,16 @@ namespace lumivard::platform::data {
 ///
 /// Members are defined by aspect: ContainerImpl.cpp (identity, finding, locales), ContainerImpl+Editing.cpp (making,
 /// destroying, renaming, properties), ContainerImpl+Copy.cpp.
-class ContainerImpl : public structure::IContainer, public core::memory::PooledObject {
+class ContainerImpl : public structure::IContainer {
 public:
     class DesignFilter;
     class ContainerFilter;
 
-    /// Takes over the object, which is not null.
-    explicit ContainerImpl(std::unique_ptr<Structural::Container> container) : _container(std::move(container)) {}
+    /// Opens a container's record, or makes one: takes what `Structural::Container` is made of. For callers that hold
+    /// the guard.
+    template <class... Arguments>
+    explicit ContainerImpl(IDataStore* store, Arguments... arguments)
+        : _container(std::in_place, store, arguments...) {}
     ~ContainerImpl() override;
 
     WideString tag() const override;
@@ -50,13 +52,13 @@ public:
     void describe(WideString locale, WideString text) override;
     WideString localize(WideString locale) override;
 
-    Structural::Container* item() const { return _container.get(); }
+    Structural::Container* item() const { return &*_container; }
 
 private:
     /// Whether a new child may bear a name: there is one, and no child of this object's index bears it.
     bool isFree(const WideString& name) const;
 
-    std::unique_ptr<Structural::Container> _container;
+    mutable std::optional<Structural::Container> _container;  ///< until the end of this object
 };
 
 }  // namespace lumivard::platform::data

@@ -6,7 +6,7 @@
 namespace lumivard::platform::data {
 
 /// A cursor over the primitives and tables of a container.
-class ContainerImpl::DesignFilter final : public metadata::IPropertyFilter, public core::memory::PooledObject {
+class ContainerImpl::DesignFilter : public metadata::IPropertyFilter {
 public:
     explicit DesignFilter(ContainerImpl* container);
 

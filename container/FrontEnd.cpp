@@ -29,7 +29,7 @@ void setUp(IDataStore* store) {
 
 /// Whether the record at the top can hold children: a root, or the container or table of a document that had no root.
 bool standsOnTop(IDataStore* store) {
-    const Record::Entity top(store, kTop);
+    const Record::Entity top(store, kTop, Record::kInPlace);
     switch (top.type()) {
         case Record::kRoot:
             return top.size() >= Record::Root::kName;
@@ -39,10 +39,6 @@ bool standsOnTop(IDataStore* store) {
         default:
             return false;
     }
-}
-
-SharedPtr<IContainer> open(IDataStore* store, unsigned int offset) {
-    return plainFacade(std::make_unique<Structural::Container>(store, offset, false));
 }
 
 unsigned int firstContainer(IDataStore* store, const Metadata::Root& root) {
@@ -68,13 +64,11 @@ SharedPtr<IContainer> IContainerFrontEnd::toplevel(IDataStore* store, WideString
     const wchar_t* wanted = name.value();
     const unsigned int found = wanted ? root.find(wanted) : firstContainer(store, root);
     if (found != IDataStore::BADOFF) {
-        return Record::peek(store, found) == Record::kContainer ? open(store, found) : SharedPtr<IContainer>();
+        return Record::peek(store, found) == Record::kContainer ? openPlain(store, found) : SharedPtr<IContainer>();
     }
     const wchar_t* called = wanted ? wanted : kDefaultName;
     if (root.find(called) != IDataStore::BADOFF) return {};
-    auto made = std::make_unique<Structural::Container>(store, IContainer::kGroup, called);
-    root.add(made->offset());
-    return plainFacade(std::move(made));
+    return makePlainGroup(root, called);
 }
 
 SharedPtr<IContainer> IContainerFrontEnd::find(IDataStore* store, WideString name) {
@@ -83,7 +77,7 @@ SharedPtr<IContainer> IContainerFrontEnd::find(IDataStore* store, WideString nam
     if (store->extent() == 0 || !standsOnTop(store)) return {};
     const unsigned int offset = Schema::Finder(store, kTop, name.value()).offset;
     if (Record::peek(store, offset) != Record::kContainer) return {};
-    return open(store, offset);
+    return openPlain(store, offset);
 }
 
 }  // namespace lumivard::platform::data::structure

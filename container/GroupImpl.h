@@ -6,7 +6,7 @@
 namespace lumivard::platform::data {
 
 /// A container that is a group, with that role's side.
-class GroupImpl final : public ContainerImpl, public structure::IGroup {
+class GroupImpl : public ContainerImpl, public structure::IGroup {
 public:
     using ContainerImpl::container;
     using ContainerImpl::ContainerImpl;

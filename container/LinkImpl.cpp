@@ -21,7 +21,7 @@ SharedPtr<structure::IContainer> LinkImpl::follow(IDataStore* store) {
 
     const unsigned int offset = Schema::Finder(search, 0, target).offset;
     if (Record::peek(search, offset) != Record::kContainer) return {};
-    return plainFacade(std::make_unique<Structural::Container>(search, offset, false));
+    return openPlain(search, offset);
 }
 
 WideString LinkImpl::target() {

@@ -6,7 +6,7 @@
 namespace lumivard::platform::data {
 
 /// A container that is a link, with that role's side. The target is the container's free text.
-class LinkImpl final : public ContainerImpl, public structure::ILink {
+class LinkImpl : public ContainerImpl, public structure::ILink {
 public:
     using ContainerImpl::container;
     using ContainerImpl::ContainerImpl;

@@ -6,7 +6,7 @@
 namespace lumivard::platform::data {
 
 /// A container that is a node, with that role's side.
-class NodeImpl final : public ContainerImpl, public structure::INode {
+class NodeImpl : public ContainerImpl, public structure::INode {
 public:
     using ContainerImpl::container;
     using ContainerImpl::ContainerImpl;

@@ -5,8 +5,8 @@
 namespace lumivard::platform::data::Structural {
 
 Container::Container(IDataStore* store, unsigned int offset, bool lazy) {
-    Record::Container record(store, offset);
-    open(store, record, record.text(Record::Container::kName));
+    Record::Container record(store, offset, Record::kInPlace);
+    open(store, record);
     _children = record.children();
     _type = static_cast<tType>(record.kind());
     _base = record.text(Record::Container::kBase);
@@ -17,9 +17,8 @@ Container::Container(IDataStore* store, unsigned int offset, bool lazy) {
 
 Container::Container(IDataStore* store, tType type, const wchar_t* name) : _type(type) {
     Record::Container record(store, name);
-    open(store, record, name);
-    record.kind(type);
-    record.update(true);
+    open(store, record);
+    record.writeKind(type);
     record.ref();
 }
 
@@ -28,7 +27,7 @@ Container::~Container() {
 }
 
 void Container::info(const wchar_t* text) {
-    Record::Container record(_store, _offset);
+    Record::Container record(_store, _offset, Record::kInPlace);
     const auto* bytes = reinterpret_cast<const char*>(text);
     if (record.arrays(Record::Container::kInfo, bytes, text ? Record::textSection(text) : 0)) _info = text ? text : L"";
 }

@@ -13,16 +13,17 @@ namespace {
 
 /// Whether the record of an open set counts no object but that one.
 bool heldOnce(core::storage::datastore::IDataStore* store, unsigned int offset) {
-    return Record::Entity(store, offset).refs() < 2;
+    return Record::Entity(store, offset, Record::kInPlace).refs() < 2;
 }
 
 /// Cuts a record's references to what was erased. It may be gone itself, where damage had made it a child of its own.
 void detach(core::storage::datastore::IDataStore* store, unsigned int offset) {
-    Record::Entity record(store, offset);
+    Record::Table record(store, offset, Record::kInPlace);
     if (!record.whole()) return;
     record.locale(Record::Entity::BADOFF);
     if (record.type() != Record::kPrimitive) record.children(Record::Entity::BADOFF);
-    record.update(true);
+    if (record.type() == Record::kTable) record.defaults(Record::Entity::BADOFF);
+    record.update(true, Record::tTouches::kItself);
 }
 
 }  // namespace
@@ -48,7 +49,7 @@ unsigned int Root::clone(IDataStore*) {
 namespace Design {
 
 bool Primitive::unreferenced() {
-    return Record::Entity(_store, _offset).refs() == 1;
+    return Record::Entity(_store, _offset, Record::kInPlace).refs() == 1;
 }
 
 void Primitive::clear() {
@@ -70,12 +71,7 @@ void Table::clear() {
     if (Record::peek(_store, _defaults) == Record::kOffsets) _store->erase(_defaults);
     _defaults = BADOFF;
     _groups.clear();
-    Record::Table record(_store, _offset);
-    if (!record.whole()) return;
-    record.defaults(BADOFF);
-    record.children(BADOFF);
-    record.locale(BADOFF);
-    record.update(true);
+    detach(_store, _offset);
 }
 
 unsigned int Table::clone(IDataStore* target) {

@@ -19,8 +19,9 @@ using core::storage::datastore::IDataStore;
 /// at values elsewhere. Counts and positions are in elements of the kind's stride.
 class Primitive final : public Metadata::Item {
 public:
-    /// Opens a record.
+    /// Opens a record; the second form takes one that is at hand.
     Primitive(IDataStore* store, unsigned int offset);
+    Primitive(IDataStore* store, Record::Primitive& record);
 
     /// Makes a new record. The kind is not tested: one that does not exist can be made, and holds nothing for ever.
     Primitive(IDataStore* store, metadata::tValue type, const wchar_t* name);
@@ -33,7 +34,9 @@ public:
     unsigned int clone(IDataStore* target) override;
 
     /// Whether name and value kind are equal; values are not compared.
-    bool equivalent(const Primitive& other) const { return _tag == other._tag && _valuetype == other._valuetype; }
+    bool equivalent(const Primitive& other) const {
+        return _tag.view() == other._tag.view() && _valuetype == other._valuetype;
+    }
 
     /// The name of a struct's type; null when there is none. Setting it is refused for any other kind; null removes it.
     const wchar_t* base() const { return _base.empty() ? nullptr : _base.c_str(); }
@@ -77,6 +80,9 @@ public:
     unsigned int get(char* buffer, unsigned int start, unsigned int count) const;
 
 private:
+    /// For constructors.
+    void open(IDataStore* store, Record::Primitive& record);
+
     /// Replaces the whole value section; a null `data` stands for zeros.
     bool put(Record::Primitive& record, const char* data, std::uint64_t length);
 

@@ -6,6 +6,7 @@
 
 #include "metadata/Set.h"
 #include "record/Container.h"
+#include "record/Ledger.h"
 #include "record/Locale.h"
 #include "record/Offsets.h"
 #include "record/Primitive.h"
@@ -31,7 +32,7 @@ bool walk(IDataStore* store, const std::vector<unsigned int>& records, Visit vis
         const unsigned int offset = waiting.back();
         waiting.pop_back();
         if (!seen.insert(offset).second) continue;
-        const tRecord record(store, offset);
+        const tRecord record(store, offset, Record::kInPlace);
         if (!visit(record)) return false;
         if (!lists.insert(record.children()).second) continue;
         const std::vector<unsigned int> children = Metadata::Set::children(store, record.children());
@@ -82,12 +83,12 @@ public:
         // A damaged list may foretell the offset of a copy, which is no source.
         _seen.insert(source.offset());
         if (_target == _store) _seen.insert(copied);
-        Record::Entity copy(_target, copied);
+        Record::Entity copy(_target, copied, Record::kInPlace);
         copy.locale(cloneOwned(owned.locale, Record::kLocale));
         const bool deep =
             source.type() != Record::kPrimitive && owned.children != BADOFF && _owned.insert(owned.children).second;
         if (deep) copy.children(openLevel(owned.children, copied));
-        copy.update(true);
+        copy.update(true, Record::tTouches::kItself);
         // Records come in the order of their making: the children before the defaults.
         if (source.type() == Record::kTable) {
             if (deep) {
@@ -102,7 +103,7 @@ public:
     /// Makes a new list in the target for copies of the entries of another, and returns its offset.
     unsigned int openLevel(unsigned int list, unsigned int parent) {
         tLevel level;
-        level.entries = Record::Offsets(_store, list).get();
+        level.entries = Record::Offsets(_store, list, Record::kInPlace).get();
         level.list = Record::Offsets(_target).offset();
         level.parent = parent;
         _levels.push_back(std::move(level));
@@ -126,7 +127,7 @@ private:
         }
         if (_seen.contains(offset)) return;
         const std::size_t here = _levels.size() - 1;
-        tRecord source(_store, offset);
+        tRecord source(_store, offset, Record::kInPlace);
         const unsigned int copied = copyRecord(source, ownedBy(source), level.parent);
         _levels[here].copies.push_back(copied);  // copyRecord may have moved the levels
     }
@@ -134,22 +135,23 @@ private:
     void closeLevel() {
         const tLevel level = std::move(_levels.back());
         _levels.pop_back();
-        if (!level.copies.empty()) Record::Offsets(_target, level.list).add(level.copies);
+        if (!level.copies.empty())
+            Record::Offsets(_target, level.list, Record::kInPlace).add(level.copies, Record::tTouches::kItself);
         if (level.defaults) cloneDefaults(level.parent, *level.defaults);
     }
 
     /// Gives the copy of a table its own list of defaults, or none where its source has none.
     void cloneDefaults(unsigned int copied, unsigned int defaults) {
-        Record::Table copy(_target, copied);
+        Record::Table copy(_target, copied, Record::kInPlace);
         // The list holds units and kinds, no offsets: its bytes are right as they are.
         copy.defaults(cloneOwned(defaults, Record::kOffsets));
-        copy.update(true);
+        copy.update(true, Record::tTouches::kItself);
     }
 
     /// Copies the bytes of a record; `BADOFF` where there is none of that kind, and where it has another owner already.
     unsigned int cloneOwned(unsigned int offset, Record::tType kind) {
         return Record::peek(_store, offset) == kind && _owned.insert(offset).second
-                   ? Record::Base(_store, offset).clone(_target)
+                   ? Record::Base(_store, offset, Record::kInPlace).clone(_target)
                    : BADOFF;
     }
 
@@ -164,15 +166,19 @@ bool unreferenced(IDataStore* store, const std::vector<unsigned int>& records) {
     return walk(store, records, [](const tRecord& record) { return record.refs() == 0; });
 }
 
-std::vector<unsigned int> everything(IDataStore* store, const std::vector<unsigned int>& records) {
-    std::vector<unsigned int> dead;
+tDead everything(IDataStore* store, const std::vector<unsigned int>& records) {
+    tDead dead;
+    dead.closed = records.size() == 1;
     // A damaged record may name one of another kind, which is not its own.
     const auto bury = [&](unsigned int offset, Record::tType kind) {
-        if (Record::peek(store, offset) == kind) dead.push_back(offset);
+        if (Record::peek(store, offset) == kind) dead.records.push_back(offset);
     };
+    std::unordered_set<unsigned int> owners;
     walk(store, records, [&](const tRecord& record) {
         const tOwned owned = ownedBy(record);
-        dead.push_back(record.offset());
+        dead.closed = dead.closed && (dead.records.empty() || owners.contains(record.parent()));
+        dead.records.push_back(record.offset());
+        if (owned.children != BADOFF) owners.insert(record.offset());
         bury(owned.locale, Record::kLocale);
         bury(owned.children, Record::kOffsets);
         bury(owned.defaults, Record::kOffsets);
@@ -181,23 +187,25 @@ std::vector<unsigned int> everything(IDataStore* store, const std::vector<unsign
     return dead;
 }
 
-void erase(IDataStore* store, const std::vector<unsigned int>& everything) {
+void erase(IDataStore* store, const tDead& dead, Record::tTouches touches) {
     // From the leaves up, so that what is left after a failure still hangs together. Two damaged records may own one.
-    for (auto offset = everything.rbegin(); offset != everything.rend(); ++offset) {
-        if (store->size(*offset) != 0) store->erase(*offset);
+    for (auto offset = dead.records.rbegin(); offset != dead.records.rend(); ++offset) {
+        if (store->size(*offset) == 0) continue;
+        store->erase(*offset);
+        if (touches == Record::tTouches::kItself) Record::Ledger::account(store);
     }
 }
 
 unsigned int clone(IDataStore* store, unsigned int record, const tOwned& owned, IDataStore* target) {
     Cloning cloning(store, target);
-    tRecord source(store, record);
+    tRecord source(store, record, Record::kInPlace);
     const unsigned int copied = cloning.copyRecord(source, owned, source.parent());
     cloning.run();
     return copied;
 }
 
 unsigned int clone(IDataStore* store, unsigned int record, IDataStore* target) {
-    return clone(store, record, ownedBy(tRecord(store, record)), target);
+    return clone(store, record, ownedBy(tRecord(store, record, Record::kInPlace)), target);
 }
 
 Copies::Copies(IDataStore* store, IDataStore* target)
@@ -206,7 +214,7 @@ Copies::Copies(IDataStore* store, IDataStore* target)
 Copies::~Copies() = default;
 
 unsigned int Copies::add(unsigned int record) {
-    tRecord source(_store, record);
+    tRecord source(_store, record, Record::kInPlace);
     const unsigned int copied = _cloning->copyRecord(source, ownedBy(source), source.parent());
     _cloning->run();
     return copied;
@@ -222,11 +230,12 @@ void on(IDataStore* store, unsigned int record, unsigned char bits) {
     std::unordered_set<unsigned int> seen;  // records and lists
     const auto enter = [&](unsigned int offset) {
         if (!Record::isChild(Record::peek(store, offset)) || !seen.insert(offset).second) return;
-        const Record::Entity entity(store, offset);
+        const Record::Entity entity(store, offset, Record::kInPlace);
         if (!entity.whole()) return;
         const unsigned int list = entity.children();
         levels.push_back({offset, {}, 0});
-        if (list != BADOFF && seen.insert(list).second) levels.back().entries = Record::Offsets(store, list).get();
+        if (list != BADOFF && seen.insert(list).second)
+            levels.back().entries = Record::Offsets(store, list, Record::kInPlace).get();
     };
     enter(record);
     while (!levels.empty()) {
@@ -235,9 +244,8 @@ void on(IDataStore* store, unsigned int record, unsigned char bits) {
             enter(level.entries[level.next++]);
             continue;
         }
-        Record::Entity entity(store, level.offset);
-        entity.flags(static_cast<unsigned char>(entity.flags() | bits));
-        entity.update(true);
+        Record::Entity entity(store, level.offset, Record::kInPlace);
+        entity.writeFlags(static_cast<unsigned char>(entity.flags() | bits));
         levels.pop_back();
     }
 }

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "lumivard/platform/core/storage/datastore/IDataStore.h"
+#include "record/Base.h"
 
 /// What is done to a record and everything below it. The walks keep their own stacks, so that their need of the
 /// thread's stack does not grow with the depth of the tree, and visit no record twice, so that a damaged store, in
@@ -15,12 +16,18 @@ using core::storage::datastore::IDataStore;
 /// Whether no object stands over any of the records or any record below them, which is read from their counts.
 bool unreferenced(IDataStore* store, const std::vector<unsigned int>& records);
 
-/// The records, everything below them, and all lists and localized names that they own; what owns comes before what it
-/// owns.
-std::vector<unsigned int> everything(IDataStore* store, const std::vector<unsigned int>& records);
+/// Records that are to be erased together.
+struct tDead {
+    std::vector<unsigned int> records;  ///< what owns comes before what it owns
+    bool closed = false;  ///< the first one alone is no child of another one's: all below it name one of these as owner
+};
 
-/// Erases what `everything` gave, as far as it is there, from its end on.
-void erase(IDataStore* store, const std::vector<unsigned int>& everything);
+/// The records, everything below them, and all lists and localized names that they own.
+tDead everything(IDataStore* store, const std::vector<unsigned int>& records);
+
+/// Erases what `everything` gave, as far as it is there, from its end on. `touches`: what the erasing of any one of the
+/// records does.
+void erase(IDataStore* store, const tDead& dead, Record::tTouches touches);
 
 /// What a record owns: localized names, a list of children and a list of defaults; `BADOFF` for what it has not.
 struct tOwned {

@@ -39,7 +39,7 @@ public:
     unsigned int clone(IDataStore* target) override;
 
     /// Whether name and base list are equal; items and defaults are not compared.
-    bool equivalent(const Table& other) const { return _tag == other._tag && _base == other._base; }
+    bool equivalent(const Table& other) const { return _tag.view() == other._tag.view() && _base == other._base; }
 
     /// The schemas, joined by ";"; null when there are none.
     const wchar_t* base() const { return _base.empty() ? nullptr : _base.c_str(); }

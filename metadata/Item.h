@@ -2,10 +2,12 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "lumivard/platform/core/memory/PooledHeap.h"
 #include "lumivard/platform/core/storage/datastore/IDataStore.h"
+#include "metadata/Tag.h"
 #include "metadata/TextMap.h"
 
 namespace lumivard::platform::data::Record {
@@ -15,6 +17,8 @@ class Entity;
 namespace lumivard::platform::data::Metadata {
 
 using core::storage::datastore::IDataStore;
+
+class Set;
 
 /// The in-memory object over one entity record: its identity, name, path, flags and localized names.
 ///
@@ -53,7 +57,10 @@ public:
     unsigned int parent() const { return _parent; }
 
     /// The name when the object was opened.
-    const wchar_t* tag() const { return _tag.c_str(); }
+    const wchar_t* tag() const { return _tag.text(); }
+
+    /// Makes the record of a new item, whose name is free there, a child of a set.
+    void comeTo(Set& owner);
 
     /// Fills `out` with the names from the top level down to this item, joined by ".". The owners' names come from the
     /// store, the item's own is `tag()`; the root's is left out. One record is read for each level.
@@ -97,8 +104,10 @@ public:
 protected:
     Item() = default;
 
-    /// Takes in what all opened records share. For derived constructors.
-    void open(IDataStore* store, const Record::Entity& record, std::wstring tag);
+    /// Takes in what all opened records share. For derived constructors. `name` is that of the record, where the caller
+    /// has it at hand.
+    void open(IDataStore* store, const Record::Entity& record, std::string_view name);
+    void open(IDataStore* store, const Record::Entity& record);
 
     /// Gives back the count that the object holds in its record. For derived destructors.
     void release() noexcept;
@@ -107,7 +116,7 @@ protected:
     unsigned int _offset = BADOFF;
     unsigned int _parent = BADOFF;
     unsigned int _locale = BADOFF;
-    std::wstring _tag;
+    Tag _tag;
 
 private:
     struct tName : core::memory::PooledObject {
@@ -115,16 +124,23 @@ private:
         std::wstring name;
     };
 
-    void setupLocales();
+    /// The localized names at hand. Most objects are opened and dropped without a question for them.
+    struct tLocales {
+        TextMap<unsigned int> index;
+        std::vector<std::unique_ptr<tName>> names;
+        /// Removed entries: after a removal a key of the index may still point into one.
+        std::vector<std::unique_ptr<tName>> removed;
+        bool dirty = false;
+    };
+
+    /// Those that were loaded or changed; loads them where there are none at hand.
+    tLocales& loaded();
+    static tLocales read(IDataStore* store, unsigned int offset);
     void saveLocales();
     /// Takes an entry out of the list; `locale` is the one whose text was asked to go.
     void remove(unsigned int index, const wchar_t* locale);
 
-    TextMap<unsigned int> _index;
-    std::vector<std::unique_ptr<tName>> _names;
-    /// Removed entries: after a removal a key of the index may still point into one.
-    std::vector<std::unique_ptr<tName>> _removed;
-    bool _dirty = false;
+    std::unique_ptr<tLocales> _locales;
 };
 
 }  // namespace lumivard::platform::data::Metadata

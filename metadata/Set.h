@@ -1,9 +1,11 @@
 #pragma once
 
 #include <memory>
+#include <string_view>
 #include <vector>
 
 #include "metadata/Item.h"
+#include "metadata/NameIndex.h"
 
 namespace lumivard::platform::data::Metadata {
 
@@ -11,19 +13,19 @@ namespace lumivard::platform::data::Metadata {
 ///
 /// It keeps an index of their names, taken when it was opened, that follows what is done through this object and
 /// nothing else; `update` catches up with the store. Names are unique in the index. The order of the list is the order
-/// of adding.
+/// of adding. The index of a large set is shared with other objects over it (`Indexes`), as long as none of them sees
+/// something else than the others.
 ///
 /// Defined elsewhere: what is done to a whole subtree (`remove`, `rename`, `unreferenced`, `cleanup`, `duplicate`) in
 /// design/Set+Subtree.cpp, how a dotted path is followed (`lookup`) in schema/Set+Lookup.cpp, what comes from a schema
 /// (`inherit`, `hide`) in schema/Inherit.cpp.
 class Set : public Item {
 public:
-    ~Set() override;
-
     /// Drops the index and loads it again from the store; where that throws, the index stays as it was.
     void update();
 
-    /// Loads the index from the list of children. Reads each child once.
+    /// Loads the index from the list of children. Reads each child once, those of a large set only when nobody has done
+    /// so since that set was changed by others than the library.
     void populate();
 
     /// The direct child of that exact name, dots included, in the index; `BADOFF` for an unknown or null name. No store
@@ -32,11 +34,11 @@ public:
 
     /// Makes an existing record a child: sets its `parent`, and adds it to the list and the index. False, with nothing
     /// changed, for a record that is no primitive, table or container, or whose name the index has. Costs the same
-    /// whatever the number of children.
+    /// whatever the number of children, unless other objects know the set's index: then that is copied.
     bool add(unsigned int offset);
 
     /// The number of names in the index.
-    unsigned int items() const { return static_cast<unsigned int>(_names.size()); }
+    unsigned int items() const { return _index ? static_cast<unsigned int>(_index->size()) : 0; }
 
     /// The entry of the stored list at a position, read now; `BADOFF` past its end.
     unsigned int at(unsigned int index) const;
@@ -76,6 +78,9 @@ public:
     /// for null.
     unsigned int lookup(const wchar_t* name) const;
 
+    /// As `find`, for a name that is part of a text.
+    unsigned int find(std::wstring_view name) const;
+
     /// The children that a set opened on `list` now would have in its index, in the order of the list: records of the
     /// three kinds, of each name the first.
     static std::vector<unsigned int> children(IDataStore* store, unsigned int list);
@@ -87,7 +92,7 @@ public:
     static std::vector<unsigned int> entries(IDataStore* store, unsigned int list, std::size_t most);
 
     /// The offset of the first child of that name in `list`, as `find` on a set opened now would answer.
-    static unsigned int search(IDataStore* store, unsigned int list, const wchar_t* name);
+    static unsigned int search(IDataStore* store, unsigned int list, std::wstring_view name);
 
 protected:
     Set() = default;
@@ -95,23 +100,22 @@ protected:
     unsigned int _children = BADOFF;
 
 private:
-    struct tEntry : core::memory::PooledObject {
-        unsigned int offset = BADOFF;
-        std::wstring name;
-    };
-
-    /// The offsets in the index, in no particular order.
+    /// The offsets in the index.
     std::vector<unsigned int> indexed() const;
 
-    /// Adds an entry to the index unless it has the name.
-    void index(unsigned int offset, std::wstring name);
-    void forget(const wchar_t* name);
-    void forgetAll();
+    /// The index, as one that changes for nobody else who has it; it may be the one that is kept with the store.
+    NameIndex& writable();
 
-    /// Adds an offset to the stored list, which is made when there is none.
-    void append(unsigned int offset);
+    /// Whether a record is in the list that this set's own record names now, and belongs to this set.
+    bool owns(const Record::Entity& child) const;
 
-    TextMap<tEntry*> _names;
+    /// Adds a child to the stored list, which is made when there is none.
+    void append(unsigned int offset, std::string_view name);
+
+    /// Sees to it that no index that is kept with the store has a child that is about to get this set for its owner.
+    void takeFromOwner(const Record::Entity& child) const;
+
+    std::shared_ptr<NameIndex> _index;  ///< null for no names
 };
 
 }  // namespace lumivard::platform::data::Metadata

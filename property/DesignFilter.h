@@ -1,6 +1,5 @@
 #pragma once
 
-#include "lumivard/platform/core/memory/PooledHeap.h"
 #include "lumivard/platform/data/metadata/IPropertyFilter.h"
 #include "property/DesignTableImpl.h"
 
@@ -8,7 +7,7 @@ namespace lumivard::platform::data {
 
 /// A cursor over the properties of a table. It stands over the table's record with an object of its own, whose list it
 /// reads anew at each step; how many items it looks at is settled when it is made.
-class DesignTableImpl::DesignFilter final : public metadata::IPropertyFilter, public core::memory::PooledObject {
+class DesignTableImpl::DesignFilter : public metadata::IPropertyFilter {
 public:
     /// Stands on the first property, if there is one.
     explicit DesignFilter(DesignTableImpl* table);

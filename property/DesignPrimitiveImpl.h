@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include "design/Primitive.h"
 #include "lumivard/platform/data/metadata/IPrimitive.h"
 #include "property/PropertyImpl.h"
@@ -7,12 +9,18 @@
 namespace lumivard::platform::data {
 
 /// The public face of a primitive.
-class DesignPrimitiveImpl final : public PropertyImpl, public metadata::IPrimitive {
+class DesignPrimitiveImpl : public PropertyImpl, public metadata::IPrimitive {
 public:
-    explicit DesignPrimitiveImpl(std::unique_ptr<Design::Primitive> primitive) : PropertyImpl(std::move(primitive)) {}
+    /// Opens a primitive's record, or makes one: takes what `Design::Primitive` is made of. For callers that hold the
+    /// guard.
+    template <class... Arguments>
+    explicit DesignPrimitiveImpl(IDataStore* store, Arguments... arguments)
+        : _primitive(std::in_place, store, arguments...) {}
+    ~DesignPrimitiveImpl() override;
 
-    /// Opens a primitive's record and gives it its face. For callers that hold the guard.
-    static SharedPtr<metadata::IPrimitive> open(IDataStore* store, unsigned int offset);
+    /// Makes a primitive, a child of a set in which its name is free, and gives it its face. A unit of 0 is none.
+    static SharedPtr<metadata::IPrimitive> make(Metadata::Set& owner, const wchar_t* name, metadata::tValue type,
+                                                units::tUnit units);
 
     metadata::IProperty* container() const override;
     unsigned int dimension() override;
@@ -30,8 +38,10 @@ public:
     WideString valuelocale() override;
     void valuelocale(WideString locale) override;
 
+    Design::Primitive* item() const override { return &*_primitive; }
+
 private:
-    Design::Primitive* primitive() const { return static_cast<Design::Primitive*>(item()); }
+    mutable std::optional<Design::Primitive> _primitive;  ///< until the end of this object
 };
 
 }  // namespace lumivard::platform::data

@@ -1,9 +1,12 @@
 #include "property/DesignTableImpl.h"
 
+#include <cwchar>
+
 #include "design/Primitive.h"
 #include "lumivard/platform/core/memory/SharedPtr.h"
 #include "property/DesignFilter.h"
 #include "property/DesignPrimitiveImpl.h"
+#include "property/ExactCast.h"
 #include "property/Facades.h"
 #include "record/Base.h"
 #include "record/Guard.h"
@@ -13,10 +16,21 @@ namespace lumivard::platform::data {
 
 using Record::Guard;
 
-SharedPtr<metadata::ITable> DesignTableImpl::open(IDataStore* store, unsigned int offset, metadata::ISchema* schema) {
-    auto table = std::make_unique<Design::Table>(store, offset, false);
-    if (schema) table->inherit(schema);
-    return core::memory::share<metadata::ITable>(std::make_unique<DesignTableImpl>(std::move(table)));
+DesignTableImpl::~DesignTableImpl() {
+    Record::releaseUnderGuard(_table);
+}
+
+SharedPtr<metadata::ITable> DesignTableImpl::open(IDataStore* store, unsigned int offset) {
+    return core::memory::makeShared<metadata::ITable, DesignTableImpl>(store, offset, false);
+}
+
+SharedPtr<metadata::ITable> DesignTableImpl::make(Metadata::Set& owner, const wchar_t* name,
+                                                  metadata::ISchema* schema) {
+    auto face = core::memory::makeShared<metadata::ITable, DesignTableImpl>(owner.store(), name);
+    Design::Table& table = *static_cast<DesignTableImpl*>(face.get())->item();
+    table.comeTo(owner);
+    if (schema) table.inherit(schema);
+    return face;
 }
 
 metadata::IProperty* DesignTableImpl::container() const {
@@ -30,7 +44,7 @@ SharedPtr<metadata::IProperty> DesignTableImpl::lookup(WideString name) {
 
 SharedPtr<metadata::IPropertyFilter> DesignTableImpl::properties() {
     const Guard guard(store());
-    return core::memory::share<metadata::IPropertyFilter>(std::make_unique<DesignFilter>(this));
+    return core::memory::makeShared<metadata::IPropertyFilter, DesignFilter>(this);
 }
 
 bool DesignTableImpl::validates(metadata::ISchema* schema) {
@@ -42,26 +56,13 @@ bool DesignTableImpl::validates(metadata::ISchema* schema) {
 SharedPtr<metadata::ITable> DesignTableImpl::create(WideString name, metadata::ISchema* schema) {
     const Guard guard(store());
     if (!isFree(name) || Schema::SchemaImpl::isForeign(schema)) return {};
-    unsigned int offset;
-    {
-        const Design::Table made(store(), name.value());
-        offset = made.offset();
-        table()->add(offset);
-    }
-    return open(store(), offset, schema);
+    return make(*table(), name.value(), schema);
 }
 
 SharedPtr<metadata::IPrimitive> DesignTableImpl::create(WideString name, metadata::tValue type, units::tUnit units) {
     const Guard guard(store());
     if (!isFree(name)) return {};
-    unsigned int offset;
-    {
-        Design::Primitive made(store(), type, name.value());
-        offset = made.offset();
-        if (units != 0) made.units(units);  // before it has its name: a second try would find that taken
-        table()->add(offset);
-    }
-    return DesignPrimitiveImpl::open(store(), offset);
+    return DesignPrimitiveImpl::make(*table(), name.value(), type, units);
 }
 
 SharedPtr<metadata::IPrimitive> DesignTableImpl::create(WideString name, units::tUnitGroup group) {
@@ -119,7 +120,8 @@ WideString DesignTableImpl::base() {
 
 bool DesignTableImpl::isFree(const WideString& name) const {
     constexpr unsigned int BADOFF = IDataStore::BADOFF;
-    return name.value() && table()->lookup(name.value()) == BADOFF && table()->find(name.value()) == BADOFF;
+    if (!name.value() || table()->find(name.value()) != BADOFF) return false;
+    return !std::wcschr(name, L'.') || table()->lookup(name.value()) == BADOFF;
 }
 
 template <class Answer>
@@ -141,7 +143,7 @@ units::tUnit DesignTableImpl::_units(units::tUnitGroup group) const {
 }
 
 metadata::ITable* metadata::ITable::to(IProperty* property) {
-    return property && property->type() == 1 ? dynamic_cast<DesignTableImpl*>(property) : nullptr;
+    return property && property->type() == 1 ? exactCast<DesignTableImpl>(property) : nullptr;
 }
 
 }  // namespace lumivard::platform::data

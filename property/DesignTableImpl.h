@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include "design/Table.h"
 #include "lumivard/platform/data/metadata/ITable.h"
 #include "property/PropertyImpl.h"
@@ -7,16 +9,21 @@
 namespace lumivard::platform::data {
 
 /// The public face of a table.
-class DesignTableImpl final : public PropertyImpl, public metadata::ITable {
+class DesignTableImpl : public PropertyImpl, public metadata::ITable {
 public:
     class DesignFilter;
 
-    explicit DesignTableImpl(std::unique_ptr<Design::Table> table) : PropertyImpl(std::move(table)) {}
+    /// Opens a table's record, or makes one: takes what `Design::Table` is made of. For callers that hold the guard.
+    template <class... Arguments>
+    explicit DesignTableImpl(IDataStore* store, Arguments... arguments) : _table(std::in_place, store, arguments...) {}
+    ~DesignTableImpl() override;
 
-    /// Opens a table's record and gives it its face, after it has inherited from a schema that is not null. For callers
-    /// that hold the guard.
-    static SharedPtr<metadata::ITable> open(IDataStore* store, unsigned int offset,
-                                            metadata::ISchema* schema = nullptr);
+    /// Opens a table's record and gives it its face.
+    static SharedPtr<metadata::ITable> open(IDataStore* store, unsigned int offset);
+
+    /// Makes a table, a child of a set in which its name is free, and gives it its face. It inherits from a schema that
+    /// is not null.
+    static SharedPtr<metadata::ITable> make(Metadata::Set& owner, const wchar_t* name, metadata::ISchema* schema);
 
     metadata::IProperty* container() const override;
     SharedPtr<metadata::IProperty> lookup(WideString name) override;
@@ -35,8 +42,10 @@ public:
     units::tUnit units(units::tUnitGroup group) override;
     WideString base() override;
 
+    Design::Table* item() const override { return &*_table; }
+
 private:
-    Design::Table* table() const { return static_cast<Design::Table*>(item()); }
+    Design::Table* table() const { return item(); }
 
     /// Whether a new item may bear a name: there is one, and nothing is reached by it or called so.
     bool isFree(const WideString& name) const;
@@ -46,6 +55,8 @@ private:
     Answer inherited(Answer (Design::Table::*question)(units::tUnitGroup) const, units::tUnitGroup group) const;
     metadata::tValue _valuetype(units::tUnitGroup group) const;
     units::tUnit _units(units::tUnitGroup group) const;
+
+    mutable std::optional<Design::Table> _table;  ///< until the end of this object
 };
 
 }  // namespace lumivard::platform::data

@@ -1,25 +1,25 @@
 #include "property/Facades.h"
 
+#include <functional>
+
 #include "lumivard/platform/core/memory/SharedPtr.h"
 #include "property/DesignPrimitiveImpl.h"
 #include "property/DesignTableImpl.h"
-#include "record/Base.h"
+#include "record/Primitive.h"
 
 namespace lumivard::platform::data {
 
 SharedPtr<metadata::IProperty> openProperty(IDataStore* store, unsigned int offset) {
-    std::unique_ptr<metadata::IProperty> property;
-    switch (Record::peek(store, offset)) {
+    using core::memory::makeShared;
+    Record::Primitive record(store, offset, Record::kInPlace);
+    switch (record.type()) {
         case Record::kPrimitive:
-            property = std::make_unique<DesignPrimitiveImpl>(std::make_unique<Design::Primitive>(store, offset));
-            break;
+            return makeShared<metadata::IProperty, DesignPrimitiveImpl, metadata::IProperty>(store, std::ref(record));
         case Record::kTable:
-            property = std::make_unique<DesignTableImpl>(std::make_unique<Design::Table>(store, offset, false));
-            break;
+            return makeShared<metadata::IProperty, DesignTableImpl, metadata::IProperty>(store, offset, false);
         default:
-            break;
+            return {};
     }
-    return core::memory::share<metadata::IProperty>(std::move(property));
 }
 
 }  // namespace lumivard::platform::data

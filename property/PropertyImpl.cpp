@@ -10,39 +10,35 @@ namespace lumivard::platform::data {
 
 using Record::Guard;
 
-PropertyImpl::~PropertyImpl() {
-    Record::releaseUnderGuard(_item);
-}
-
 WideString PropertyImpl::tag() const {
     const Guard guard(store());
-    return _item->tag();
+    return item()->tag();
 }
 
 WideString PropertyImpl::path() const {
     const Guard guard(store());
     std::wstring path;
-    _item->path(path);
+    item()->path(path);
     return path.c_str();
 }
 
 IDataStore* PropertyImpl::store() const {
-    return _item->store();
+    return item()->store();
 }
 
 unsigned int PropertyImpl::type() const {
     const Guard guard(store());
-    return Record::peek(store(), _item->offset()) == Record::kPrimitive ? 0 : 1;
+    return Record::peek(store(), item()->offset()) == Record::kPrimitive ? 0 : 1;
 }
 
 bool PropertyImpl::rename(WideString name) {
     const Guard guard(store());
-    const unsigned int parent = _item->parent();
+    const unsigned int parent = item()->parent();
     switch (Record::peek(store(), parent)) {
         case Record::kTable:
-            return Design::Table(store(), parent, false).rename(_item->tag(), name.value());
+            return Design::Table(store(), parent, false).rename(item()->tag(), name.value());
         case Record::kContainer:
-            return Structural::Container(store(), parent, false).rename(_item->tag(), name.value());
+            return Structural::Container(store(), parent, false).rename(item()->tag(), name.value());
         default:
             return false;
     }
@@ -50,52 +46,52 @@ bool PropertyImpl::rename(WideString name) {
 
 SharedPtr<metadata::ITable> PropertyImpl::parent() {
     const Guard guard(store());
-    const unsigned int parent = _item->parent();
+    const unsigned int parent = item()->parent();
     if (Record::peek(store(), parent) != Record::kTable) return {};
     return DesignTableImpl::open(store(), parent);
 }
 
 unsigned int PropertyImpl::locales() {
     const Guard guard(store());
-    return _item->locales();
+    return item()->locales();
 }
 
 WideString PropertyImpl::locale(unsigned int index) {
     const Guard guard(store());
     std::wstring description;
     std::wstring locale;
-    _item->locale(index, description, locale);
+    item()->locale(index, description, locale);
     return locale.c_str();
 }
 
 void PropertyImpl::describe(WideString locale, WideString description) {
     const Guard guard(store());
-    _item->localize(description.value(), locale.value());
+    item()->localize(description.value(), locale.value());
 }
 
 WideString PropertyImpl::localize(WideString locale) {
     const Guard guard(store());
-    const unsigned int index = _item->localize(locale.value());
+    const unsigned int index = item()->localize(locale.value());
     if (index == Metadata::Item::kNoLocale) return {};
     std::wstring description;
     std::wstring name;
-    _item->locale(index, description, name);
+    item()->locale(index, description, name);
     return description.c_str();
 }
 
 unsigned char PropertyImpl::flags() const {
     const Guard guard(store());
-    return _item->flags();
+    return item()->flags();
 }
 
 void PropertyImpl::on(unsigned char bits) {
     const Guard guard(store());
-    _item->on(bits);
+    item()->on(bits);
 }
 
 void PropertyImpl::off(unsigned char bits) {
     const Guard guard(store());
-    _item->off(bits);
+    item()->off(bits);
 }
 
 }  // namespace lumivard::platform::data

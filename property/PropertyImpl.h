@@ -1,21 +1,14 @@
 #pragma once
 
-#include <memory>
-
-#include "lumivard/platform/core/memory/PooledHeap.h"
 #include "lumivard/platform/data/metadata/IProperty.h"
 #include "metadata/Item.h"
 
 namespace lumivard::platform::data {
 
-/// The public face of one item that is a property. It owns the item and takes the store's guard around each call; what
-/// the calls mean is the item's affair.
-class PropertyImpl : public metadata::IProperty, public core::memory::PooledObject {
+/// The public face of one item that is a property. It takes the store's guard around each call; what the calls mean is
+/// the item's affair. The item itself lies in the class of its kind.
+class PropertyImpl : public metadata::IProperty {
 public:
-    /// Takes over the item, which is not null.
-    explicit PropertyImpl(std::unique_ptr<Metadata::Item> item) : _item(std::move(item)) {}
-    ~PropertyImpl() override;
-
     WideString tag() const override;
     WideString path() const override;
     IDataStore* store() const override;
@@ -30,10 +23,7 @@ public:
     void on(unsigned char bits) override;
     void off(unsigned char bits) override;
 
-    Metadata::Item* item() const { return _item.get(); }
-
-private:
-    std::unique_ptr<Metadata::Item> _item;
+    virtual Metadata::Item* item() const = 0;
 };
 
 }  // namespace lumivard::platform::data

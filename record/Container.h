@@ -31,9 +31,11 @@ public:
     /// Makes a new record and writes it to the store.
     Container(IDataStore* store, const wchar_t* name);
     Container(IDataStore* store, unsigned int offset) : Entity(store, offset) {}
+    Container(IDataStore* store, unsigned int offset, tInPlace place) : Entity(store, offset, place) {}
 
     unsigned char kind() const { return byte(kKind); }
     void kind(unsigned char value) { putByte(kKind, value); }
+    void writeKind(unsigned char value) { writeByte(kKind, value, true, tTouches::kItself); }
 
     /// A section by the position of its length field (`kName`, `kBase`, `kInfo`; any other number is the first one):
     /// its first byte, good until the object changes; its bytes in all; its text up to the terminator.
@@ -44,7 +46,8 @@ public:
     /// Replaces a section and writes the record; a null `data` stands for zeros. False, with nothing done, when the
     /// record would outgrow 32 bits.
     bool arrays(unsigned int section, const char* data, std::uint64_t length) {
-        return replaceSection(kSections, section, data, length);
+        return replaceSection(kSections, section, data, length,
+                              section == kName ? tTouches::kChildren : tTouches::kItself);
     }
 };
 

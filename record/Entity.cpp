@@ -5,13 +5,29 @@
 #include <limits>
 #include <vector>
 
-#include "lumivard/platform/core/memory/PooledHeap.h"
 #include "record/Container.h"
 #include "record/Primitive.h"
 #include "record/Root.h"
 #include "record/Table.h"
 
 namespace lumivard::platform::data::Record {
+
+std::string_view textOf(std::span<const char> section) {
+    const std::size_t length = section.size() / sizeof(wchar_t);
+    std::size_t end = 0;
+    for (wchar_t character; end < length; ++end) {
+        std::memcpy(&character, section.data() + end * sizeof(wchar_t), sizeof(wchar_t));
+        if (character == L'\0') break;
+    }
+    return {section.data(), end * sizeof(wchar_t)};
+}
+
+std::wstring wide(std::span<const char> section) {
+    const std::string_view bytes = textOf(section);
+    std::wstring text(bytes.size() / sizeof(wchar_t), L'\0');
+    if (!bytes.empty()) std::memcpy(text.data(), bytes.data(), bytes.size());
+    return text;
+}
 
 Entity::Entity(IDataStore* store, std::uint64_t size, tType type) : Base(store, size, type) {
     parent(BADOFF);
@@ -23,43 +39,62 @@ unsigned int Entity::children() const {
 }
 
 std::wstring Entity::name() const {
+    return wide(nameBytes());
+}
+
+std::string_view Entity::nameBytes() const {
+    return textOf(nameSection());
+}
+
+bool Entity::called(std::string_view name) const {
+    const std::span<const char> section = nameSection();
+    if (section.size() < name.size() || !std::equal(name.begin(), name.end(), section.begin())) return false;
+    const auto rest = section.subspan(name.size());
+    wchar_t next = L'\0';
+    if (rest.size() >= sizeof(next)) std::memcpy(&next, rest.data(), sizeof(next));
+    return next == L'\0';
+}
+
+std::span<const char> Entity::nameSection() const {
     switch (type()) {
         case kRoot:
-            return sectionText(Root::kSections, Root::kNameLength);
+            return section(Root::kName, Root::kNameLength);
         case kPrimitive:
-            return sectionText(Primitive::kSections, Primitive::kName);
+            return section(Primitive::kFixed + section(Primitive::kFixed, Primitive::kValueLocale).size(),
+                           Primitive::kName);
         case kTable:
-            return sectionText(Table::kSections, Table::kName);
+            return section(Table::kFixed, Table::kName);
         case kContainer:
-            return sectionText(Container::kSections, Container::kName);
+            return section(Container::kFixed, Container::kName);
         default:
             return {};
     }
 }
 
-bool Entity::name(const char* section, std::uint64_t length) {
+std::span<const char> Entity::section(std::size_t begin, unsigned int field) const {
+    if (begin > size()) return {};
+    return {bytes() + begin, static_cast<std::size_t>(std::min<std::uint64_t>(word(field), size() - begin))};
+}
+
+bool Entity::name(const char* section, std::uint64_t length, tTouches touches) {
     switch (type()) {
         case kPrimitive:
-            return replaceSection(Primitive::kSections, Primitive::kName, section, length);
+            return replaceSection(Primitive::kSections, Primitive::kName, section, length, touches);
         case kTable:
-            return replaceSection(Table::kSections, Table::kName, section, length);
+            return replaceSection(Table::kSections, Table::kName, section, length, touches);
         case kContainer:
-            return replaceSection(Container::kSections, Container::kName, section, length);
+            return replaceSection(Container::kSections, Container::kName, section, length, touches);
         default:
             return false;
     }
 }
 
 void Entity::ref() {
-    if (!whole()) return;
-    refs(refs() + 1);
-    update(false);
+    if (whole()) writeWord(kRefs, refs() + 1, false, tTouches::kItself);
 }
 
 void Entity::unref() {
-    if (!whole()) return;
-    refs(refs() - 1);
-    update(false);
+    if (whole()) writeWord(kRefs, refs() - 1, false, tTouches::kItself);
 }
 
 std::span<const char> Entity::section(const tSections& sections, unsigned int field) const {
@@ -73,36 +108,35 @@ std::span<const char> Entity::section(const tSections& sections, unsigned int fi
 }
 
 std::wstring Entity::sectionText(const tSections& sections, unsigned int field) const {
-    const auto bytes = section(sections, field);
-    if (bytes.empty()) return {};
-    return text(static_cast<std::uint64_t>(bytes.data() - this->bytes()), bytes.size());
+    return wide(section(sections, field));
 }
 
-bool Entity::replaceSection(const tSections& sections, unsigned int field, const char* data, std::uint64_t length) {
+bool Entity::replaceSection(const tSections& sections, unsigned int field, const char* data, std::uint64_t length,
+                            tTouches touches) {
     const auto known = std::find(sections.lengths.begin(), sections.lengths.end(), field);
     if (size() < sections.header || known == sections.lengths.end()) return false;
     std::uint64_t newSize = sections.header + length;
-    for (const unsigned int each : sections.lengths) {
-        if (each != field) newSize += section(sections, each).size();
-    }
+    eachSection(sections, [&](const tSection& each) {
+        if (each.field != field) newSize += each.bytes.size();
+    });
     if (newSize > std::numeric_limits<unsigned int>::max()) return false;
 
     const auto total = static_cast<unsigned int>(newSize);
     const unsigned int capacity = allocator(total);
-    auto* fresh = static_cast<char*>(core::memory::PooledHeap::malloc(capacity));
+    auto* fresh = room(capacity);
     std::memcpy(fresh, bytes(), sections.header);
     char* end = fresh + sections.header;
-    for (const unsigned int each : sections.lengths) {
-        const std::span<const char> kept = section(sections, each);
-        const auto count = static_cast<unsigned int>(each == field ? length : kept.size());
-        const char* source = each == field ? data : kept.data();
+    eachSection(sections, [&](const tSection& each) {
+        const bool replaced = each.field == field;
+        const auto count = static_cast<unsigned int>(replaced ? length : each.bytes.size());
+        const char* source = replaced ? data : each.bytes.data();
         if (count != 0 && source) std::memcpy(end, source, count);
         if (count != 0 && !source) std::memset(end, 0, count);
-        std::memcpy(fresh + each, &count, sizeof(count));
+        std::memcpy(fresh + each.field, &count, sizeof(count));
         end += count;
-    }
+    });
     adopt(fresh, total, capacity);
-    update(true);
+    update(true, touches);
     return true;
 }
 

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cwchar>
 #include <span>
+#include <string_view>
 
 #include "record/Base.h"
 
@@ -12,6 +13,18 @@ namespace lumivard::platform::data::Record {
 inline std::uint64_t textSection(const wchar_t* text) {
     return (std::uint64_t{std::wcslen(text)} + 1) * sizeof(wchar_t);
 }
+
+/// The bytes of a wide text, without a terminator: the form in which names are compared where they lie, which may be at
+/// any address.
+inline std::string_view bytesOf(std::wstring_view text) {
+    return {reinterpret_cast<const char*>(text.data()), text.size() * sizeof(wchar_t)};
+}
+
+/// The bytes of a section up to its terminator, or all whole characters where there is none.
+std::string_view textOf(std::span<const char> section);
+
+/// The same as a text.
+std::wstring wide(std::span<const char> section);
 
 /// A record of one of the four kinds that stand in the tree: root, primitive, table, container. All begin alike:
 ///
@@ -38,6 +51,7 @@ public:
     static constexpr unsigned int kChildren = kHeader;
 
     Entity(IDataStore* store, unsigned int offset) : Base(store, offset) {}
+    Entity(IDataStore* store, unsigned int offset, tInPlace place) : Base(store, offset, place) {}
 
     /// False for what is too short to be an entity: an erased record, say.
     bool whole() const { return size() >= kHeader; }
@@ -58,9 +72,23 @@ public:
     /// The name, by the record's kind; empty for what is no entity.
     std::wstring name() const;
 
+    /// The bytes of the name where they lie, good until the record changes.
+    std::string_view nameBytes() const;
+
+    /// Whether that is the name, which has no zero in it, nor parts of a character at its end. Costs no more than a
+    /// look at as many bytes as are given.
+    bool called(std::string_view name) const;
+
     /// Replaces the bytes of the name's section and writes the record. False, with nothing done, for a record that is
     /// no primitive, table or container, and where it would outgrow 32 bits.
-    bool name(const char* section, std::uint64_t length);
+    bool name(const char* section, std::uint64_t length, tTouches touches = tTouches::kChildren);
+
+    /// Fields that are written at once, as content: a few bytes where the store can do that. Nothing for a record that
+    /// is too short.
+    void writeParent(unsigned int offset, tTouches touches) { writeWord(kParent, offset, true, touches); }
+    void writeLocale(unsigned int offset) { writeWord(kLocale, offset, true, tTouches::kItself); }
+    void writeFlags(unsigned char bits) { writeByte(kFlags, bits, true, tTouches::kItself); }
+    void writeChildren(unsigned int offset) { writeWord(kChildren, offset, true, tTouches::kItself); }
 
     /// Counts one more, or one less, object over the record, and writes it as bookkeeping. Nothing for a record that is
     /// no longer there.
@@ -70,13 +98,20 @@ public:
 protected:
     Entity(IDataStore* store, std::uint64_t size, tType type);
 
+    /// The bytes of the name's section, by the record's kind.
+    std::span<const char> nameSection() const;
+
+    /// The bytes of a section whose beginning is known, as far as they are there.
+    std::span<const char> section(std::size_t begin, unsigned int field) const;
+
     /// The bytes of a section inside the record; those of the first section for a number that names none.
     std::span<const char> section(const tSections& sections, unsigned int field) const;
     std::wstring sectionText(const tSections& sections, unsigned int field) const;
 
     /// Replaces a section and writes the record. A null `data` stands for zeros. False, with nothing done, when the
     /// record would outgrow 32 bits or is too short for its kind, and for a number that names no section.
-    bool replaceSection(const tSections& sections, unsigned int field, const char* data, std::uint64_t length);
+    bool replaceSection(const tSections& sections, unsigned int field, const char* data, std::uint64_t length,
+                        tTouches touches = tTouches::kItself);
 
     /// Fills a fresh record's name section, the only one that a new record has.
     void putName(const tSections& sections, unsigned int field, const wchar_t* name);

@@ -25,6 +25,7 @@ public:
     /// Makes a new empty record and writes it to the store.
     explicit Locale(IDataStore* store);
     Locale(IDataStore* store, unsigned int offset) : Base(store, offset) {}
+    Locale(IDataStore* store, unsigned int offset, tInPlace place) : Base(store, offset, place) {}
 
     /// The payload as wide characters, terminators included.
     std::wstring payload() const;

@@ -35,6 +35,7 @@ public:
     /// Makes a new record and writes it to the store.
     Primitive(IDataStore* store, unsigned int valuetype, const wchar_t* name);
     Primitive(IDataStore* store, unsigned int offset) : Property(store, offset) {}
+    Primitive(IDataStore* store, unsigned int offset, tInPlace place) : Property(store, offset, place) {}
 
     unsigned int units() const { return word(kUnits); }
     void units(unsigned int unit) { putWord(kUnits, unit); }
@@ -45,12 +46,28 @@ public:
     std::span<const char> section(unsigned int field) const { return Entity::section(kSections, field); }
     std::wstring text(unsigned int field) const { return sectionText(kSections, field); }
     bool arrays(unsigned int section, const char* data, std::uint64_t length) {
-        return replaceSection(kSections, section, data, length);
+        return replaceSection(kSections, section, data, length,
+                              section == kName ? tTouches::kChildren : tTouches::kItself);
     }
 
-    /// Overwrites `length` bytes of the value section from byte `start`, in the working copy alone. False, and nothing
-    /// done, when they do not lie inside it.
-    bool overwrite(std::uint64_t start, const char* data, std::uint64_t length);
+    /// All sections at once, for who needs several.
+    struct tParts {
+        std::span<const char> valueLocale;
+        std::span<const char> name;
+        std::span<const char> base;
+        std::span<const char> value;
+    };
+    tParts parts() const;
+
+    /// The value section.
+    std::span<const char> value() const;
+
+    /// Overwrites `length` bytes of the value section from byte `start`, at once. False, and nothing done, when they do
+    /// not lie inside it.
+    bool writeValue(std::uint64_t start, const char* data, std::uint64_t length);
+
+    /// Sets the unit at once; nothing for a record that is too short.
+    void writeUnits(unsigned int unit) { writeWord(kUnits, unit, true, tTouches::kItself); }
 };
 
 }  // namespace lumivard::platform::data::Record

@@ -8,6 +8,7 @@ namespace lumivard::platform::data::Record {
 class Property : public Entity {
 public:
     Property(IDataStore* store, unsigned int offset) : Entity(store, offset) {}
+    Property(IDataStore* store, unsigned int offset, tInPlace place) : Entity(store, offset, place) {}
 
 protected:
     Property(IDataStore* store, std::uint64_t size, tType type) : Entity(store, size, type) {}

@@ -25,6 +25,7 @@ public:
     /// Makes a new record and writes it to the store.
     Root(IDataStore* store, const wchar_t* name);
     Root(IDataStore* store, unsigned int offset) : Entity(store, offset) {}
+    Root(IDataStore* store, unsigned int offset, tInPlace place) : Entity(store, offset, place) {}
 
     /// The first byte of the name; the argument is not used. Null for a record that has no room for one.
     const char* arrays(unsigned int) const { return size() > kName ? bytes() + kName : nullptr; }

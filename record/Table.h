@@ -30,16 +30,19 @@ public:
     /// Makes a new record and writes it to the store.
     Table(IDataStore* store, const wchar_t* name);
     Table(IDataStore* store, unsigned int offset) : Property(store, offset) {}
+    Table(IDataStore* store, unsigned int offset, tInPlace place) : Property(store, offset, place) {}
 
     unsigned int defaults() const { return word(kDefaults, BADOFF); }
     void defaults(unsigned int offset) { putWord(kDefaults, offset); }
+    void writeDefaults(unsigned int offset) { writeWord(kDefaults, offset, true, tTouches::kItself); }
 
     /// Sections, as in `Container`, by `kName` and `kBase`.
     const char* arrays(unsigned int section) const { return Entity::section(kSections, section).data(); }
     std::span<const char> section(unsigned int field) const { return Entity::section(kSections, field); }
     std::wstring text(unsigned int field) const { return sectionText(kSections, field); }
     bool arrays(unsigned int section, const char* data, std::uint64_t length) {
-        return replaceSection(kSections, section, data, length);
+        return replaceSection(kSections, section, data, length,
+                              section == kName ? tTouches::kChildren : tTouches::kItself);
     }
 };
 

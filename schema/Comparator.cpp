@@ -14,7 +14,7 @@ bool isSet(Record::tType kind) {
 }  // namespace
 
 Comparator::Entity::Entity(IDataStore* store, unsigned int record) : offset(record) {
-    const Record::Primitive entity(store, offset);
+    const Record::Primitive entity(store, offset, Record::kInPlace);
     kind = entity.type();
     tag = entity.name();
     children = entity.children();

@@ -1,11 +1,9 @@
 #include "schema/Finder.h"
 
-#include <string>
-#include <vector>
+#include <string_view>
 
 #include "metadata/Set.h"
 #include "record/Entity.h"
-#include "schema/Split.h"
 
 namespace lumivard::platform::data::Schema {
 
@@ -15,18 +13,20 @@ Finder::Finder(IDataStore* store, unsigned int start, const wchar_t* path) : off
         offset = BADOFF;
         return;
     }
-    std::vector<std::wstring> pieces;
-    split(path, L'.', pieces);
-    bool failed = false;
-    for (const std::wstring& piece : pieces) {
+    std::wstring_view rest = path;
+    for (bool failed = false, last = false; !last;) {
         if (failed) {
             offset = BADOFF;
             return;
         }
-        const Record::Entity record(store, offset);
+        const std::size_t dot = rest.find(L'.');
+        last = dot == std::wstring_view::npos;
+        const std::wstring_view piece = rest.substr(0, dot);
+        if (!last) rest.remove_prefix(dot + 1);
+        const Record::Entity record(store, offset, Record::kInPlace);
         const bool set =
             record.type() == Record::kRoot || record.type() == Record::kTable || record.type() == Record::kContainer;
-        if (set) offset = Metadata::Set::search(store, record.children(), piece.c_str());
+        if (set) offset = Metadata::Set::search(store, record.children(), piece);
         failed = !set || offset == BADOFF;
     }
 }

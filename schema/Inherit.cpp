@@ -19,7 +19,7 @@ namespace Metadata {
 void Set::inherit(IDataStore* source, const std::vector<unsigned int>& offsets) {
     Design::Subtree::Copies copies(source, _store);
     for (const unsigned int offset : offsets) {
-        const Record::Entity item(source, offset);
+        const Record::Entity item(source, offset, Record::kInPlace);
         if (!item.whole() || !Record::isChild(item.type()) || find(item.name().c_str()) != BADOFF) continue;
         const unsigned int copy = copies.add(offset);
         add(copy);
@@ -53,7 +53,7 @@ std::wstring inheritItems(Metadata::Set& set, std::wstring base, const Schema::S
 /// Replaces the base list in a record of one of the two kinds; false where the record would outgrow 32 bits.
 template <class Kind>
 bool putBase(const Metadata::Set& set, const std::wstring& base) {
-    Kind record(set.store(), set.offset());
+    Kind record(set.store(), set.offset(), Record::kInPlace);
     return record.arrays(Kind::kBase, reinterpret_cast<const char*>(base.c_str()), Record::textSection(base.c_str()));
 }
 

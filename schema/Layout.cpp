@@ -15,7 +15,7 @@ bool fits(unsigned int sum, unsigned int more) {
 }
 
 unsigned int itemsOf(tTable table) {
-    const Record::Entity record(table.store, table.offset);
+    const Record::Entity record(table.store, table.offset, Record::kInPlace);
     return static_cast<unsigned int>(Metadata::Set::children(table.store, record.children()).size());
 }
 
@@ -26,7 +26,7 @@ Layout::Layout(std::wstring name, tTable table) : _name(std::move(name)), _table
 Layout::~Layout() {
     if (!_held) return;
     try {
-        Record::Entity(_table.store, _table.offset).unref();
+        Record::Entity(_table.store, _table.offset, Record::kInPlace).unref();
     } catch (...) {
         // A destructor has nobody to tell.
     }
@@ -38,11 +38,12 @@ const metadata::IStructLayout::tField* Layout::get(WideString name) {
 }
 
 std::vector<unsigned int> Layout::entries() const {
-    return Metadata::Set::entries(_table.store, Record::Entity(_table.store, _table.offset).children(), _items);
+    return Metadata::Set::entries(_table.store,
+                                  Record::Entity(_table.store, _table.offset, Record::kInPlace).children(), _items);
 }
 
 void Layout::hold() {
-    Record::Entity(_table.store, _table.offset).ref();
+    Record::Entity(_table.store, _table.offset, Record::kInPlace).ref();
     _held = true;
 }
 

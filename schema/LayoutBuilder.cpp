@@ -42,7 +42,7 @@ bool LayoutBuilder::begin(const std::wstring& name) {
     frame.layout = std::make_unique<Layout>(name, table);
     frame.cutBy = place;
     frame.again = again;
-    enter(frame, Record::Table(table.store, table.offset), L"");
+    enter(frame, Record::Table(table.store, table.offset, Record::kInPlace), L"");
     return true;
 }
 
@@ -84,12 +84,12 @@ void LayoutBuilder::takeNext(tFrame& frame) {
     if (frame.again && offset != IDataStore::BADOFF) spend(store->size(offset));
     switch (Record::peek(store, offset)) {
         case Record::kTable: {
-            const Record::Table table(store, offset);
+            const Record::Table table(store, offset, Record::kInPlace);
             enter(frame, table, table.text(Record::Table::kName) + L'.');
             break;
         }
         case Record::kPrimitive:
-            takePrimitive(frame, Record::Primitive(store, offset));
+            takePrimitive(frame, Record::Primitive(store, offset, Record::kInPlace));
             break;
         default:
             break;

@@ -1,5 +1,5 @@
 #include <cwchar>
-#include <string>
+#include <string_view>
 
 #include "metadata/Set.h"
 #include "schema/Finder.h"
@@ -10,7 +10,7 @@ unsigned int Set::lookup(const wchar_t* name) const {
     if (!name) return BADOFF;
     const wchar_t* dot = std::wcschr(name, L'.');
     if (!dot) return find(name);
-    const unsigned int first = find(std::wstring(name, dot).c_str());
+    const unsigned int first = find(std::wstring_view(name, static_cast<std::size_t>(dot - name)));
     return first == BADOFF ? BADOFF : Schema::Finder(_store, first, dot + 1).offset;
 }
 

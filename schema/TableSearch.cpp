@@ -20,7 +20,7 @@ tTable TableSearch::find(const std::wstring& path) {
 unsigned int TableSearch::walk(IDataStore* store, const std::vector<std::wstring>& pieces) {
     unsigned int offset = 0;
     for (const std::wstring& piece : pieces) {
-        const tNames& known = names(store, Record::Entity(store, offset).children());
+        const tNames& known = names(store, Record::Entity(store, offset, Record::kInPlace).children());
         const auto found = known.find(piece);
         if (found == known.end()) return IDataStore::BADOFF;
         offset = found->second;
@@ -32,7 +32,7 @@ const TableSearch::tNames& TableSearch::names(IDataStore* store, unsigned int li
     const auto [place, added] = _names[store].try_emplace(list);
     if (added) {
         for (const unsigned int child : Metadata::Set::children(store, list)) {
-            place->second.emplace(Record::Entity(store, child).name(), child);
+            place->second.emplace(Record::Entity(store, child, Record::kInPlace).name(), child);
         }
     }
     return place->second;

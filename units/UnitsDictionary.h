@@ -1,8 +1,8 @@
 #pragma once
 
-#include <map>
+#include <array>
+#include <cstddef>
 
-#include "lumivard/platform/core/hash/Compare.h"
 #include "lumivard/platform/data/units/tUnit.h"
 
 namespace lumivard::platform::data {
@@ -12,8 +12,8 @@ namespace lumivard::platform::data {
 ///
 /// Seven identifiers have two names. Both are read; the one that stands first in the table is written.
 ///
-/// Threads: it never changes once it is built, so any number may read it. A lookup costs one search of a tree, and
-/// allocates nothing.
+/// Threads: it never changes once it is built, so any number may read it. A lookup costs a hash and a comparison or
+/// two, and allocates nothing.
 class UnitsDictionary {
 public:
     UnitsDictionary();
@@ -27,8 +27,15 @@ public:
     const char* unit(units::tUnit unit) const;
 
 private:
-    std::map<const char*, units::tUnit, core::tCharCompareLess> _byName;
-    std::map<units::tUnit, const char*> _byUnit;
+    /// A power of 2, more than twice as many as there are units.
+    static constexpr std::size_t kPlaces = 2048;
+
+    /// Numbers of rows of the table, counted from 1, each in the first free place from that of its hash on; 0 for a
+    /// free place.
+    using tPlaces = std::array<unsigned short, kPlaces>;
+
+    tPlaces _byName{};
+    tPlaces _byUnit{};
 };
 
 }  // namespace lumivard::platform::data

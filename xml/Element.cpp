@@ -88,9 +88,9 @@ bool Element::writeNames(Item& item, XMLSerializer& serializer) {
     std::wstring locale;
     for (unsigned int i = 0; i < count; ++i) {
         item.locale(i, text, locale);
-        serializer.startElement(L"name", nullptr);
-        serializer.addAttribute(L"locale", locale.c_str(), nullptr);
-        serializer.addCharacterData(text.c_str());
+        serializer.startElement("name");
+        serializer.addAttribute("locale", locale);
+        serializer.addCharacterData(text);
         serializer.endElement(false);
     }
     return count != 0;

@@ -62,6 +62,9 @@ public:
     /// The value of an attribute of exactly that name, the first if there are several; null when there is none.
     static const char* find(const char* name, const char* const* attributes);
 
+    /// Writes the localized names of an item; false when it has none.
+    static bool writeNames(Metadata::Item& item, core::xml::XMLSerializer& serializer);
+
     /// The units by name, the same object for all; it never changes.
     static const UnitsDictionary& units();
 
@@ -80,9 +83,6 @@ protected:
 
     /// Gives an item the localized name whose sub-element ends.
     void closeName(Metadata::Item& item, const char* text);
-
-    /// Writes the localized names of an item; false when it has none.
-    static bool writeNames(Metadata::Item& item, core::xml::XMLSerializer& serializer);
 
     static constexpr const wchar_t* kMissingName = L"missing mandatory 'id' attribute";
 

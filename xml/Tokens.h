@@ -15,12 +15,26 @@ public:
     explicit Tokens(std::string_view text) : _rest(text) {}
 
     /// Gives the next piece; false, with `token` as it was, after the last one.
-    bool next(std::string_view& token);
+    bool next(std::string_view& token) {
+        if (_done) return false;
+        std::size_t start = 0;
+        while (start < _rest.size() && isSeparator(_rest[start])) ++start;
+        std::size_t end = start;
+        while (end < _rest.size() && !isSeparator(_rest[end])) ++end;
+        token = _rest.substr(start, end - start);
+        _rest.remove_prefix(end);
+        _done = _rest.empty();
+        return true;
+    }
 
     /// The number of pieces in a text.
     static std::size_t count(std::string_view text);
 
 private:
+    static bool isSeparator(char character) {
+        return character == ' ' || character == '\t' || character == '\n' || character == '\r';
+    }
+
     std::string_view _rest;
     bool _done = false;
 };

@@ -62,10 +62,11 @@ std::unique_ptr<Item> XMLContainer::nest(Item& parent, std::unique_ptr<Item> chi
 
 bool XMLContainer::serialize(Item& item, XMLSerializer& serializer) {
     const auto& container = static_cast<const Structural::Container&>(item);
-    serializer.startElement(wname(), nullptr);
-    serializer.addAttribute(L"name", container.tag(), nullptr);
-    serializer.addAttribute(L"class", container.base(), nullptr);
-    if (container.type() == tType::kLink) serializer.addAttribute(L"to", container.info(), nullptr);
+    const wchar_t* target = container.type() == tType::kLink ? container.info() : nullptr;
+    serializer.startElement(name());
+    serializer.addAttribute("name", container.tag());
+    if (container.base()) serializer.addAttribute("class", container.base());
+    if (target) serializer.addAttribute("to", target);
     writeNames(item, serializer);
     return true;
 }

@@ -1,19 +1,17 @@
 #pragma once
 
 #include <memory>
-#include <sparsehash/dense_hash_map>
 #include <string>
 #include <vector>
 
 #include "design/Container.h"
-#include "lumivard/platform/core/hash/Compare.h"
-#include "lumivard/platform/core/hash/Kernels.h"
 #include "lumivard/platform/core/xml/XMLCallback.h"
 #include "lumivard/platform/core/xml/XMLParser.h"
 #include "lumivard/platform/data/format/xml/IXMLFrontEnd.h"
-#include "metadata/MapAllocator.h"
 #include "xml/Element.h"
+#include "xml/ElementTable.h"
 #include "xml/EmptyPlaces.h"
+#include "xml/OpenChildren.h"
 
 namespace lumivard::platform::data {
 
@@ -21,8 +19,15 @@ namespace metadata {
 class ISchemaLocator;
 }
 
+class XMLPrimitive;
+
 /// Turns the events of one document into records. A faulty element costs its own subtree and nothing more: it is
 /// reported and skipped, and reading goes on.
+///
+/// Most elements are primitives with nothing in them but a text. So a primitive that its parent will take in is held
+/// back after its start tag: when its end tag comes next, its record is made with all that it has; when anything else
+/// comes, it is made and opened as other items are. Nobody is told of anything in between, and the records come to lie
+/// in the same order.
 ///
 /// Elements are matched by their names, folded to lower case (ASCII) and cut at 256 bytes. Each open item is an object
 /// over its record, on a stack; when the reading ends early, those that are left are closed, innermost first.
@@ -53,23 +58,33 @@ private:
     struct tOpen {
         Metadata::Item* item;
         Element* element;
+        OpenChildren children;  ///< of a set that takes in primitives, else of none
         std::unique_ptr<Metadata::Item> owned;
     };
 
-    using tAllocator = Metadata::MapAllocator<std::pair<const char* const, Element*>>;
-    using tElements =
-        google::dense_hash_map<const char*, Element*, core::tSFHKernel, core::tCharCompareEqual, tAllocator>;
-
     void add(std::unique_ptr<Element> element);
-    Element* find(const char* name) const;
 
     /// Reports what is wrong with the element whose start tag is being told, and skips it.
     void signal(const char* element, const std::wstring& message);
 
+    /// Opens an item, or holds a primitive back. Null, with a fault reported for an item that cannot be opened.
+    std::unique_ptr<Metadata::Item> open(const char* name, Element& element, const char** attributes);
+    /// False where the primitive has to be opened.
+    bool holdBack(XMLPrimitive& element);
+    /// Makes the primitive that was held back: with the text that has come in, or as an open item.
+    void finishHeld();
+    void openHeld();
+
+    /// Lets all open sets know their children: the reporter may do as it likes with the store.
+    void settle();
+
     void startSub(const char* name, const char** attributes);
     void startTarget(const char* name);
-    void startNested(const char* name, Element& element, std::unique_ptr<Metadata::Item> item);
-    void push(Element& element, std::unique_ptr<Metadata::Item> item);
+    void startNested(Element& element, std::unique_ptr<Metadata::Item> item);
+    /// Puts a set under a parent that may hold it and has no child of its name; false, with nothing done, otherwise.
+    static bool takesNew(tOpen& parent, const Element& element, const Metadata::Item& item);
+    tOpen& push(Element& element, Metadata::Item& item, bool isNew);
+    void push(Element& element, std::unique_ptr<Metadata::Item> item, bool isNew);
     /// Closes the innermost open item.
     void pop();
     void clearText();
@@ -81,8 +96,10 @@ private:
     core::xml::XMLParser _parser;
     EmptyPlaces _empty;
     std::vector<std::unique_ptr<Element>> _owned;
-    tElements _elements;
+    ElementTable _elements;
     std::vector<tOpen> _stack;
+    std::size_t _settled = 0;       ///< so many at the bottom of the stack know their children, whatever comes
+    XMLPrimitive* _held = nullptr;  ///< the element of the primitive that is held back
     std::string _text;
     bool _textPending = false;
     /// The open primitive has had a sub-element: its own text is no value.

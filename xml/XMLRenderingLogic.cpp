@@ -1,7 +1,8 @@
 #include "xml/XMLRenderingLogic.h"
 
+#include <limits>
+
 #include "design/Container.h"
-#include "design/Primitive.h"
 #include "design/Table.h"
 #include "metadata/Root.h"
 #include "record/Container.h"
@@ -9,7 +10,6 @@
 #include "record/Root.h"
 #include "record/Table.h"
 #include "xml/XMLContainer.h"
-#include "xml/XMLPrimitive.h"
 #include "xml/XMLRoot.h"
 #include "xml/XMLTable.h"
 
@@ -18,8 +18,7 @@ namespace lumivard::platform::data {
 namespace {
 
 /// The kind of a record that can be written; `kOffsets`, which is no item, for one that cannot.
-Record::tType writable(IDataStore* store, unsigned int offset) {
-    const Record::Entity record(store, offset);
+Record::tType writable(const Record::Entity& record) {
     const auto kindOr = [&record](unsigned int least) {
         return record.size() < least ? Record::kOffsets : record.type();
     };
@@ -42,17 +41,16 @@ Record::tType writable(IDataStore* store, unsigned int offset) {
 
 XMLRenderingLogic::XMLRenderingLogic(IDataStore* store, core::xml::XMLSerializer& serializer,
                                      metadata::ISchemaLocator* locator, unsigned int offset)
-    : _store(store), _serializer(serializer), _locator(locator) {
+    : _store(store), _serializer(serializer), _primitives(store, serializer, locator) {
     _serializer.emitXMLHeader();
     translate(offset);
 }
 
 void XMLRenderingLogic::translate(unsigned int offset) {
-    begin(offset);
+    begin(offset, look(offset, nullptr));
     while (!_levels.empty()) {
-        tLevel& level = _levels.back();
-        if (level.next < level.entries.size()) {
-            begin(level.entries[level.next++]);
+        if (_levels.back().next < _levels.back().entries.size()) {
+            beginNext();
         } else {
             _levels.pop_back();
             _serializer.endElement(false);
@@ -60,22 +58,47 @@ void XMLRenderingLogic::translate(unsigned int offset) {
     }
 }
 
-void XMLRenderingLogic::begin(unsigned int offset) {
-    switch (writable(_store, offset)) {
+void XMLRenderingLogic::beginNext() {
+    tLevel& level = _levels.back();
+    const unsigned int offset = level.entries[level.next++];
+    begin(offset, look(offset, &level));
+}
+
+Record::tType XMLRenderingLogic::look(unsigned int offset, tLevel* among) {
+    const Record::Primitive record(_store, offset, Record::kInPlace);  // which is what it may be; all kinds begin alike
+    const Record::tType kind = writable(record);
+    const bool primitive = record.type() == Record::kPrimitive && record.size() >= Record::Primitive::kFixed;
+    if (primitive) _primitives.load(record);
+    if (!among || among->counted) return kind;
+    const bool child = record.whole() && Record::isChild(record.type());
+    const auto isNew = [&](const std::wstring& name) { return among->names.add(name); };
+    if (child && (primitive ? isNew(_primitives.name()) : isNew(record.name()))) return kind;
+    return count(*among) ? kind : Record::kOffsets;
+}
+
+bool XMLRenderingLogic::count(tLevel& level) {
+    level.counted = true;
+    const std::size_t count = Metadata::Set::children(_store, level.list).size();
+    if (count < level.entries.size()) level.entries.resize(count);
+    return level.next <= count;
+}
+
+void XMLRenderingLogic::begin(unsigned int offset, Record::tType kind) {
+    switch (kind) {
         case Record::kRoot: {
             Metadata::Root root(_store, offset);
             XMLRoot element(_store);
             return beginSet(root, element);
         }
         case Record::kPrimitive:
-            return writePrimitive(offset);
+            return _primitives.write();
         case Record::kTable: {
-            Design::Table table(_store, offset, false);
+            Design::Table table(_store, offset, true);
             XMLTable element(_store, nullptr);
             return beginSet(table, element);
         }
         case Record::kContainer: {
-            Structural::Container container(_store, offset, false);
+            Structural::Container container(_store, offset, true);
             XMLContainer element(_store, container.type(), nullptr);
             return beginSet(container, element);
         }
@@ -87,15 +110,8 @@ void XMLRenderingLogic::begin(unsigned int offset) {
 void XMLRenderingLogic::beginSet(Metadata::Set& set, Element& element) {
     if (!element.wname() || !_written.insert(set.offset()).second) return;
     element.serialize(set, _serializer);
-    _levels.push_back({set.entries(), 0});
-}
-
-void XMLRenderingLogic::writePrimitive(unsigned int offset) {
-    Design::Primitive primitive(_store, offset);
-    XMLPrimitive element(_store, primitive.valuetype(), _locator);
-    if (!element.wname()) return;
-    element.serialize(primitive, _serializer);
-    _serializer.endElement(false);
+    const unsigned int list = Record::Entity(_store, set.offset()).children();
+    _levels.emplace_back(list, Metadata::Set::entries(_store, list, std::numeric_limits<std::size_t>::max()));
 }
 
 }  // namespace lumivard::platform::data

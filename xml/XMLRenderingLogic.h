@@ -2,10 +2,14 @@
 
 #include <cstddef>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "lumivard/platform/core/storage/datastore/IDataStore.h"
 #include "lumivard/platform/core/xml/XMLSerializer.h"
+#include "record/tType.h"
+#include "xml/PrimitiveWriter.h"
+#include "xml/SiblingNames.h"
 
 namespace lumivard::platform::data {
 
@@ -35,22 +39,43 @@ public:
 
 private:
     /// The children of an open element, and the one whose turn it is.
+    ///
+    /// Of a list that names a record twice, two records of one name, or one that can be no child, only so many entries
+    /// are written as there are different children. That number is asked for when the first such entry is met: nearly
+    /// all lists have none.
     struct tLevel {
+        tLevel(unsigned int childList, std::vector<unsigned int> children)
+            : list(childList), entries(std::move(children)) {
+            names.reserve(entries.size());
+        }
+
+        unsigned int list;
         std::vector<unsigned int> entries;
-        std::size_t next;
+        std::size_t next = 0;
+        SiblingNames names;
+        bool counted = false;
     };
 
     /// Writes an item with all below it.
     void translate(unsigned int offset);
 
+    /// Writes the next child of the innermost open element, or begins it.
+    void beginNext();
+
+    /// The kind of a record that can be written; `kOffsets`, which is no item, for one that cannot, and for a child of
+    /// `among` whose turn does not come. A primitive is then ready to be written.
+    Record::tType look(unsigned int offset, tLevel* among);
+
+    /// Leaves as many entries as there are different children. False when the one that was taken last is not left.
+    bool count(tLevel& level);
+
     /// Writes a primitive, or begins a set and opens a level for it.
-    void begin(unsigned int offset);
+    void begin(unsigned int offset, Record::tType kind);
     void beginSet(Metadata::Set& set, Element& element);
-    void writePrimitive(unsigned int offset);
 
     IDataStore* _store;
     core::xml::XMLSerializer& _serializer;
-    metadata::ISchemaLocator* _locator;
+    PrimitiveWriter _primitives;
     std::vector<tLevel> _levels;
     std::unordered_set<unsigned int> _written;
 };

@@ -38,12 +38,12 @@ std::unique_ptr<Item> XMLRoot::nest(Item& parent, std::unique_ptr<Item> child) {
 }
 
 bool XMLRoot::serialize(Item& item, XMLSerializer& serializer) {
-    serializer.startElement(wname(), nullptr);
+    serializer.startElement(name());
     const unsigned int number = _store->version();
-    wchar_t version[Scalar::kLongest];
-    Scalar::print(metadata::kUInt32, reinterpret_cast<const char*>(&number), version);
-    serializer.addAttribute(L"version", version, nullptr);
-    serializer.addAttribute(L"name", item.tag(), nullptr);
+    char version[Scalar::kLongest];
+    const char* end = Scalar::print(metadata::kUInt32, reinterpret_cast<const char*>(&number), version);
+    serializer.addAttribute("version", std::string_view(version, static_cast<std::size_t>(end - version)));
+    serializer.addAttribute("name", item.tag());
     writeNames(item, serializer);
     return true;
 }

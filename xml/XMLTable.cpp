@@ -21,9 +21,9 @@ namespace {
 void writeDefault(const Design::Table& table, units::tUnitGroup group, XMLSerializer& serializer) {
     const char* unit = Element::units().unit(table.units(group));
     const tTypeName* type = typeOf(table.valuetype(group));
-    serializer.startElement(L"default", nullptr);
-    serializer.addAttribute(L"unit", unit ? StringAlgorithm::UTF8Decode(unit).c_str() : nullptr, nullptr);
-    serializer.addAttribute(L"type", type ? type->wide : nullptr, nullptr);
+    serializer.startElement("default");
+    if (unit) serializer.addAttribute("unit", std::string_view(unit));
+    if (type) serializer.addAttribute("type", std::string_view(type->narrow));
     serializer.endElement(false);
 }
 
@@ -88,9 +88,9 @@ bool XMLTable::sub(const char* name, const char* const* attributes) {
 
 bool XMLTable::serialize(Item& item, XMLSerializer& serializer) {
     const auto& table = static_cast<const Design::Table&>(item);
-    serializer.startElement(wname(), nullptr);
-    serializer.addAttribute(L"name", table.tag(), nullptr);
-    serializer.addAttribute(L"class", table.base(), nullptr);
+    serializer.startElement(name());
+    serializer.addAttribute("name", table.tag());
+    if (table.base()) serializer.addAttribute("class", table.base());
     for (const units::tUnitGroup group : table.groups()) writeDefault(table, group, serializer);
     writeNames(item, serializer);
     return true;

@@ -26,6 +26,13 @@ bool DefaultPointerCounterImp::addUse() {
 }
 
 void DefaultPointerCounterImp::releaseUse() {
+    // Who has the only use and the only reference is alone: nobody else can come by one.
+    if (_references.load(std::memory_order_acquire) == 1 && _uses.load(std::memory_order_acquire) == 1) {
+        _uses.store(kGone, std::memory_order_relaxed);
+        _doDispose();
+        _doDestroy();
+        return;
+    }
     // The last use goes straight from 1 to gone: a 0 in between could be seen, and ended, by a second thread.
     long long uses = _uses.load(std::memory_order_relaxed);
     while (!_uses.compare_exchange_weak(uses, uses == 1 ? kGone : uses - 1, std::memory_order_acq_rel,

@@ -1,5 +1,6 @@
 #include "lumivard/platform/core/string/StringAlgorithm.h"
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <iterator>
@@ -32,6 +33,25 @@ bool isSpace(char character) {
     return character == ' ' || character == '\t' || character == '\n' || character == '\r';
 }
 
+/// Up to this length, in bytes, a text is decoded at once as if it were ASCII: most are.
+constexpr std::size_t kShort = 64;
+
+/// Makes bytes wide characters; false where one is not ASCII.
+bool widen(std::string_view bytes, wchar_t* out) {
+    for (const char byte : bytes) {
+        const auto character = static_cast<unsigned char>(byte);
+        if (character >= 0x80) return false;
+        *out++ = character;
+    }
+    return true;
+}
+
+bool isASCII(std::string_view bytes) {
+    unsigned all = 0;
+    for (const char byte : bytes) all |= static_cast<unsigned char>(byte);
+    return all < 0x80;
+}
+
 /// The number of bytes that a base64 text stands for; 0 when it is not base64.
 unsigned long decodedSize(const char* text) {
     unsigned long digits = 0;
@@ -54,17 +74,27 @@ unsigned long decodedSize(const char* text) {
 }  // namespace
 
 std::wstring StringAlgorithm::UTF8Decode(const char* text) {
-    if (!text) return {};
-    std::string_view bytes(text);
+    std::wstring wide;
+    if (text) UTF8Decode(text, wide);
+    return wide;
+}
+
+void StringAlgorithm::UTF8Decode(std::string_view bytes, std::wstring& out) {
+    if (bytes.size() <= kShort) {
+        out.resize(bytes.size());
+        if (widen(bytes, out.data())) return;
+    } else if (isASCII(bytes)) {
+        out.resize(bytes.size());
+        std::copy(bytes.begin(), bytes.end(), out.begin());
+        return;
+    }
     std::string mended;
     if (!utf8::is_valid(bytes.begin(), bytes.end())) {
         utf8::replace_invalid(bytes.begin(), bytes.end(), std::back_inserter(mended));
         bytes = mended;
     }
-    std::wstring wide;
-    wide.reserve(static_cast<unsigned long>(utf8::unchecked::distance(bytes.begin(), bytes.end())));
-    utf8::unchecked::utf8to32(bytes.begin(), bytes.end(), std::back_inserter(wide));
-    return wide;
+    out.resize(static_cast<unsigned long>(utf8::unchecked::distance(bytes.begin(), bytes.end())));
+    utf8::unchecked::utf8to32(bytes.begin(), bytes.end(), out.data());
 }
 
 unsigned long StringAlgorithm::EncodeBase64(const void* data, unsigned long size, char* out) {

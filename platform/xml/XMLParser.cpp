@@ -43,8 +43,10 @@ int fill(io::IDataReader& reader, char* buffer, int size) {
 constexpr std::string_view kDeclaration = "xmlns";
 constexpr std::string_view kPrefixedDeclaration = "xmlns:";
 
-bool isDeclaration(std::string_view attribute) {
-    return attribute == kDeclaration || attribute.substr(0, kPrefixedDeclaration.size()) == kPrefixedDeclaration;
+bool isDeclaration(const char* attribute) {
+    if (*attribute != kDeclaration.front()) return false;  // as nearly all of them
+    const std::string_view name(attribute);
+    return name == kDeclaration || name.substr(0, kPrefixedDeclaration.size()) == kPrefixedDeclaration;
 }
 
 /// The prefix that such an attribute declares; null for the default namespace.

@@ -4,43 +4,14 @@
 #include <utility>
 
 #include "platform/string/UTF8.h"
+#include "platform/xml/XMLOutput.h"
 
 namespace lumivard::platform::core::xml {
 
 namespace {
 
-constexpr unsigned long kBufferSize = 65536;
-
 void require(bool condition, const char* message) {
     if (!condition) throw std::logic_error(message);
-}
-
-/// Whether XML 1.0 has a place for the character, as itself or as a reference.
-bool isCharacter(char32_t character) {
-    if (character < 0x20) return character == '\t' || character == '\n' || character == '\r';
-    return string::isScalarValue(character) && character != 0xFFFE && character != 0xFFFF;
-}
-
-/// What stands for a character in an attribute (`attribute`) or a text; null where it stands for itself.
-const char* reference(char32_t character, bool attribute) {
-    switch (character) {
-        case '&':
-            return "&amp;";
-        case '<':
-            return "&lt;";
-        case '>':
-            return attribute ? nullptr : "&gt;";
-        case '"':
-            return attribute ? "&quot;" : nullptr;
-        case '\t':
-            return attribute ? "&#9;" : nullptr;
-        case '\n':
-            return attribute ? "&#10;" : nullptr;
-        case '\r':
-            return "&#13;";
-        default:
-            return nullptr;
-    }
 }
 
 std::string narrowed(const wchar_t* text) {
@@ -56,87 +27,101 @@ XMLSerializer::XMLSerializer(LVPUUID& /*id*/) {}
 XMLSerializer::~XMLSerializer() = default;
 
 void XMLSerializer::attach(io::IDataWriter* writer) {
-    _writer = writer;
-    _buffer.clear();
+    _output.reset();
     _open.clear();
+    _starts.clear();
     _inStartTag = false;
+    if (writer) _output = std::make_unique<XMLOutput>(writer);
 }
 
 void XMLSerializer::emitXMLHeader() {
-    require(_writer && _open.empty(), "an XML declaration stands before all elements of an attached document");
-    _buffer += "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
+    require(_output && _starts.empty(), "an XML declaration stands before all elements of an attached document");
+    _output->put("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n");
 }
 
 void XMLSerializer::startElement(const wchar_t* name, const wchar_t* /*extra*/) {
-    require(_writer, "an element needs an attached document");
+    startElement(narrowed(name));
+}
+
+void XMLSerializer::startElement(std::string_view name) {
+    require(_output != nullptr, "an element needs an attached document");
+    if (_starts.size() == _starts.capacity()) _starts.reserve(2 * _starts.size() + 1);
+    _open.append(name);
+    _starts.push_back(_open.size() - name.size());
     closeStartTag();
-    _open.push_back(narrowed(name));
-    _buffer += '<';
-    _buffer += _open.back();
+    _output->put('<');
+    _output->put(name);
     _inStartTag = true;
-    drain();
 }
 
 void XMLSerializer::addAttribute(const wchar_t* name, const wchar_t* value, const wchar_t* /*extra*/) {
     require(_inStartTag, "an attribute needs an element without content so far");
-    if (!value) return;
-    _buffer += ' ';
-    _buffer += narrowed(name);
-    _buffer += "=\"";
-    escape(value, true);
-    _buffer += '"';
+    if (value) addAttribute(narrowed(name), std::wstring_view(value));
+}
+
+void XMLSerializer::addAttribute(std::string_view name, std::wstring_view value) {
+    beginAttribute(name);
+    _output->putAttribute(value);
+    _output->put('"');
+}
+
+void XMLSerializer::addAttribute(std::string_view name, std::string_view value) {
+    beginAttribute(name);
+    _output->put(value);
+    _output->put('"');
 }
 
 void XMLSerializer::addCharacterData(const wchar_t* text) {
-    require(!_open.empty(), "text needs an open element");
-    if (!text || !*text) return;
-    closeStartTag();
-    escape(text, false);
+    addCharacterData(text ? std::wstring_view(text) : std::wstring_view());
+}
+
+void XMLSerializer::addCharacterData(std::wstring_view text) {
+    beginText(text.empty());
+    _output->putText(text);
+}
+
+void XMLSerializer::addCharacterData(std::string_view text) {
+    beginText(text.empty());
+    _output->put(text);
 }
 
 void XMLSerializer::endElement(bool /*flag*/) {
-    require(!_open.empty(), "no element is open");
+    require(!_starts.empty(), "no element is open");
     if (_inStartTag) {
-        _buffer += "/>";
+        _output->put("/>");
         _inStartTag = false;
     } else {
-        _buffer += "</";
-        _buffer += _open.back();
-        _buffer += '>';
+        _output->put("</");
+        _output->put(std::string_view(_open).substr(_starts.back()));
+        _output->put('>');
     }
-    _open.pop_back();
-    drain();
+    _open.resize(_starts.back());
+    _starts.pop_back();
 }
 
 void XMLSerializer::detach() {
-    if (!_writer) return;
+    if (!_output) return;
     closeStartTag();
-    const std::string rest = std::move(_buffer);
-    io::IDataWriter* writer = _writer;
+    const std::unique_ptr<XMLOutput> output = std::move(_output);
     attach(nullptr);
-    if (!rest.empty()) writer->write(rest.data(), rest.size());
+    output->finish();
+}
+
+void XMLSerializer::beginAttribute(std::string_view name) {
+    require(_inStartTag, "an attribute needs an element without content so far");
+    _output->put(' ');
+    _output->put(name);
+    _output->put("=\"");
+}
+
+void XMLSerializer::beginText(bool empty) {
+    require(!_starts.empty(), "text needs an open element");
+    if (!empty) closeStartTag();
 }
 
 void XMLSerializer::closeStartTag() {
-    if (_inStartTag) _buffer += '>';
+    if (_inStartTag) _output->put('>');
     _inStartTag = false;
-}
-
-void XMLSerializer::escape(const wchar_t* text, bool attribute) {
-    for (; *text; ++text) {
-        const auto character = static_cast<char32_t>(*text);
-        if (const char* instead = reference(character, attribute))
-            _buffer += instead;
-        else
-            string::appendUTF8(_buffer, isCharacter(character) ? character : string::kReplacementCharacter);
-        drain();
-    }
-}
-
-void XMLSerializer::drain() {
-    if (_buffer.size() < kBufferSize) return;
-    _writer->write(_buffer.data(), _buffer.size());
-    _buffer.clear();
 }
 
 }  // namespace lumivard::platform::core::xml

@@ -17,6 +17,11 @@ bool equal(std::span<const std::byte> a, std::span<const std::byte> b) {
     return std::equal(a.begin(), a.end(), b.begin(), b.end());
 }
 
+// Offsets are noted in the order of the changes, which mostly is theirs.
+void sort(std::vector<unsigned int>& offsets) {
+    if (!std::is_sorted(offsets.begin(), offsets.end())) std::sort(offsets.begin(), offsets.end());
+}
+
 }  // namespace
 
 /// Holds the guard of a core.
@@ -46,14 +51,16 @@ auto Core::_ask(const Attempt& attempt, Question question) const {
 }
 
 Core::Core(std::string name, std::unique_ptr<Engine> engine, tMode mode)
-    : _name(std::move(name)), _mode(mode), _engine(std::move(engine)) {
+    : _name(std::move(name)), _mode(mode), _keeps(engine && mode == tMode::kWrite), _engine(std::move(engine)) {
     if (!_engine) return;
+    _longest = _engine->longestRecord();
     const Engine::Header header = _ask({"open"}, [&] { return _engine->header(); });
     _extent = header.extent;
     _version = header.version;
 }
 
 Core::~Core() {
+    _attachment.reset();  // which may still look at the store
     try {
         _close();
     } catch (...) {
@@ -68,7 +75,7 @@ core::storage::datastore::IDataStore::ILock* Core::lock() {
 void Core::flush() {
     if (_failure) std::rethrow_exception(_failure);
     if (!_hasChanges()) return;
-    _commit(_changes());
+    _commit();
     _settle();
 }
 
@@ -76,7 +83,7 @@ void Core::version(unsigned int number) {
     _refuseChange({"set the version of"});
     if (number == _version) return;
     _version = number;
-    _versionChanged = _engine != nullptr;
+    _versionChanged = _keeps;
 }
 
 unsigned int Core::version() const {
@@ -97,7 +104,7 @@ unsigned int Core::create(const void* data, unsigned int size) {
     const auto offset = static_cast<unsigned int>(_extent);
     RecordSlot& slot = _records.at(offset);
     _makeRoom(_changed);
-    slot.bytes.assign(data, size);
+    _records.heap().assign(slot.bytes, data, size);
     slot.place = tPlace::kHere;
     ++_extent;
     _noteContent(offset, slot);
@@ -110,7 +117,7 @@ void Core::append(unsigned int offset, const void* data, unsigned int size) {
     RecordSlot& slot = _existing(attempt);
     _refuseLength(attempt, std::uint64_t{slot.bytes.size()} + size);
     _makeRoom(_changed);
-    slot.bytes.append(data, size);
+    _records.heap().append(slot.bytes, data, size);
     _noteContent(offset, slot);
 }
 
@@ -122,7 +129,7 @@ void Core::update(unsigned int offset, const void* data, unsigned int size, bool
     RecordSlot& slot = _existing(attempt);
     _refuseLength(attempt, size);
     _makeRoom(changed ? _changed : _counted);
-    slot.bytes.assign(data, size);
+    _records.heap().assign(slot.bytes, data, size);
     changed ? _noteContent(offset, slot) : _noteBookkeeping(offset, slot);
 }
 
@@ -132,15 +139,31 @@ unsigned int Core::size(unsigned int offset) {
 }
 
 void Core::read(unsigned int offset, void* buffer, unsigned int size) {
-    read(offset, 0, buffer, size);
+    const RecordSlot* slot = _find(offset);
+    if (!slot) return;
+    const unsigned int count = std::min(size, slot->bytes.size());
+    if (count != 0) std::memcpy(buffer, slot->bytes.view().data(), count);
 }
 
-unsigned int Core::read(unsigned int offset, unsigned int position, void* buffer, unsigned int size) {
+Core::tView Core::view(unsigned int offset) {
     const RecordSlot* slot = _find(offset);
-    if (!slot || position >= slot->bytes.size()) return 0;
-    const unsigned int count = std::min(size, slot->bytes.size() - position);
-    if (count != 0) std::memcpy(buffer, slot->bytes.view().data() + position, count);
-    return count;
+    if (!slot) return {};
+    const auto bytes = slot->bytes.view();
+    return {reinterpret_cast<const char*>(bytes.data()), static_cast<unsigned int>(bytes.size())};
+}
+
+void Core::write(unsigned int offset, unsigned int position, const void* data, unsigned int size, bool changed) {
+    const Attempt attempt{"change", offset};
+    if (changed) _refuseChange(attempt);
+    // As in update: objects may still count themselves on a record that the writing process has erased since.
+    if (!changed && _mode == tMode::kRead && !_find(offset)) return;
+    RecordSlot& slot = _existing(attempt);
+    if (std::uint64_t{position} + size > slot.bytes.size()) {
+        throw failure(attempt.text(), _name, "the bytes do not lie inside it");
+    }
+    _makeRoom(changed ? _changed : _counted);
+    slot.bytes.overwrite(position, data, size);
+    changed ? _noteContent(offset, slot) : _noteBookkeeping(offset, slot);
 }
 
 void Core::erase(unsigned int offset) {
@@ -148,24 +171,33 @@ void Core::erase(unsigned int offset) {
     _refuseChange(attempt);
     RecordSlot& slot = _existing(attempt);
     _makeRoom(_changed);
-    slot.bytes.clear();
+    _records.heap().release(slot.bytes);
     slot.place = tPlace::kGone;
     _noteContent(offset, slot);
 }
 
+// A thread finds its own id in the owner if it has put it there, whatever other threads do meanwhile.
 void Core::_takeGuard() {
-    std::unique_lock held(_guard);
-    if (_depth == 0 && _engine) {
-        const auto news = _ask({"take the guard of"}, [&] { return _engine->guardTaken(); });
-        if (news) _receive(*news);
+    const std::thread::id self = std::this_thread::get_id();
+    if (_owner.load(std::memory_order_relaxed) != self) {
+        std::unique_lock held(_guard);
+        if (_engine) _hearNews();
+        _owner.store(self, std::memory_order_relaxed);
+        held.release();
     }
     ++_depth;
-    held.release();
 }
 
 void Core::_giveGuard() noexcept {
-    if (--_depth == 0 && _engine) _engine->guardReleased();
+    if (--_depth != 0) return;
+    if (_engine) _engine->guardReleased();
+    _owner.store({}, std::memory_order_relaxed);
     _guard.unlock();
+}
+
+void Core::_hearNews() {
+    const auto news = _ask({"take the guard of"}, [&] { return _engine->guardTaken(); });
+    if (news) _receive(*news);
 }
 
 void Core::_receive(const Engine::News& news) {
@@ -177,6 +209,7 @@ void Core::_receive(const Engine::News& news) {
     for (const unsigned int offset : news.offsets) _records.forget(offset);
     _extent = news.header.extent;
     _version = news.header.version;
+    ++_contentChanges;
 }
 
 // The slot of a record that exists, brought in if it was not asked for before; null for any other offset. An offset
@@ -199,7 +232,7 @@ RecordSlot* Core::_bringIn(unsigned int offset) {
     const auto bytes = _ask({"read", offset}, [&] { return _engine->load(offset); });
     if (!bytes) return nullptr;
     RecordSlot& slot = _records.at(offset);
-    slot.bytes.assign(bytes->data(), static_cast<unsigned int>(bytes->size()));
+    _records.heap().assign(slot.bytes, bytes->data(), static_cast<unsigned int>(bytes->size()));
     slot.place = tPlace::kHere;
     return &slot;
 }
@@ -210,24 +243,24 @@ void Core::_refuseChange(const Attempt& attempt) const {
 }
 
 void Core::_refuseLength(const Attempt& attempt, unsigned long long size) const {
-    const unsigned int longest = _engine ? _engine->longestRecord() : UINT32_MAX;
-    if (size <= longest) return;
-    throw failure(attempt.text(), _name, "it would become longer than " + std::to_string(longest) + " bytes");
+    if (size <= _longest) return;
+    throw failure(attempt.text(), _name, "it would become longer than " + std::to_string(_longest) + " bytes");
 }
 
 // Lets the next note be taken without memory of its own.
 void Core::_makeRoom(std::vector<unsigned int>& list) const {
-    if (_engine && list.size() == list.capacity()) list.reserve(std::max<std::size_t>(64, list.size() * 2));
+    if (_keeps && list.size() == list.capacity()) list.reserve(std::max<std::size_t>(64, list.size() * 2));
 }
 
 void Core::_noteContent(unsigned int offset, RecordSlot& slot) noexcept {
-    if (!_engine || slot.changed) return;
+    ++_contentChanges;
+    if (!_keeps || slot.changed) return;
     slot.changed = true;
     _changed.push_back(offset);
 }
 
 void Core::_noteBookkeeping(unsigned int offset, RecordSlot& slot) noexcept {
-    if (!_engine || slot.counted) return;
+    if (!_keeps || slot.counted) return;
     slot.counted = true;
     _counted.push_back(offset);
 }
@@ -236,58 +269,55 @@ bool Core::_hasChanges() const {
     return !_changed.empty() || _versionChanged;
 }
 
-// The changes of content, as the records are now.
-Engine::Batch Core::_changes() {
-    std::sort(_changed.begin(), _changed.end());
-    Engine::Batch batch{{_extent, _version}, {}};
-    batch.changes.reserve(_changed.size());
-    for (const unsigned int offset : _changed) {
-        const RecordSlot& slot = _records.at(offset);
-        batch.changes.push_back({offset, slot.place == tPlace::kGone, slot.bytes.view()});
-    }
-    return batch;
-}
-
-// Adds the records that only bookkeeping has touched and that do not have their stored bytes again by now: a store that
-// was walked counts every record up and down, and is left as it was.
-void Core::_addBookkeeping(Engine::Batch& batch) {
-    for (const unsigned int offset : _counted) {
-        const RecordSlot& slot = _records.at(offset);
-        if (slot.changed || slot.place != tPlace::kHere) continue;
-        const auto stored = _engine->load(offset);
-        if (!stored || !equal(*stored, slot.bytes.view())) batch.changes.push_back({offset, false, slot.bytes.view()});
-    }
-    std::sort(batch.changes.begin(), batch.changes.end(),
-              [](const Engine::Change& a, const Engine::Change& b) { return a.offset < b.offset; });
-}
-
-// Hands a batch down. What became of it is unknown once that has failed, so nothing is handed down after.
-void Core::_commit(const Engine::Batch& batch) {
+// Hands all changes down. What became of them is unknown once that has failed, so nothing is handed down after.
+void Core::_commit() {
+    sort(_changed);
     try {
-        _ask({"flush"}, [&] { _engine->commit(batch); });
+        _ask({"flush"}, [&] {
+            _engine->commit({{_extent, _version}, _changed, [this](unsigned int offset) { return _change(offset); }});
+        });
     } catch (...) {
         _failure = std::current_exception();
         throw;
     }
 }
 
+Engine::Change Core::_change(unsigned int offset) noexcept {
+    const RecordSlot* slot = _records.find(offset);
+    return {slot->place == tPlace::kGone, slot->bytes.view()};
+}
+
+// Lists as changed the records that only bookkeeping has touched and that do not have their stored bytes again by now:
+// a store that was walked counts every record up and down, and is left as it was. They are compared in the order in
+// which they are stored, which is the cheapest.
+void Core::_addBookkeeping() {
+    sort(_counted);
+    for (const unsigned int offset : _counted) {
+        RecordSlot& slot = *_records.find(offset);
+        if (slot.changed || slot.place != tPlace::kHere) continue;
+        const auto stored = _engine->load(offset);
+        if (stored && equal(*stored, slot.bytes.view())) continue;
+        _changed.push_back(offset);
+        slot.changed = true;
+    }
+}
+
 // All changes of content have been stored, and with each record whatever bookkeeping had done to it.
 void Core::_settle() noexcept {
-    for (const unsigned int offset : _changed) _records.at(offset).changed = false;
+    for (const unsigned int offset : _changed) _records.find(offset)->changed = false;
     _changed.clear();
     _versionChanged = false;
 }
 
 void Core::_close() {
-    if (!_engine || _mode == tMode::kRead || _failure) return;
-    Engine::Batch batch = _changes();
-    const std::size_t content = batch.changes.size();
+    if (!_keeps || _failure) return;
+    const std::size_t content = _changed.size();
     try {
-        _addBookkeeping(batch);
+        _addBookkeeping();
     } catch (...) {
-        batch.changes.resize(content);  // what cannot be compared must not cost what has changed
+        _changed.resize(content);  // what cannot be compared must not cost what has changed
     }
-    if (!batch.changes.empty() || _versionChanged) _commit(batch);
+    if (_hasChanges()) _commit();
 }
 
 }  // namespace lumivard::platform::stores

@@ -1,9 +1,12 @@
 #pragma once
 
+#include <atomic>
+#include <cstdint>
 #include <exception>
 #include <memory>
 #include <mutex>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "lumivard/platform/core/storage/datastore/IDataStore.h"
@@ -48,7 +51,12 @@ public:
     void erase(unsigned int offset) override;
     core::storage::datastore::IRecordAccess* access() override { return this; }
 
-    unsigned int read(unsigned int offset, unsigned int position, void* buffer, unsigned int size) override;
+    tView view(unsigned int offset) override;
+    void write(unsigned int offset, unsigned int position, const void* data, unsigned int size, bool changed) override;
+    void enter() override { _takeGuard(); }
+    void leave() noexcept override { _giveGuard(); }
+    unsigned long long changes() const override { return _contentChanges; }
+    std::unique_ptr<IAttachment>& attachment() override { return _attachment; }
 
 private:
     class Guard;
@@ -66,6 +74,7 @@ private:
 
     void _takeGuard();
     void _giveGuard() noexcept;
+    void _hearNews();
     void _receive(const Engine::News& news);
 
     RecordSlot* _find(unsigned int offset);
@@ -80,16 +89,19 @@ private:
     void _noteBookkeeping(unsigned int offset, RecordSlot& slot) noexcept;
 
     bool _hasChanges() const;
-    Engine::Batch _changes();
-    void _addBookkeeping(Engine::Batch& batch);
-    void _commit(const Engine::Batch& batch);
+    Engine::Change _change(unsigned int offset) noexcept;
+    void _addBookkeeping();
+    void _commit();
     void _settle() noexcept;
     void _close();
 
     const std::string _name;
     const tMode _mode;
-    std::recursive_mutex _guard;
-    unsigned int _depth = 0;  // how often the thread that has the guard took it
+    const bool _keeps;                   // whether anything is ever handed down, so that changes are noted
+    unsigned int _longest = UINT32_MAX;  // bytes that a record may have
+    std::mutex _guard;
+    std::atomic<std::thread::id> _owner{};  // the thread that has the guard; written by that one alone
+    unsigned int _depth = 0;                // how often it took it
 
     RecordTable _records;
     unsigned long long _extent = 0;
@@ -98,6 +110,8 @@ private:
     std::vector<unsigned int> _changed;  // offsets whose slot is marked so; no offset twice
     std::vector<unsigned int> _counted;  // likewise
     std::exception_ptr _failure;         // what the flush threw that failed
+    unsigned long long _contentChanges = 0;
+    std::unique_ptr<IAttachment> _attachment;
 
     std::unique_ptr<Engine> _engine;
 };

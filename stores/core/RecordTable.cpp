@@ -2,7 +2,7 @@
 
 namespace lumivard::platform::stores {
 
-static_assert(sizeof(RecordSlot) <= 24, "there is one slot for each record of a store");
+static_assert(sizeof(RecordSlot) == 16, "there is one slot for each record of a store");
 
 RecordSlot& RecordTable::at(unsigned int offset) {
     const std::size_t number = offset / kPageSlots;
@@ -12,16 +12,10 @@ RecordSlot& RecordTable::at(unsigned int offset) {
     return (*page)[offset % kPageSlots];
 }
 
-RecordSlot* RecordTable::find(unsigned int offset) noexcept {
-    const std::size_t number = offset / kPageSlots;
-    if (number >= _pages.size() || !_pages[number]) return nullptr;
-    return &(*_pages[number])[offset % kPageSlots];
-}
-
 void RecordTable::forget(unsigned int offset) noexcept {
     RecordSlot* slot = find(offset);
     if (!slot) return;
-    slot->bytes.clear();
+    _heap.release(slot->bytes);
     slot->place = RecordSlot::tPlace::kAway;
     slot->changed = false;
     slot->counted = false;

@@ -4,7 +4,7 @@
 #include <memory>
 #include <vector>
 
-#include "stores/core/RecordBytes.h"
+#include "stores/core/RecordHeap.h"
 
 namespace lumivard::platform::stores {
 
@@ -16,13 +16,13 @@ struct RecordSlot {
         kGone   ///< names no record
     };
 
-    RecordBytes bytes;  ///< of a record that is here
+    [[no_unique_address]] RecordBytes bytes;  ///< of a record that is here
     tPlace place = tPlace::kAway;
     bool changed = false;  ///< content differs from what is stored; listed among the changes
     bool counted = false;  ///< was updated by bookkeeping alone; listed among those
 };
 
-/// All offsets of a store, found in constant time.
+/// All offsets of a store, found in constant time, and the memory of their records.
 ///
 /// Slots stand in pages that are made when they are first asked for and never move, so that no write ever pays for the
 /// number of records before it. Not thread-safe.
@@ -32,19 +32,30 @@ public:
     RecordSlot& at(unsigned int offset);
 
     /// The slot of an offset, or null where its page was never made.
-    RecordSlot* find(unsigned int offset) noexcept;
+    RecordSlot* find(unsigned int offset) noexcept {
+        const std::size_t number = offset / kPageSlots;
+        if (number >= _pages.size() || !_pages[number]) return nullptr;
+        return &(*_pages[number])[offset % kPageSlots];
+    }
 
     /// Puts an offset back to what it was before it was first asked for.
     void forget(unsigned int offset) noexcept;
 
     /// Forgets all offsets.
-    void clear() noexcept { _pages.clear(); }
+    void clear() noexcept {
+        _pages.clear();
+        _heap.clear();
+    }
+
+    /// Where the records lie.
+    RecordHeap& heap() noexcept { return _heap; }
 
 private:
     static constexpr unsigned int kPageSlots = 1024;
     using Page = std::array<RecordSlot, kPageSlots>;
 
     std::vector<std::unique_ptr<Page>> _pages;
+    RecordHeap _heap;
 };
 
 }  // namespace lumivard::platform::stores

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <span>
 #include <vector>
@@ -24,17 +25,17 @@ public:
         unsigned int version = 0;       ///< the number that IDataStore::version sets
     };
 
-    /// One record that differs from what is stored.
+    /// A record that differs from what is stored.
     struct Change {
-        unsigned int offset = 0;
         bool erased = false;               ///< the record is gone; it may never have been stored
         std::span<const std::byte> bytes;  ///< its whole contents otherwise
     };
 
-    /// What becomes durable together: each record at most once, by rising offset.
+    /// What becomes durable together. The changes are looked up as they are written: there may be very many.
     struct Batch {
         Header header;
-        std::vector<Change> changes;
+        std::span<const unsigned int> offsets;              ///< of the records that differ, rising, each once
+        std::function<Change(unsigned int offset)> change;  ///< of one of them; throws nothing
     };
 
     /// What others have committed since the snapshot before.

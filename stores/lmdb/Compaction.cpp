@@ -33,28 +33,35 @@ public:
         if (contents.size() > LmdbEngine::kLongest) {
             throw EngineError("record " + std::to_string(key) + " is too long for the newest format");
         }
-        lmdb::check(lmdb::put(_transaction, _records, key, contents, header::kFormat, MDB_APPEND));
+        lmdb::check(lmdb::put(_cursor, key, contents, header::kFormat, MDB_APPEND));
         _pending += contents.size();
         if (_pending < kBatch) return;
-        lmdb::check(lmdb::commit(std::move(_transaction)));
+        _commit();
         _begin();
     }
 
     void finish(const Engine::Header& header) {
         putHeader(_transaction, _records, header);
-        lmdb::check(lmdb::commit(std::move(_transaction)));
+        _commit();
     }
 
 private:
     void _begin() {
         _transaction = lmdb::begin(_environment, 0);
         _records = makeRecords(_transaction);
+        _cursor = lmdb::openCursor(_transaction, _records);
         _pending = 0;
+    }
+
+    void _commit() {
+        _cursor.reset();
+        lmdb::check(lmdb::commit(std::move(_transaction)));
     }
 
     const lmdb::Environment& _environment;
     lmdb::Transaction _transaction;
     MDB_dbi _records = 0;
+    lmdb::Cursor _cursor;
     std::size_t _pending = 0;
 };
 

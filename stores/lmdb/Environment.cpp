@@ -2,7 +2,9 @@
 
 #include <fcntl.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <cstring>
 #include <string>
 
 #include "stores/core/Failure.h"
@@ -71,13 +73,24 @@ Cursor openCursor(const Transaction& transaction, MDB_dbi database) {
     return Cursor(cursor);
 }
 
-int put(const Transaction& transaction, MDB_dbi database, std::uint64_t key, std::span<const std::byte> contents,
-        std::uint32_t format, unsigned int flags) {
+int put(const Cursor& cursor, std::uint64_t key, std::span<const std::byte> contents, std::uint32_t format,
+        unsigned int flags) {
     MDB_val keyBytes{sizeof key, &key};
     MDB_val value{contents.size() + storedValue::trailer(format), nullptr};
-    const int status = mdb_put(transaction.get(), database, &keyBytes, &value, flags | MDB_RESERVE);
+    const int status = mdb_cursor_put(cursor.get(), &keyBytes, &value, flags | MDB_RESERVE);
     if (status == MDB_SUCCESS) storedValue::put(static_cast<std::byte*>(value.mv_data), key, contents, format);
     return status;
+}
+
+Entry move(const Cursor& cursor, MDB_cursor_op operation, std::uint64_t key) noexcept {
+    MDB_val keyBytes{sizeof key, &key};
+    MDB_val value{};
+    const int status = mdb_cursor_get(cursor.get(), &keyBytes, &value, operation);
+    if (status != MDB_SUCCESS) return {status};
+    Entry entry;
+    std::memcpy(&entry.key, keyBytes.mv_data, std::min(keyBytes.mv_size, sizeof entry.key));
+    entry.value = {static_cast<const std::byte*>(value.mv_data), value.mv_size};
+    return entry;
 }
 
 int commit(Transaction transaction) noexcept {

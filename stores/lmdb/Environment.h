@@ -43,13 +43,21 @@ Environment openEnvironment(const std::filesystem::path& path, unsigned int flag
 /// Begins a transaction; `flags` is 0 or MDB_RDONLY.
 Transaction begin(const Environment& environment, unsigned int flags);
 
-/// Opens a cursor, which must go before its transaction does.
+/// Opens a cursor, which must be closed before its transaction ends.
 Cursor openCursor(const Transaction& transaction, MDB_dbi database);
 
-/// Puts a record's contents under its key, with what the format of the file adds to them; `flags` as for mdb_put. Gives
-/// LMDB's status.
-int put(const Transaction& transaction, MDB_dbi database, std::uint64_t key, std::span<const std::byte> contents,
-        std::uint32_t format, unsigned int flags = 0);
+/// Puts a record's contents under its key, with what the format of the file adds to them; `flags` as for
+/// mdb_cursor_put. Gives LMDB's status. Cheap for keys that rise, of which the cursor knows the page.
+int put(const Cursor& cursor, std::uint64_t key, std::span<const std::byte> contents, std::uint32_t format,
+        unsigned int flags = 0);
+
+/// Moves a cursor and gives the key and the value that it has come to, or LMDB's status.
+struct Entry {
+    int status = MDB_SUCCESS;
+    std::uint64_t key = 0;
+    std::span<const std::byte> value{};
+};
+Entry move(const Cursor& cursor, MDB_cursor_op operation, std::uint64_t key = 0) noexcept;
 
 /// Ends a transaction durably and gives LMDB's status.
 int commit(Transaction transaction) noexcept;

@@ -34,7 +34,8 @@ MDB_dbi makeRecords(const lmdb::Transaction& transaction) {
 
 void putHeader(const lmdb::Transaction& transaction, MDB_dbi records, const Engine::Header& header) {
     const auto contents = header::encode({header, mdb_txn_id(transaction.get()), header::kFormat});
-    lmdb::check(lmdb::put(transaction, records, header::kKey, contents, header::kFormat, MDB_APPEND));
+    const lmdb::Cursor cursor = lmdb::openCursor(transaction, records);
+    lmdb::check(lmdb::put(cursor, header::kKey, contents, header::kFormat, MDB_APPEND));
 }
 
 void createStoreFile(const fs::path& path, std::optional<long> fileSystem) {

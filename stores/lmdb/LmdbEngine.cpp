@@ -6,11 +6,11 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdint>
-#include <cstring>
 
 #include "stores/core/Failure.h"
 #include "stores/engine/EngineError.h"
 #include "stores/lmdb/FileCreation.h"
+#include "stores/lmdb/Forks.h"
 #include "stores/lmdb/HeaderFormat.h"
 #include "stores/lmdb/OlderMeta.h"
 #include "stores/lmdb/StoredValue.h"
@@ -22,6 +22,8 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr unsigned long long kSmallestMap = 1ULL << 30;  // address space, not memory
+
+constexpr char kOfParent[] = "it was opened by the parent of this process and is of no use here";
 
 std::size_t firstMapSize(const LmdbEngine::Settings& settings, unsigned long long fileSize) {
     if (settings.mapSize != 0) return settings.mapSize;
@@ -35,13 +37,44 @@ fs::path findOrCreate(const fs::path& path, tMode mode, std::optional<long> file
     return real;
 }
 
-std::span<const std::byte> bytesOf(const MDB_val& value) {
-    return {static_cast<const std::byte*>(value.mv_data), value.mv_size};
+// On a page the records lie from its end to its beginning. No processor guesses that in time for the first ones, and
+// the checksum waits for every byte.
+void prefetchFollowing(std::span<const std::byte> value) {
+    constexpr std::size_t kLine = 64;
+    constexpr std::size_t kAhead = 1024;
+    for (std::size_t at = 0; at < std::min<std::size_t>(value.size(), 256); at += kLine)
+        __builtin_prefetch(value.data() - kAhead + at);
+}
+
+// Removes a record, which need not be there.
+int remove(const lmdb::Cursor& cursor, std::uint64_t key) {
+    const int status = lmdb::move(cursor, MDB_SET, key).status;
+    if (status == MDB_NOTFOUND) return MDB_SUCCESS;
+    return status == MDB_SUCCESS ? mdb_cursor_del(cursor.get(), 0) : status;
+}
+
+// The key behind that of the last record; where something stands behind the header, which is not ours, no record comes
+// behind that key.
+int findEnd(const lmdb::Cursor& cursor, std::uint64_t& end) {
+    end = header::kKey;
+    lmdb::Entry entry = lmdb::move(cursor, MDB_LAST);
+    if (entry.status != MDB_SUCCESS || entry.key != header::kKey) return entry.status;
+    entry = lmdb::move(cursor, MDB_PREV);
+    if (entry.status != MDB_SUCCESS && entry.status != MDB_NOTFOUND) return entry.status;
+    end = entry.status == MDB_SUCCESS ? entry.key + 1 : 0;
+    return MDB_SUCCESS;
+}
+
+// Whether there are records in a batch that come to stand behind that key.
+bool appendsTo(std::uint64_t end, const Engine::Batch& batch) {
+    const auto first = std::lower_bound(batch.offsets.begin(), batch.offsets.end(), end);
+    return std::any_of(first, batch.offsets.end(), [&](unsigned int offset) { return !batch.change(offset).erased; });
 }
 
 }  // namespace
 
 LmdbEngine::LmdbEngine(const fs::path& path, tMode mode, const Settings& settings) : _mode(mode), _process(::getpid()) {
+    forks::watch();
     const fs::path real = findOrCreate(path, mode, settings.fileSystem);
     _file.emplace(real, mode, settings.fileSystem);
     const FileReport report = lmdb::verifyHeader(_file->descriptor());
@@ -73,32 +106,31 @@ FileReport LmdbEngine::verify(bool values) {
 
 void LmdbEngine::forEachRecord(const std::function<void(std::uint64_t, std::span<const std::byte>)>& visit) {
     _requireUsable();
-    const lmdb::Cursor cursor = lmdb::openCursor(_snapshot, _records);
-    MDB_val keyBytes{};
-    MDB_val value{};
-    int status = mdb_cursor_get(cursor.get(), &keyBytes, &value, MDB_FIRST);
-    for (; status == MDB_SUCCESS; status = mdb_cursor_get(cursor.get(), &keyBytes, &value, MDB_NEXT)) {
-        std::uint64_t key = 0;
-        std::memcpy(&key, keyBytes.mv_data, std::min(keyBytes.mv_size, sizeof key));
-        if (key != header::kKey) visit(key, storedValue::contents(key, bytesOf(value), _format));
+    _next = kNoKey;
+    lmdb::Entry entry = lmdb::move(_cursor, MDB_FIRST);
+    for (; entry.status == MDB_SUCCESS; entry = lmdb::move(_cursor, MDB_NEXT)) {
+        if (entry.key != header::kKey) visit(entry.key, storedValue::contents(entry.key, entry.value, _format));
     }
-    if (status != MDB_NOTFOUND) lmdb::check(status);
+    if (entry.status != MDB_NOTFOUND) lmdb::check(entry.status);
 }
 
 LmdbEngine::~LmdbEngine() {
     if (::getpid() == _process) return;
     // A child made by fork(): what it would tidy up here is shared with its parent, which goes on using it.
+    static_cast<void>(_cursor.release());
     static_cast<void>(_snapshot.release());
     static_cast<void>(_environment.release());
 }
 
 Engine::Header LmdbEngine::header() {
+    _requireUsable();
     const auto value = _get(header::kKey);
     if (!value) throw EngineError(header::kMissing);
     return header::decode(*value, value->size()).header;
 }
 
 std::optional<std::span<const std::byte>> LmdbEngine::load(unsigned int offset) {
+    _requireUsable();
     const auto value = _get(offset);
     if (value) return storedValue::contents(offset, *value, _format);
     _requireGap(offset);
@@ -107,6 +139,7 @@ std::optional<std::span<const std::byte>> LmdbEngine::load(unsigned int offset) 
 
 void LmdbEngine::commit(const Batch& batch) {
     _requireUsable();
+    if (::getpid() != _process) throw EngineError(kOfParent);  // however it became a process of its own
     int status = _write(batch);
     for (; status == MDB_MAP_FULL; status = _write(batch)) _growMap();
     lmdb::check(status);
@@ -128,39 +161,45 @@ std::optional<Engine::News> LmdbEngine::guardTaken() {
 }
 
 void LmdbEngine::_requireUsable() const {
-    if (::getpid() != _process) throw EngineError("it was opened by the parent of this process and is of no use here");
+    if (_forks != forks::count()) throw EngineError(kOfParent);
     if (!_mapped) throw EngineError("its file could not be mapped into memory");
 }
 
-std::optional<std::span<const std::byte>> LmdbEngine::_get(std::uint64_t key) const {
-    _requireUsable();
-    MDB_val keyBytes{sizeof key, &key};
-    MDB_val value{};
-    const int status = mdb_get(_snapshot.get(), _records, &keyBytes, &value);
-    if (status == MDB_NOTFOUND) return std::nullopt;
-    lmdb::check(status);
-    return bytesOf(value);
+// Whoever goes through a file asks for one record after the other: the next one is where the cursor goes in one step,
+// and others on its page cost no search through the tree.
+std::optional<std::span<const std::byte>> LmdbEngine::_get(std::uint64_t key) {
+    if (key == _next) {
+        const lmdb::Entry entry = lmdb::move(_cursor, MDB_NEXT);
+        if (entry.status == MDB_SUCCESS && entry.key == key) {
+            ++_next;
+            prefetchFollowing(entry.value);
+            return entry.value;
+        }
+    }
+    _next = kNoKey;
+    const lmdb::Entry entry = lmdb::move(_cursor, MDB_SET, key);
+    if (entry.status == MDB_NOTFOUND) return std::nullopt;
+    lmdb::check(entry.status);
+    _next = key + 1;
+    return entry.value;
 }
 
 // A record whose key was changed by something else is not found by its number. It lies where that number would be, and
 // has a checksum that its new key does not fit: so both neighbours of a record that is missing have to be sound.
 void LmdbEngine::_requireGap(std::uint64_t key) {
     if (_gap.first <= key && key < _gap.second) return;
-    const lmdb::Cursor cursor = lmdb::openCursor(_snapshot, _records);
-    MDB_val keyBytes{sizeof key, &key};
-    MDB_val value{};
-    const auto soundKey = [&] {
-        std::uint64_t found = 0;
-        std::memcpy(&found, keyBytes.mv_data, std::min(keyBytes.mv_size, sizeof found));
-        storedValue::contents(found, bytesOf(value), _format);
-        return found;
-    };
+    _next = kNoKey;
     std::pair<std::uint64_t, std::uint64_t> gap{0, 0};
-    lmdb::check(mdb_cursor_get(cursor.get(), &keyBytes, &value, MDB_SET_RANGE));  // there is always the header
-    gap.second = soundKey();
-    const int status = mdb_cursor_get(cursor.get(), &keyBytes, &value, MDB_PREV);
-    if (status == MDB_SUCCESS) gap.first = soundKey() + 1;
-    if (status != MDB_NOTFOUND) lmdb::check(status);
+    const lmdb::Entry after = lmdb::move(_cursor, MDB_SET_RANGE, key);
+    lmdb::check(after.status);  // there is always the header
+    storedValue::contents(after.key, after.value, _format);
+    gap.second = after.key;
+    const lmdb::Entry before = lmdb::move(_cursor, MDB_PREV);
+    if (before.status == MDB_SUCCESS) {
+        storedValue::contents(before.key, before.value, _format);
+        gap.first = before.key + 1;
+    }
+    if (before.status != MDB_NOTFOUND) lmdb::check(before.status);
     if (key < gap.first || key >= gap.second) throw EngineError("it is damaged: its records are out of order");
     _gap = gap;
 }
@@ -168,26 +207,33 @@ void LmdbEngine::_requireGap(std::uint64_t key) {
 // One attempt at a whole batch. Gives LMDB's status: with any but MDB_SUCCESS nothing has been written.
 int LmdbEngine::_write(const Batch& batch) {
     lmdb::Transaction transaction = lmdb::begin(_environment, 0);
-    const auto put = [&](std::uint64_t key, std::span<const std::byte> bytes) {
-        return lmdb::put(transaction, _records, key, bytes, _format);
-    };
-    const auto remove = [&](std::uint64_t key) {
-        MDB_val keyBytes{sizeof key, &key};
-        const int status = mdb_del(transaction.get(), _records, &keyBytes, nullptr);
-        return status == MDB_NOTFOUND ? MDB_SUCCESS : status;
-    };
-    for (const Change& change : batch.changes) {
-        const int status = change.erased ? remove(change.offset) : put(change.offset, change.bytes);
-        if (status != MDB_SUCCESS) return status;
-    }
-    const auto value = header::encode({batch.header, mdb_txn_id(transaction.get()), _format});
-    if (const int status = put(header::kKey, value); status != MDB_SUCCESS) return status;
-    MDB_stat statistics = {};
-    lmdb::check(mdb_stat(transaction.get(), _records, &statistics));
-    const lmdb::OlderMeta older(_file->descriptor(), mdb_txn_id(transaction.get()), statistics.ms_psize);
+    const std::size_t number = mdb_txn_id(transaction.get());
+    if (const int status = _writeRecords(transaction, batch); status != MDB_SUCCESS) return status;
+    const lmdb::OlderMeta older(_file->descriptor(), number, _pageSize);
     const int status = lmdb::commit(std::move(transaction));
     if (status != MDB_SUCCESS) older.restore();
     return status;
+}
+
+// The header has the largest of all keys, so that each new record would be put before it and split a page in two
+// halves, of which the first is never filled. So it goes first, if there are new records, and comes back behind them.
+int LmdbEngine::_writeRecords(const lmdb::Transaction& transaction, const Batch& batch) const {
+    const lmdb::Cursor cursor = lmdb::openCursor(transaction, _records);
+    std::uint64_t end = 0;
+    if (const int status = findEnd(cursor, end); status != MDB_SUCCESS) return status;
+    const bool appends = appendsTo(end, batch);
+    if (appends) {
+        if (const int status = remove(cursor, header::kKey); status != MDB_SUCCESS) return status;
+    }
+    for (const unsigned int offset : batch.offsets) {
+        const Change change = batch.change(offset);
+        const unsigned int flags = offset >= end ? MDB_APPEND : 0;
+        const int status =
+            change.erased ? remove(cursor, offset) : lmdb::put(cursor, offset, change.bytes, _format, flags);
+        if (status != MDB_SUCCESS) return status;
+    }
+    const auto value = header::encode({batch.header, mdb_txn_id(transaction.get()), _format});
+    return lmdb::put(cursor, header::kKey, value, _format, appends ? MDB_APPEND : 0);
 }
 
 void LmdbEngine::_beginReading() {
@@ -213,15 +259,21 @@ void LmdbEngine::_openDatabase() {
     lmdb::check(mdb_dbi_open(_snapshot.get(), nullptr, 0, &_records));
     lmdb::check(mdb_dbi_flags(_snapshot.get(), _records, &flags));
     if (flags != MDB_INTEGERKEY) throw EngineError(header::kMissing);
+    MDB_stat statistics = {};
+    lmdb::check(mdb_stat(_snapshot.get(), _records, &statistics));
+    _pageSize = statistics.ms_psize;
+    _cursor = lmdb::openCursor(_snapshot, _records);
 }
 
 // Moves the snapshot to the last commit. A reader's map follows when the writer has outgrown it.
 void LmdbEngine::_renew() {
     _gap = {};
+    _next = kNoKey;
     mdb_txn_reset(_snapshot.get());
     int status = mdb_txn_renew(_snapshot.get());
     for (; status == MDB_MAP_RESIZED; status = mdb_txn_renew(_snapshot.get())) _followMap();
     lmdb::check(status);
+    if (_cursor) lmdb::check(mdb_cursor_renew(_snapshot.get(), _cursor.get()));
 }
 
 // Doubles the map. The snapshot, which points into it, is put down and taken up again at the same commit.

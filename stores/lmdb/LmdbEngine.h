@@ -13,6 +13,7 @@
 #include "stores/engine/Engine.h"
 #include "stores/lmdb/Environment.h"
 #include "stores/lmdb/FileHandle.h"
+#include "stores/lmdb/Forks.h"
 #include "stores/lmdb/LockFile.h"
 #include "stores/lmdb/StoredValue.h"
 
@@ -58,9 +59,10 @@ public:
 
 private:
     void _requireUsable() const;
-    std::optional<std::span<const std::byte>> _get(std::uint64_t key) const;
+    std::optional<std::span<const std::byte>> _get(std::uint64_t key);
     void _requireGap(std::uint64_t key);
     int _write(const Batch& batch);
+    int _writeRecords(const lmdb::Transaction& transaction, const Batch& batch) const;
     void _beginReading();
     void _takeOverFromDeadWriter();
     void _openDatabase();
@@ -70,16 +72,22 @@ private:
     std::size_t _mapSize() const;
     void _followMap();
 
+    static constexpr std::uint64_t kNoKey = UINT64_MAX;
+
     const tMode _mode;
     const pid_t _process;
+    const unsigned long _forks = forks::count();
     std::optional<FileHandle> _file;
     std::optional<LockFile> _lock;
     lmdb::Environment _environment;
     lmdb::Transaction _snapshot;
     MDB_dbi _records = 0;
+    lmdb::Cursor _cursor;  // on the snapshot
+    std::size_t _pageSize = 0;
     std::uint32_t _format = 0;
     std::size_t _told = 0;                         // the commit that guardTaken has last told of
     std::pair<std::uint64_t, std::uint64_t> _gap;  // keys from and to which the snapshot is known to have none
+    std::uint64_t _next = kNoKey;                  // the key behind the one that the cursor stands at, if it does
     bool _mapped = true;
 };
 

@@ -23,7 +23,6 @@ namespace lumivard::platform::store_contract {
 namespace {
 
 using core::storage::datastore::IDataStore;
-using tMake = Breakage (*)();
 
 std::string all(ForgetfulStore& store, unsigned int offset) {
     std::string bytes(store.size(offset), '\0');
@@ -33,13 +32,6 @@ std::string all(ForgetfulStore& store, unsigned int offset) {
 
 unsigned int length(const std::string& bytes) {
     return static_cast<unsigned int>(bytes.size());
-}
-
-// A sound way of giving parts.
-unsigned int part(ForgetfulStore& store, unsigned int offset, unsigned int position, void* buffer, unsigned int size) {
-    const std::string bytes = all(store, offset);
-    if (position >= bytes.size()) return 0;
-    return static_cast<unsigned int>(bytes.copy(static_cast<char*>(buffer), size, position));
 }
 
 // The beginning of the machine word that an address lies in.
@@ -106,8 +98,8 @@ private:
     std::unique_ptr<IDataStore::ILock> _held;
 };
 
-const std::map<std::string, tMake> kBreakages = {
-    {"sound", [] { return Breakage{.part = part}; }},
+const std::map<std::string, tMakeBreakage> kBreakages = {
+    {"sound", [] { return Breakage{}; }},
     {"offsets_from_one",
      [] {
          return Breakage{.create = [](auto& store, const void* data, unsigned int size) {
@@ -274,30 +266,6 @@ const std::map<std::string, tMake> kBreakages = {
      [] { return Breakage{.lock = [](auto& store) { return new HastyGuard(store); }}; }},
     {"guard_ends_with_the_outer_one",
      [] { return Breakage{.lock = [](auto& store) { return new OuterGuard(store); }}; }},
-    {"part_ignores_its_position",
-     [] {
-         return Breakage{.part = [](auto& store, unsigned int offset, unsigned int, void* buffer, unsigned int size) {
-             return part(store, offset, 0, buffer, size);
-         }};
-     }},
-    {"part_beyond_the_end_wraps_around",
-     [] {
-         return Breakage{
-             .part = [](auto& store, unsigned int offset, unsigned int position, void* buffer, unsigned int size) {
-                 const unsigned int count = store.size(offset);
-                 return part(store, offset, count == 0 ? 0 : position % count, buffer, size);
-             }};
-     }},
-    {"parts_are_stale",
-     [] {
-         return Breakage{
-             .part = [known = std::make_shared<std::map<unsigned int, std::string>>()](
-                         auto& store, unsigned int offset, unsigned int position, void* buffer, unsigned int size) {
-                 const std::string& bytes = known->try_emplace(offset, all(store, offset)).first->second;
-                 if (position >= bytes.size()) return 0U;
-                 return static_cast<unsigned int>(bytes.copy(static_cast<char*>(buffer), size, position));
-             }};
-     }},
     {"append_of_nothing_adds_a_byte",
      [] {
          return Breakage{.append = [](auto& store, unsigned int offset, const void* data, unsigned int size) {
@@ -376,15 +344,6 @@ const std::map<std::string, tMake> kBreakages = {
     {"extent_counts_the_version", [] { return Breakage{.extent = [](auto& store) { return store.extent() + 1; }}; }},
     {"flush_forgets_the_version",
      [] { return Breakage{.flush = [](auto& store) { store.flush(), store.version(0); }}; }},
-    {"part_of_no_record_is_a_zero",
-     [] {
-         return Breakage{
-             .part = [](auto& store, unsigned int offset, unsigned int position, void* buffer, unsigned int size) {
-                 if (store.size(offset) != 0 || !buffer) return part(store, offset, position, buffer, size);
-                 *static_cast<char*>(buffer) = '\0';
-                 return 1U;
-             }};
-     }},
     {"read_takes_the_record_away",
      [] {
          return Breakage{.read = [](auto& store, unsigned int offset, void* buffer, unsigned int size) {
@@ -454,7 +413,7 @@ const std::map<std::string, tMake> kBreakages = {
      }},
 };
 
-tMake chosen = nullptr;
+tMakeBreakage chosen = nullptr;
 
 class BrokenSubject final : public ISubject {
 public:
@@ -495,10 +454,12 @@ int main(int argc, char** argv) {
     using namespace lumivard::platform::store_contract;
     testing::InitGoogleTest(&argc, argv);
     if (argc > 1 && std::string(argv[1]) == "sentences") return missing({argv + 2, argv + argc}) == 0 ? 0 : 1;
-    const auto breakage = argc == 2 ? kBreakages.find(argv[1]) : kBreakages.end();
-    if (breakage == kBreakages.end()) {
+    auto all = kBreakages;
+    all.insert(brokenAccesses().begin(), brokenAccesses().end());
+    const auto breakage = argc == 2 ? all.find(argv[1]) : all.end();
+    if (breakage == all.end()) {
         std::cerr << "usage: lvp_broken_stores <breakage>, which is one of";
-        for (const auto& [name, make] : kBreakages) std::cerr << ' ' << name;
+        for (const auto& [name, make] : all) std::cerr << ' ' << name;
         std::cerr << '\n';
         return 2;
     }

@@ -11,9 +11,8 @@ using core::storage::datastore::IDataStore;
 using core::storage::datastore::IRecordAccess;
 
 // What a message calls a kind of call, in the order of their bits.
-constexpr const char* kNames[] = {"lock",          "flush",  "version (set)",        "version", "extent", "create",
-                                  "append",        "update", "update (bookkeeping)", "size",    "read",   "erase",
-                                  "read of a part"};
+constexpr const char* kNames[] = {"lock",   "flush",       "version (set)", "version", "extent", "create", "append",
+                                  "update", "bookkeeping", "size",          "read",    "erase",  "view",   "write"};
 
 unsigned int placeOf(FailingStore::tCalls kind) {
     return static_cast<unsigned int>(std::countr_zero(kind));
@@ -131,9 +130,32 @@ IRecordAccess* FailingStore::access() {
     return _offers == tAccess::kOffered && under().access() ? &_access : nullptr;
 }
 
-unsigned int FailingStore::Access::read(unsigned int offset, unsigned int position, void* buffer, unsigned int size) {
-    _store._pass(kPartRead);
-    return _store.under().access()->read(offset, position, buffer, size);
+IRecordAccess::tView FailingStore::Access::view(unsigned int offset) {
+    _store._pass(kView);
+    return _under().view(offset);
+}
+
+void FailingStore::Access::write(unsigned int offset, unsigned int position, const void* data, unsigned int size,
+                                 bool changed) {
+    _store._pass(changed ? kWrite : kBookkeeping);
+    _under().write(offset, position, data, size, changed);
+}
+
+void FailingStore::Access::enter() {
+    _store._pass(kLock);
+    _under().enter();
+}
+
+void FailingStore::Access::leave() noexcept {
+    _under().leave();
+}
+
+unsigned long long FailingStore::Access::changes() const {
+    return _under().changes();
+}
+
+std::unique_ptr<IRecordAccess::IAttachment>& FailingStore::Access::attachment() {
+    return _under().attachment();
 }
 
 }  // namespace lumivard::platform::store_contract

@@ -12,10 +12,13 @@
 namespace lumivard::platform::store_contract {
 namespace {
 
+using core::storage::datastore::IRecordAccess;
 using testing::HasSubstr;
 using testing::ThrowsMessage;
 using tTimes = FailingStore::tTimes;
 using tThrown = FailingStore::tThrown;
+
+constexpr unsigned int kKinds = 14;  // of calls
 
 class Failing : public testing::Test {
 protected:
@@ -30,7 +33,10 @@ protected:
         store.update(0, "d", 1, false);
         store.size(0);
         store.read(0, &byte, 1);
-        if (store.access()) store.access()->read(0, 0, &byte, 1);
+        if (auto* const access = store.access()) {
+            access->view(0);
+            access->write(0, 0, "f", 1, true);
+        }
         store.erase(store.create("e", 1));
         store.flush();
     }
@@ -81,20 +87,20 @@ TEST_F(Failing, LeavesTheStoreBelowAsItWas) {
 }
 
 TEST_F(Failing, TellsEachKindOfCallFromTheOthers) {
-    for (unsigned int bit = 0; bit < 13; ++bit) {
+    for (unsigned int bit = 0; bit < kKinds; ++bit) {
         _store.failAfter(0, 1u << bit);
         EXPECT_THROW(callEach(_store), InjectedFailure) << bit;
         EXPECT_EQ(_store.count(1u << bit), 1) << bit;
         _store.failAfter(0, FailingStore::kAllCalls & ~(1u << bit));
         EXPECT_THROW(callEach(_store), InjectedFailure) << bit;
     }
-    EXPECT_EQ(FailingStore::kAllCalls, (1u << 13) - 1);
+    EXPECT_EQ(FailingStore::kAllCalls, (1u << kKinds) - 1);
 }
 
 TEST_F(Failing, CountsEachCallOnceAlsoWhereNothingFails) {
     callEach(_store);
-    for (unsigned int bit = 0; bit < 13; ++bit) EXPECT_EQ(_store.count(1u << bit), 1) << bit;
-    EXPECT_EQ(_store.count(), 13);
+    for (unsigned int bit = 0; bit < kKinds; ++bit) EXPECT_EQ(_store.count(1u << bit), 1) << bit;
+    EXPECT_EQ(_store.count(), kKinds);
 }
 
 TEST_F(Failing, FailsEachCallOfAPieceOfWorkInTurn) {
@@ -107,7 +113,7 @@ TEST_F(Failing, FailsEachCallOfAPieceOfWorkInTurn) {
         }
         if (_store.failed() == 0) break;
     }
-    EXPECT_EQ(k, 13);
+    EXPECT_EQ(k, kKinds);
 }
 
 TEST_F(Failing, MayBeTakenForAStoreThatRanOutOfMemory) {
@@ -117,8 +123,33 @@ TEST_F(Failing, MayBeTakenForAStoreThatRanOutOfMemory) {
 
 TEST_F(Failing, SaysWhichCallItWas) {
     _store.failAfter(0, FailingStore::kBookkeeping);
-    EXPECT_THAT([this] { _store.update(0, "x", 1, false); },
-                ThrowsMessage<InjectedFailure>(HasSubstr("update (bookkeeping)")));
+    EXPECT_THAT([this] { _store.update(0, "x", 1, false); }, ThrowsMessage<InjectedFailure>(HasSubstr("bookkeeping")));
+}
+
+TEST_F(Failing, TakesEnteringForTakingAGuard) {
+    _store.failAfter(1, FailingStore::kLock, tTimes::kOnce);
+    delete _store.lock();
+    EXPECT_THROW(_store.access()->enter(), InjectedFailure);
+    EXPECT_NO_THROW(_store.access()->enter());
+    _store.access()->leave();
+    EXPECT_EQ(_store.count(FailingStore::kLock), 3);
+}
+
+TEST_F(Failing, TellsAWriteOfContentFromOneOfBookkeeping) {
+    _store.failAfter(0, FailingStore::kBookkeeping);
+    EXPECT_NO_THROW(_store.access()->write(0, 0, "x", 1, true));
+    EXPECT_THROW(_store.access()->write(0, 0, "y", 1, false), InjectedFailure);
+    _store.failAfter(0, FailingStore::kChanges);
+    EXPECT_NO_THROW(_store.access()->write(0, 0, "z", 1, false));
+    EXPECT_THROW(_store.access()->write(0, 0, "y", 1, true), InjectedFailure);
+    EXPECT_EQ(*_under->access()->view(0).data, 'z');
+}
+
+TEST_F(Failing, CountsNeitherChangesNorTheAttachmentWhichAreThoseOfTheStoreBelow) {
+    IRecordAccess* const access = _store.access();
+    EXPECT_EQ(access->changes(), _under->access()->changes());
+    EXPECT_EQ(&access->attachment(), &_under->access()->attachment());
+    EXPECT_EQ(_store.count(), 0);
 }
 
 TEST_F(Failing, OffersAccessWhereItIsAskedToAndTheStoreBelowDoes) {

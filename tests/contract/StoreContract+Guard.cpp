@@ -19,7 +19,10 @@ using tGuard = std::unique_ptr<IDataStore::ILock>;
 /// out: it ends with its thread, which waits for that guard.
 class Contender {
 public:
-    explicit Contender(IDataStore& store) : _thread([this, &store] { _run(store); }) {}
+    enum class tWay { kLocks, kEnters };
+
+    explicit Contender(IDataStore& store, tWay way = tWay::kLocks)
+        : _thread([this, &store, way] { way == tWay::kLocks ? _lock(store) : _enter(store); }) {}
     ~Contender() { gotIn(); }
 
     /// Whether it has got the guard, after many turns in which it could have taken it.
@@ -36,7 +39,7 @@ public:
     }
 
 private:
-    void _run(IDataStore& store) {
+    void _lock(IDataStore& store) {
         _asks = true;
         try {
             const tGuard guard(store.lock());
@@ -45,10 +48,31 @@ private:
         }
     }
 
+    void _enter(IDataStore& store) {
+        _asks = true;
+        try {
+            store.access()->enter();
+            _has = true;
+            store.access()->leave();
+        } catch (const std::exception&) {
+        }
+    }
+
     std::atomic<bool> _asks{false};
     std::atomic<bool> _has{false};
     std::thread _thread;
 };
+
+// How many threads add 1 to the number in a record, and how often each does.
+constexpr unsigned int kThreads = 8;
+constexpr unsigned int kRounds = 500;
+
+void addOne(IDataStore& store, unsigned int counter) {
+    unsigned int value = 0;
+    store.read(counter, &value, sizeof value);
+    ++value;
+    store.update(counter, &value, sizeof value, true);
+}
 
 }  // namespace
 
@@ -151,8 +175,6 @@ TEST_P(StoreContract, AGuardIsGivenBackOnUnwinding) {
 
 TEST_P(StoreContract, TheGuardExcludesOtherThreads) {
     if (!tGuard(store().lock())) GTEST_SKIP() << "this store needs no locking";
-    constexpr unsigned int kThreads = 8;
-    constexpr unsigned int kRounds = 500;
     const unsigned int zero = 0;
     const unsigned int counter = store().create(&zero, sizeof zero);
     std::vector<std::thread> threads;
@@ -160,10 +182,109 @@ TEST_P(StoreContract, TheGuardExcludesOtherThreads) {
         threads.emplace_back([&] {
             for (unsigned int round = 0; round < kRounds; ++round) {
                 const tGuard guard(store().lock());
-                unsigned int value = 0;
-                store().read(counter, &value, sizeof value);
-                ++value;
-                store().update(counter, &value, sizeof value, true);
+                addOne(store(), counter);
+            }
+        });
+    }
+    for (std::thread& thread : threads) thread.join();
+    unsigned int value = 0;
+    store().read(counter, &value, sizeof value);
+    EXPECT_EQ(value, kThreads * kRounds);
+}
+
+// --- the guard without an object
+
+TEST_P(StoreContract, EnteringNestsWithItselfAndWithGuards) {
+    LVP_SKIP_WITHOUT_ACCESS();
+    auto* const access = store().access();
+    access->enter();
+    access->enter();
+    {
+        const tGuard guard(store().lock());
+        access->enter();
+        EXPECT_EQ(create("deep inside"), 0U);
+        access->leave();
+    }
+    access->leave();
+    access->leave();
+    std::thread([&] { delete store().lock(); }).join();
+}
+
+TEST_P(StoreContract, WhoHasEnteredKeepsOthersOutWhoEnter) {
+    LVP_SKIP_WITHOUT_ACCESS();
+    if (!tGuard(store().lock())) GTEST_SKIP() << "this store needs no locking";
+    std::optional<Contender> other;
+    store().access()->enter();
+    other.emplace(store(), Contender::tWay::kEnters);
+    EXPECT_FALSE(other->getsIn());
+    store().access()->leave();
+    EXPECT_TRUE(other->gotIn());
+}
+
+TEST_P(StoreContract, WhoHasEnteredKeepsOthersOutWhoLock) {
+    LVP_SKIP_WITHOUT_ACCESS();
+    if (!tGuard(store().lock())) GTEST_SKIP() << "this store needs no locking";
+    std::optional<Contender> other;
+    store().access()->enter();
+    other.emplace(store());
+    EXPECT_FALSE(other->getsIn());
+    store().access()->leave();
+    EXPECT_TRUE(other->gotIn());
+}
+
+TEST_P(StoreContract, AGuardKeepsOthersOutWhoEnter) {
+    LVP_SKIP_WITHOUT_ACCESS();
+    std::optional<Contender> other;
+    tGuard guard(store().lock());
+    if (!guard) GTEST_SKIP() << "this store needs no locking";
+    other.emplace(store(), Contender::tWay::kEnters);
+    EXPECT_FALSE(other->getsIn());
+    guard.reset();
+    EXPECT_TRUE(other->gotIn());
+}
+
+TEST_P(StoreContract, WhoHasEnteredTwiceKeepsOthersOutUntilLeavingTwice) {
+    LVP_SKIP_WITHOUT_ACCESS();
+    if (!tGuard(store().lock())) GTEST_SKIP() << "this store needs no locking";
+    std::optional<Contender> other;
+    store().access()->enter();
+    store().access()->enter();
+    store().access()->leave();
+    other.emplace(store());
+    EXPECT_FALSE(other->getsIn());
+    store().access()->leave();
+    EXPECT_TRUE(other->gotIn());
+}
+
+TEST_P(StoreContract, GuardsAndEntriesMayEndInAnyOrder) {
+    LVP_SKIP_WITHOUT_ACCESS();
+    std::optional<Contender> other;
+    tGuard guard(store().lock());
+    if (!guard) GTEST_SKIP() << "this store needs no locking";
+    store().access()->enter();
+    guard.reset();
+    guard.reset(store().lock());
+    store().access()->leave();
+    store().access()->enter();
+    guard.reset();
+    other.emplace(store());
+    EXPECT_FALSE(other->getsIn());
+    store().access()->leave();
+    EXPECT_TRUE(other->gotIn());
+}
+
+TEST_P(StoreContract, EnteringExcludesOtherThreads) {
+    LVP_SKIP_WITHOUT_ACCESS();
+    if (!tGuard(store().lock())) GTEST_SKIP() << "this store needs no locking";
+    const unsigned int zero = 0;
+    const unsigned int counter = store().create(&zero, sizeof zero);
+    std::vector<std::thread> threads;
+    for (unsigned int i = 0; i < kThreads; ++i) {
+        threads.emplace_back([&] {
+            for (unsigned int round = 0; round < kRounds; ++round) {
+                store().access()->enter();
+                addOne(store(), counter);
+                store().access()->leave();
             }
         });
     }

@@ -25,10 +25,13 @@ plant(record/Base.cpp
     return entry == kpAllocations.end() ? size : *entry;]]
     [[return size;]])
 
-plant(record/Base.cpp
+plant(record/Base.h
+    [[kInside = 128]]
+    [[kInside = 1]])
+plant(record/Base.h
     [[return position < _size ? static_cast]]
     [[return fuzz::planted(fuzz::tFault::kByte) || position < _size ? static_cast]])
-plant(record/Base.cpp
+plant(record/Base.h
     [[if (std::uint64_t{position} + sizeof(unsigned int) > _size) return absent;]]
     [[const bool there = std::uint64_t{position} + sizeof(unsigned int) <= _size;
     if (!there && !fuzz::planted(fuzz::tFault::kWord)) return absent;]])
@@ -38,6 +41,16 @@ plant(record/Base.h
 plant(record/Base.h
     [[if (_size < form.header) return;]]
     [[if (_size < form.header && !fuzz::planted(fuzz::tFault::kFixedPart)) return;]])
+plant(record/Entity.cpp
+    [[std::min<std::uint64_t>(word(field), size() - begin)]]
+    [[fuzz::planted(fuzz::tFault::kSection) ? word(field) : std::min<std::uint64_t>(word(field), size() - begin)]])
+plant(record/Entity.cpp
+    [[if (begin > size()) return {};]]
+    [[if (begin > size() && !fuzz::planted(fuzz::tFault::kFixedPart)) return {};]])
+plant(record/Base.cpp
+    [[if (position > _size || size > _size - position) return false;]]
+    [[const bool inside = position <= _size && size <= _size - position;
+    if (!inside && !fuzz::planted(fuzz::tFault::kOverwrite)) return false;]])
 plant(record/Offsets.cpp
     [[size() >= kEntries ?]]
     [[(fuzz::planted(fuzz::tFault::kList) || size() >= kEntries) ?]])

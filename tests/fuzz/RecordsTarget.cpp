@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "lumivard/platform/store_contract/ForwardingStore.h"
 #include "tests/check/RepairFault.h"
 #include "tests/fuzz/HostileRecords.h"
 #include "tests/fuzz/RecordsClient.h"
@@ -59,27 +60,22 @@ void checkRepair(IDataStore& store) {
     require(fault.empty(), "a repair is done, and loses nothing: " + fault);
 }
 
-}  // namespace
-
-int fuzzRecords(const std::uint8_t* data, std::size_t size) {
-    if (size == 0) return 0;
-    const auto store = stores::memory();
-    const auto other = stores::memory();
-    HostileRecords(data + 1, size - 1).fill(*store);
-    const auto locator = ISchemaLocator::make(store.get());
+/// What there is to try on a store of any records, as the first byte has it.
+void tryRecords(IDataStore& store, IDataStore& other, std::uint8_t which) {
+    const auto locator = ISchemaLocator::make(&store);
     const auto client = [&](void (RecordsClient::*deed)()) {
-        allowed([&] { (RecordsClient(*store, *other, *locator).*deed)(); });
+        allowed([&] { (RecordsClient(store, other, *locator).*deed)(); });
     };
     const auto look = [&] {
-        const std::vector<std::string> before = recordsOf(*store);
+        const std::vector<std::string> before = recordsOf(store);
         client(&RecordsClient::look);
-        require(recordsOf(*store) == before, "who only looks leaves the records as they were");
+        require(recordsOf(store) == before, "who only looks leaves the records as they were");
     };
-    const auto write = [&] { allowed([&] { checkDocuments(*store, *locator); }); };
-    const auto writeAll = [&] { allowed([&] { checkDocument(*store, *locator, 0); }); };
+    const auto write = [&] { allowed([&] { checkDocuments(store, *locator); }); };
+    const auto writeAll = [&] { allowed([&] { checkDocument(store, *locator, 0); }); };
 
     // One deed is tried many times while all of them are tried once, and the fuzzer learns more from it.
-    switch (data[0] & 7) {
+    switch (which & 7) {
         case 0:
             look();
             break;
@@ -93,13 +89,13 @@ int fuzzRecords(const std::uint8_t* data, std::size_t size) {
             client(&RecordsClient::copy);
             break;
         case 4:
-            client(data[0] & 8 ? &RecordsClient::read : &RecordsClient::change);
+            client(which & 8 ? &RecordsClient::read : &RecordsClient::change);
             break;
         case 5:
             client(&RecordsClient::destroy);
             break;
         case 6:
-            checkRepair(*store);
+            checkRepair(store);
             break;
         default:
             look();
@@ -112,6 +108,30 @@ int fuzzRecords(const std::uint8_t* data, std::size_t size) {
             client(&RecordsClient::destroy);
             client(&RecordsClient::look);
     }
+}
+
+}  // namespace
+
+int fuzzRecords(const std::uint8_t* data, std::size_t size) {
+    if (size == 0) return 0;
+    // Through records that are read where they lie, and through copies of them, which both have to end with the same
+    // records: nobody can tell the ways apart but by their speed.
+    std::vector<std::string> outcomes[2];
+    for (const bool copied : {false, true}) {
+        const auto store = stores::memory();
+        const auto other = stores::memory();
+        store_contract::ForwardingStore plainStore(*store);
+        store_contract::ForwardingStore plainOther(*other);
+        HostileRecords(data + 1, size - 1).fill(*store);
+        if (copied) {
+            tryRecords(plainStore, plainOther, data[0]);
+        } else {
+            tryRecords(*store, *other, data[0]);
+        }
+        outcomes[copied] = recordsOf(*store);
+        for (std::string& record : recordsOf(*other)) outcomes[copied].push_back(std::move(record));
+    }
+    require(outcomes[0] == outcomes[1], "records are the same whichever way the store offers");
     return 0;
 }
 

@@ -33,8 +33,9 @@ std::string anyBytes(tRandom& random) {
 
 StoreOperation::tCode anyCode(tRandom& random) {
     using Op = StoreOperation;
-    static constexpr Op::tCode kOften[] = {Op::kCreate, Op::kAppend, Op::kAppend, Op::kUpdate, Op::kUpdate,
-                                           Op::kCount,  Op::kErase,  Op::kSize,   Op::kRead,   Op::kReadPart};
+    static constexpr Op::tCode kOften[] = {Op::kCreate, Op::kAppend, Op::kAppend, Op::kUpdate,
+                                           Op::kUpdate, Op::kCount,  Op::kWrite,  Op::kWriteCount,
+                                           Op::kErase,  Op::kSize,   Op::kRead,   Op::kReadPart};
     const unsigned int rare = below(random, 3000);
     if (rare == 0) return Op::kFlush;
     if (rare < 4) return Op::kVersion;
@@ -95,10 +96,17 @@ StoreOutcome StoreModel::perform(const StoreOperation& operation) {
 }
 
 StoreOutcome StoreModel::change(const StoreOperation& operation, std::string& record) {
-    if (operation.code != StoreOperation::kCount) _changed.insert(operation.offset);
+    const bool writes = operation.code == StoreOperation::kWrite || operation.code == StoreOperation::kWriteCount;
+    if (writes && operation.position + operation.bytes.size() > record.size()) return StoreOutcome::refusal();
+    const bool counts = operation.code == StoreOperation::kCount || operation.code == StoreOperation::kWriteCount;
+    if (!counts) _changed.insert(operation.offset);
     switch (operation.code) {
         case StoreOperation::kAppend:
             record += operation.bytes;
+            break;
+        case StoreOperation::kWrite:
+        case StoreOperation::kWriteCount:
+            record.replace(operation.position, operation.bytes.size(), operation.bytes);
             break;
         case StoreOperation::kErase:
             _now.records.erase(operation.offset);
@@ -167,7 +175,11 @@ StoreOperation StoreModel::any(tRandom& random) const {
     operation.position = below(random, size + 2);
     operation.number = below(random, 4) == 0 ? kAll : below(random, size + 2);
     if (operation.code == StoreOperation::kReadPart) operation.number = below(random, size + 2);
-    if (operation.code <= StoreOperation::kCount) operation.bytes = anyBytes(random);
+    if (operation.code <= StoreOperation::kWriteCount) operation.bytes = anyBytes(random);
+    const bool writes = operation.code == StoreOperation::kWrite || operation.code == StoreOperation::kWriteCount;
+    if (writes && operation.position < size && below(random, 10) != 0) {
+        operation.bytes.resize(std::min(operation.bytes.size(), size - operation.position));
+    }
     return operation;
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <stdexcept>
 
 #include "lumivard/platform/core/storage/datastore/IRecordAccess.h"
 #include "lumivard/platform/store_contract/InjectedFailure.h"
@@ -19,15 +20,28 @@ std::string readSome(IDataStore& store, unsigned int offset, unsigned int count)
     return bytes.substr(0, std::min(store.size(offset), count)) + bytes.substr(bytes.size() - 4);
 }
 
+// By a view, where the store has such a thing.
 std::string readPart(IDataStore& store, const StoreOperation& operation) {
-    auto* const access = store.access();
-    if (!access) {
-        const std::string all = contents(store, operation.offset);
-        return operation.position < all.size() ? all.substr(operation.position, operation.number) : std::string();
+    std::string all;
+    if (auto* const access = store.access()) {
+        const auto view = access->view(operation.offset);
+        if (view.size != 0) all.assign(view.data, view.size);
+    } else {
+        all = contents(store, operation.offset);
     }
-    std::string bytes(operation.number, '~');
-    bytes.resize(access->read(operation.offset, operation.position, bytes.data(), operation.number));
-    return bytes;
+    return operation.position < all.size() ? all.substr(operation.position, operation.number) : std::string();
+}
+
+// By way of the whole record, where the store has no other.
+void write(IDataStore& store, const StoreOperation& operation, bool changed) {
+    const auto size = static_cast<unsigned int>(operation.bytes.size());
+    if (auto* const access = store.access()) {
+        return access->write(operation.offset, operation.position, operation.bytes.data(), size, changed);
+    }
+    std::string all = contents(store, operation.offset);
+    if (std::size_t{operation.position} + size > all.size()) throw std::out_of_range("outside the record");
+    all.replace(operation.position, size, operation.bytes);
+    store.update(operation.offset, all.data(), static_cast<unsigned int>(all.size()), changed);
 }
 
 StoreOutcome call(IDataStore& store, const StoreOperation& operation) {
@@ -43,6 +57,10 @@ StoreOutcome call(IDataStore& store, const StoreOperation& operation) {
             return {};
         case StoreOperation::kCount:
             store.update(operation.offset, operation.bytes.data(), size, false);
+            return {};
+        case StoreOperation::kWrite:
+        case StoreOperation::kWriteCount:
+            write(store, operation, operation.code == StoreOperation::kWrite);
             return {};
         case StoreOperation::kErase:
             store.erase(operation.offset);
@@ -84,8 +102,9 @@ std::string contents(IDataStore& store, unsigned int offset) {
 }
 
 std::string described(const StoreOperation& operation) {
-    static constexpr const char* kNames[] = {"create", "append", "update",    "count", "erase", "version",
-                                             "size",   "read",   "read part", "state", "flush"};
+    static constexpr const char* kNames[] = {"create",      "append", "update",  "count", "write",
+                                             "write count", "erase",  "version", "size",  "read",
+                                             "read part",   "state",  "flush"};
     return std::string(kNames[operation.code]) + " offset " + std::to_string(operation.offset) + " position " +
            std::to_string(operation.position) + " number " + std::to_string(operation.number) + ", " +
            std::to_string(operation.bytes.size()) + " bytes";

@@ -11,11 +11,25 @@ using core::storage::datastore::IDataStore;
 
 /// One call of a store, with its arguments.
 struct StoreOperation {
-    enum tCode { kCreate, kAppend, kUpdate, kCount, kErase, kVersion, kSize, kRead, kReadPart, kState, kFlush };
+    enum tCode {
+        kCreate,
+        kAppend,
+        kUpdate,
+        kCount,
+        kWrite,       ///< a few bytes as content
+        kWriteCount,  ///< and as bookkeeping
+        kErase,
+        kVersion,
+        kSize,
+        kRead,
+        kReadPart,
+        kState,
+        kFlush
+    };
 
     tCode code = kState;
     unsigned int offset = 0;
-    unsigned int position = 0;  ///< where a part begins
+    unsigned int position = 0;  ///< where a part begins, or what is written
     unsigned int number = 0;    ///< a version, or how many bytes are asked for
     std::string bytes;
 };

@@ -10,7 +10,7 @@ namespace {
 
 using Op = TreeOperation;
 
-constexpr std::size_t kRemembered = 30;
+constexpr std::size_t kRememberedSteps = 30;
 constexpr std::size_t kFewItems = 250;
 constexpr std::size_t kManyItems = 700;
 constexpr const wchar_t* kTops[] = {L"A", L"B"};
@@ -55,7 +55,7 @@ bool TreeRun::go(std::uint64_t count) {
         const TreeOperation operation = any();
         ++_done;
         _last.push_back(operation);
-        if (_last.size() > kRemembered) _last.pop_front();
+        if (_last.size() > kRememberedSteps) _last.pop_front();
         const std::wstring found = _realClient.perform(operation);
         const std::wstring expected = _plainClient.perform(operation);
         if (found != expected) return differs(found, expected);

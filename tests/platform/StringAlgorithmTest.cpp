@@ -53,6 +53,26 @@ TEST(UTF8Decode, ReplacesWhatIsNoUTF8) {
     for (const auto& [bytes, expected] : table) EXPECT_EQ(decoded(bytes), expected) << bytes;
 }
 
+TEST(UTF8Decode, TakesViewsWithZerosIntoStringsThatAreThere) {
+    std::wstring out = L"what was there before";
+    StringAlgorithm::UTF8Decode(std::string_view("a\0b", 3), out);
+    EXPECT_EQ(out, std::wstring(L"a\0b", 3));
+    StringAlgorithm::UTF8Decode(std::string_view(), out);
+    EXPECT_EQ(out, L"");
+    StringAlgorithm::UTF8Decode(std::string_view("\xC3\xA9x").substr(0, 2), out);
+    EXPECT_EQ(out, L"\xE9");
+}
+
+TEST(UTF8Decode, IsTheSameForTextsOfAllLengths) {
+    for (std::size_t length = 0; length < 200; ++length) {
+        const std::string plain(length, 'x');
+        const std::wstring wide(length, L'x');
+        EXPECT_EQ(decoded(plain.c_str()), wide);
+        EXPECT_EQ(decoded((plain + "\xC3\xA9").c_str()), wide + L"\xE9");
+        EXPECT_EQ(decoded(("\xE2\x82" + plain).c_str()), L"\xFFFD" + wide);
+    }
+}
+
 TEST(UTF8Decode, DoesNotLookAtTheLocale) {
     for (const char* locale : {"C", "C.UTF-8"}) {
         std::setlocale(LC_ALL, locale);

@@ -277,4 +277,77 @@ TEST(XMLSerializer, WritesElementsAMillionDeep) {
     EXPECT_EQ(document.substr((kDepth - 1) * 3ul, 8), "<x/></x>");
 }
 
+TEST(XMLSerializer, WritesViewsLikeTextsThatEndInAZero) {
+    const std::wstring odd = L"a<b>&\"c'\t\n\r\x1\xe4\x20ac\x1f600\xd800\xffff]]>";
+    const std::string wide = written([&](XMLSerializer& xml) {
+        xml.startElement(L"x", nullptr);
+        xml.addAttribute(L"a", odd.c_str(), nullptr);
+        xml.addCharacterData(odd.c_str());
+        xml.startElement(L"y", nullptr);
+        xml.endElement(false);
+        xml.endElement(false);
+    });
+    const std::string views = written([&](XMLSerializer& xml) {
+        xml.startElement(std::string_view("xyz").substr(0, 1));
+        xml.addAttribute("a", odd);
+        xml.addCharacterData(std::wstring_view(odd + L"zzz").substr(0, odd.size()));
+        xml.startElement("y");
+        xml.endElement(false);
+        xml.endElement(false);
+    });
+    EXPECT_EQ(views, wide);
+}
+
+TEST(XMLSerializer, WritesNarrowTextAsItIs) {
+    EXPECT_EQ(written([](XMLSerializer& xml) {
+                  xml.startElement("x");
+                  xml.addAttribute("a", std::string_view("1.5 \xc3\xa4"));
+                  xml.addAttribute("b", std::string_view());
+                  xml.addCharacterData(std::string_view("2"));
+                  xml.addCharacterData(std::string_view(" 3"));
+                  xml.endElement(false);
+              }),
+              "<x a=\"1.5 \xc3\xa4\" b=\"\">2 3</x>");
+}
+
+TEST(XMLSerializer, TakesAnEmptyViewForNoContent) {
+    EXPECT_EQ(written([](XMLSerializer& xml) {
+                  xml.startElement("x");
+                  xml.addCharacterData(std::string_view());
+                  xml.addCharacterData(std::wstring_view());
+                  xml.endElement(false);
+              }),
+              "<x/>");
+}
+
+TEST(XMLSerializer, RefusesViewsOutOfPlace) {
+    LVPUUID id;
+    XMLSerializer serializer(id);
+    EXPECT_THROW(serializer.startElement("x"), std::logic_error);
+    EXPECT_THROW(serializer.addAttribute("a", std::string_view("v")), std::logic_error);
+    EXPECT_THROW(serializer.addAttribute("a", std::wstring_view(L"v")), std::logic_error);
+    EXPECT_THROW(serializer.addCharacterData(std::string_view("t")), std::logic_error);
+    EXPECT_THROW(serializer.addCharacterData(std::wstring_view(L"t")), std::logic_error);
+}
+
+/// Texts that end at, before and behind the end of a block, where each character takes its most room.
+TEST(XMLSerializer, LosesNothingAtTheEndsOfBlocks) {
+    for (const std::size_t before : {65'000u, 65'525u, 65'530u, 65'531u, 65'532u, 65'533u, 65'534u, 65'535u, 65'536u}) {
+        const std::string plain(before, 'p');
+        const std::wstring quotes(2'000, L'"');
+        std::string escaped;
+        for (std::size_t i = 0; i < quotes.size(); ++i) escaped += "&quot;";
+        EXPECT_EQ(written([&](XMLSerializer& xml) {
+                      xml.startElement("x");
+                      xml.addCharacterData(std::string_view(plain));
+                      xml.startElement("y");
+                      xml.addAttribute("a", quotes);
+                      xml.addCharacterData(std::string_view(plain + plain + plain));
+                      xml.endElement(false);
+                      xml.endElement(false);
+                  }),
+                  "<x>" + plain + "<y a=\"" + escaped + "\">" + plain + plain + plain + "</y></x>");
+    }
+}
+
 }  // namespace

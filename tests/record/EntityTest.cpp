@@ -75,6 +75,31 @@ TEST_P(RecordEntity, GivesTheNameOfEachKind) {
     for (const unsigned int offset : oneOfEach()) EXPECT_EQ(Entity(store(), offset).name(), L"n");
 }
 
+TEST_P(RecordEntity, IsCalledByItsWholeNameAlone) {
+    const auto called = [&](unsigned int offset, std::wstring_view name) {
+        return Entity(store(), offset, Record::kInPlace).called(Record::bytesOf(name));
+    };
+    for (const unsigned int offset : oneOfEach()) {
+        EXPECT_TRUE(called(offset, L"n"));
+        for (const wchar_t* other : {L"", L"m", L"nn", L"N"}) EXPECT_FALSE(called(offset, other));
+    }
+    EXPECT_TRUE(called(Record::Table(store(), L"").offset(), L""));
+    EXPECT_FALSE(called(Record::Table(store(), L"").offset(), L"n"));
+}
+
+TEST_P(RecordEntity, IsCalledByWhatThereIsOfANameWithoutAnEnd) {
+    Record::Table record(store(), L"abc");
+    const std::wstring_view open = L"ab";
+    for (const unsigned int more : {0u, 1u, 3u}) {
+        const std::string section = std::string(Record::bytesOf(open)) + std::string(more, 'x');
+        record.arrays(Record::Table::kName, section.data(), section.size());
+        EXPECT_TRUE(record.called(Record::bytesOf(open)));
+        EXPECT_EQ(record.name(), open);
+        EXPECT_FALSE(record.called(Record::bytesOf(L"a")));
+        EXPECT_FALSE(record.called(Record::bytesOf(L"abc")));
+    }
+}
+
 TEST_P(RecordEntity, HasNoNameForWhatIsNone) {
     EXPECT_EQ(Entity(store(), Record::Offsets(store()).offset()).name(), L"");
     EXPECT_EQ(Entity(store(), Record::Locale(store()).offset()).name(), L"");

@@ -89,20 +89,20 @@ TEST_P(RecordPrimitive, GivesBackWhatWasStored) {
     EXPECT_EQ(record.children(), Record::Base::BADOFF);
 }
 
-class Overwrite : public StoreTest {
+class WriteValue : public StoreTest {
 protected:
     /// A record with the value "abcdef" behind a name.
     std::string overwritten(std::uint64_t start, const std::string& data, bool& done) {
         Record::Primitive record(store(), 1, L"p");
         record.arrays(Record::Primitive::kValue, "abcdef", 6);
-        done = record.overwrite(start, data.data(), data.size());
+        done = record.writeValue(start, data.data(), data.size());
         const auto value = record.section(Record::Primitive::kValue);
         return {value.begin(), value.end()};
     }
 };
-LVP_ON_EACH_STORE(Overwrite);
+LVP_ON_EACH_STORE(WriteValue);
 
-TEST_P(Overwrite, ReplacesBytesInsideTheValue) {
+TEST_P(WriteValue, ReplacesBytesInsideTheValue) {
     bool done = false;
     EXPECT_EQ(overwritten(0, "ABCDEF", done), "ABCDEF");
     EXPECT_TRUE(done);
@@ -110,7 +110,7 @@ TEST_P(Overwrite, ReplacesBytesInsideTheValue) {
     EXPECT_TRUE(done);
 }
 
-TEST_P(Overwrite, RefusesBytesThatDoNotLieInside) {
+TEST_P(WriteValue, RefusesBytesThatDoNotLieInside) {
     bool done = true;
     EXPECT_EQ(overwritten(5, "FG", done), "abcdef");
     EXPECT_FALSE(done);
@@ -120,12 +120,12 @@ TEST_P(Overwrite, RefusesBytesThatDoNotLieInside) {
     EXPECT_FALSE(done);
 }
 
-TEST_P(Overwrite, ChangesTheWorkingCopyAlone) {
+TEST_P(WriteValue, ReachesTheStoreAtOnceAndTakesNothingElseThere) {
     Record::Primitive record(store(), 1, L"p");
     record.arrays(Record::Primitive::kValue, "abc", 3);
     const std::string before = hex(store(), record.offset());
-    record.overwrite(0, "ABC", 3);
-    EXPECT_EQ(hex(store(), record.offset()), before);
+    record.writeValue(0, "ABC", 3);
+    EXPECT_EQ(hex(store(), record.offset()), before.substr(0, before.size() - 6) + "414243");
 }
 
 }  // namespace

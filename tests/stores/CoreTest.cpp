@@ -9,9 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "lumivard/platform/stores.h"
-#include "stores/engine/EngineError.h"
-#include "tests/stores/Records.h"
-#include "tests/stores/SpyEngine.h"
+#include "tests/stores/CoreFixture.h"
 
 namespace lumivard::platform::stores {
 namespace {
@@ -23,38 +21,7 @@ using testing::SizeIs;
 using testing::StartsWith;
 using testing::UnorderedElementsAre;
 
-/// A core over a disk that can be looked at.
-class CoreTest : public testing::Test {
-protected:
-    void open(tMode mode = tMode::kWrite) {
-        _core.reset();
-        _core = std::make_unique<Core>("the name", std::make_unique<SpyEngine>(disk), mode);
-    }
-    void close() { _core.reset(); }
-    Core& core() { return *_core; }
-
-    /// Puts records on the disk as a store before would have left them.
-    void stored(std::initializer_list<std::string> records) {
-        for (const std::string& record : records) {
-            disk.records[static_cast<unsigned int>(disk.header.extent++)] = record;
-        }
-    }
-
-    SpyDisk disk;
-
-private:
-    std::unique_ptr<Core> _core;
-};
-
-using Written = SpyDisk::Written;
-
-void fail() {
-    throw EngineError("the disk is full");
-}
-
-std::string failureOf(const std::function<void()>& work) {
-    return messageOf<StoreError>(work);
-}
+class CoreTest : public CoreFixture {};
 
 // --- Offsets
 
@@ -138,7 +105,7 @@ TEST_F(CoreTest, EveryOperationOnARecordLoadsIt) {
     core().read(1, &byte, 1);
     append(core(), 2, "+");
     core().erase(3);
-    core().access()->read(4, 0, &byte, 1);
+    core().access()->view(4);
     EXPECT_THAT(disk.loads, ElementsAre(0, 1, 2, 3, 4));
     EXPECT_EQ(contents(core(), 2), "c+");
 }
@@ -565,7 +532,7 @@ TEST(MemoryStore, IsNamedMemoryInMessages) {
               "Cannot erase record 3 of the store \"memory:\": there is no such record.");
 }
 
-TEST(MemoryStore, OffersPartsOfRecords) {
+TEST(MemoryStore, OffersAccessToItsRecords) {
     EXPECT_NE(memory()->access(), nullptr);
 }
 

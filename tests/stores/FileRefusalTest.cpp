@@ -191,7 +191,7 @@ TEST_F(FileRefusal, AFileThatClaimsMorePagesThanCanBeIsRefused) {
         folder.file("a.lvp", bytes);
         expectRefused("it is not a store file, or it is damaged: " + reason);
     };
-    expectRefusedWith(1ULL << 26, "67108860 pages are neither in use nor free");
+    expectRefusedWith(1ULL << 26, "67108859 pages are neither in use nor free");
     expectRefusedWith(1ULL << 34, "its description of itself makes no sense");  // there is no room to map it
     expectRefusedWith(1ULL << 63, "its description of itself makes no sense");
 }

@@ -405,6 +405,19 @@ TEST_F(FileSharing, AChildCanChangeNothingThroughTheHandleOfItsParent) {
     EXPECT_EQ(contents(*open(), 0), "parent+");
 }
 
+TEST_F(FileSharing, AChildReadsNothingThroughTheHandleOfItsParentThatTheParentHadNotRead) {
+    auto store = open();
+    create(*store, "parent");
+    store.reset();
+    store = open();
+    ChildProcess child([&](const Line&) {
+        const std::string message = messageOf<StoreError>([&] { store->size(0); });
+        return message.find("it was opened by the parent of this process") != std::string::npos ? 0 : 1;
+    });
+    EXPECT_EQ(child.wait(), 0);
+    EXPECT_EQ(contents(*store, 0), "parent");
+}
+
 TEST_F(FileSharing, AChildThatClosesTheHandleOfItsParentLeavesThatInOrder) {
     auto store = open();
     create(*store, "a");

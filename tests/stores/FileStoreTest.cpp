@@ -7,11 +7,8 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include "lumivard/platform/stores.h"
-#include "stores/core/Core.h"
-#include "stores/lmdb/LmdbEngine.h"
+#include "tests/stores/FileFixture.h"
 #include "tests/stores/Records.h"
-#include "tests/support/TemporaryFolder.h"
 
 namespace lumivard::platform::stores {
 namespace {
@@ -20,31 +17,7 @@ namespace fs = std::filesystem;
 using testing::HasSubstr;
 using testing::StartsWith;
 
-class FileStore : public testing::Test {
-protected:
-    IDataStore& open(tMode mode = tMode::kWrite) {
-        _store.reset();
-        _store = file(path(), mode);
-        return *_store;
-    }
-
-    /// With an address space of its own choice to begin with.
-    IDataStore& openWithMap(std::size_t size) {
-        _store.reset();
-        auto engine = std::make_unique<LmdbEngine>(path(), tMode::kWrite,
-                                                   LmdbEngine::Settings{.mapSize = size, .fileSystem = std::nullopt});
-        _store = std::make_unique<Core>(path().string(), std::move(engine), tMode::kWrite);
-        return *_store;
-    }
-
-    void close() { _store.reset(); }
-    fs::path path() const { return folder / "a.lvp"; }
-
-    TemporaryFolder folder;
-
-private:
-    std::unique_ptr<IDataStore> _store;
-};
+class FileStore : public FileFixture {};
 
 TEST_F(FileStore, KeepsRecordsOfAllLengths) {
     std::vector<std::string> records;

@@ -1,5 +1,7 @@
 #include "stores/core/RecordTable.h"
 
+#include <string>
+
 #include <gtest/gtest.h>
 
 namespace lumivard::platform::stores {
@@ -22,7 +24,7 @@ TEST(RecordTable, SlotsNeverMoveSoThatNoWritePaysForThoseBefore) {
 
 TEST(RecordTable, TheHighestOffsetHasASlot) {
     RecordTable table;
-    table.at(0xFFFFFFFE).bytes.assign("x", 1);
+    table.heap().assign(table.at(0xFFFFFFFE).bytes, "x", 1);
     EXPECT_EQ(table.at(0xFFFFFFFE).bytes.size(), 1U);
     EXPECT_EQ(table.at(0xFFFFFFFD).bytes.size(), 0U);
 }
@@ -35,10 +37,26 @@ TEST(RecordTable, ALookForAnOffsetMakesNoSlot) {
     EXPECT_EQ(table.find(5), &slot);
 }
 
+TEST(RecordTable, ARecordThatGetsAnotherBlockLeavesTheRestOfItsSlot) {
+    RecordTable table;
+    RecordSlot& slot = table.at(7);
+    slot.place = RecordSlot::tPlace::kHere;
+    slot.changed = slot.counted = true;
+    for (const unsigned int size : {1U, 100U, 5000U, 3U, 0U}) {
+        table.heap().assign(slot.bytes, std::string(size, 'x').data(), size);
+        table.heap().append(slot.bytes, "more", 4);
+        EXPECT_EQ(slot.place, RecordSlot::tPlace::kHere) << size;
+        EXPECT_TRUE(slot.changed && slot.counted) << size;
+    }
+    table.heap().release(slot.bytes);
+    EXPECT_EQ(slot.place, RecordSlot::tPlace::kHere);
+    EXPECT_TRUE(slot.changed && slot.counted);
+}
+
 TEST(RecordTable, AForgottenOffsetIsAsBefore) {
     RecordTable table;
     RecordSlot& slot = table.at(7);
-    slot.bytes.assign("x", 1);
+    table.heap().assign(slot.bytes, "x", 1);
     slot.place = RecordSlot::tPlace::kHere;
     slot.changed = slot.counted = true;
     table.forget(7);

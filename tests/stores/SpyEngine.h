@@ -59,14 +59,15 @@ public:
     void commit(const Batch& batch) override {
         if (_disk.beforeCommit) _disk.beforeCommit();
         SpyDisk::Commit seen{batch.header, {}};
-        for (const Change& change : batch.changes) {
+        for (const unsigned int offset : batch.offsets) {
+            const Change change = batch.change(offset);
             if (change.erased) {
-                _disk.records.erase(change.offset);
-                seen.records.push_back({change.offset, std::nullopt});
+                _disk.records.erase(offset);
+                seen.records.push_back({offset, std::nullopt});
             } else {
                 std::string bytes(reinterpret_cast<const char*>(change.bytes.data()), change.bytes.size());
-                _disk.records[change.offset] = bytes;
-                seen.records.push_back({change.offset, bytes});
+                _disk.records[offset] = bytes;
+                seen.records.push_back({offset, bytes});
             }
         }
         _disk.header = batch.header;

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <bit>
+#include <cmath>
 #include <cstdint>
 #include <cstring>
 #include <iterator>
@@ -178,10 +179,10 @@ TYPED_TEST(NumbersAndStreams, ReadTheSame) {
 template <class T>
 void expectWrittenAlike(T value) {
     if constexpr (!std::is_same_v<T, int> && !std::is_same_v<T, unsigned int>) {
-        wchar_t text[Scalar::kLongest];
-        Scalar::ToWString(text, value);
-        ASSERT_EQ(text, writtenByStream(value));
-        if constexpr (std::is_floating_point_v<T>) expectReadAlike<T>(std::string(text, text + std::wcslen(text)));
+        char buffer[Scalar::kLongest];
+        const std::string text(buffer, Scalar::toText(buffer, value));
+        ASSERT_EQ(std::wstring(text.begin(), text.end()), writtenByStream(value));
+        if constexpr (std::is_floating_point_v<T>) expectReadAlike<T>(text);
     }
 }
 
@@ -202,6 +203,54 @@ TEST(NumbersAndStreamsOfReals, WriteTheSameWhereTheyAreNoNumbersOrDoNotEnd) {
         expectWrittenAlike(-value);
         expectWrittenAlike(static_cast<float>(value));
         expectWrittenAlike(static_cast<float>(-value));
+    }
+}
+
+/// Numbers with few digits before the point and behind it, as most are, and their neighbours: where 7 digits end in a
+/// tie, and where rounding makes one digit more.
+TEST(NumbersAndStreamsOfReals, WriteTheSameWhereTheyAreShort) {
+    std::mt19937_64 random(seed());
+    for (std::uint64_t i = effort("LVP_NUMBERS", usually(100'000)); i > 0; --i) {
+        constexpr double kDivisors[] = {1, 2, 8, 16, 1024, 10, 1e3, 1e6, 1e9, 1e13};
+        const auto whole = static_cast<double>(random() % 20'000'000'000) - 1e10;
+        const double value = whole / kDivisors[random() % std::size(kDivisors)];
+        for (const double each : {value, std::nextafter(value, 1e300), std::nextafter(value, -1e300)}) {
+            expectWrittenAlike(each);
+            expectWrittenAlike(static_cast<float>(each));
+            if (testing::Test::HasFatalFailure()) return;
+        }
+    }
+}
+
+TEST(NumbersAndStreamsOfReals, WriteTheSameNextToEachPowerOfTen) {
+    for (const double power : {1e-6, 1e-5, 1e-4, 1e-3, 1e-2, 1e-1, 1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8}) {
+        for (const double near : {1.0, 0.99999995, 0.999999949, 1.0000005, 0.5}) {
+            double value = std::nextafter(near * power, 0);
+            for (int i = 0; i < 3; ++i, value = std::nextafter(value, 1e300)) {
+                expectWrittenAlike(value);
+                expectWrittenAlike(-value);
+                expectWrittenAlike(static_cast<float>(value));
+            }
+        }
+    }
+}
+
+/// Around what a real holds exactly: 2^24 and 2^53, and 10 and 22 places.
+TEST(NumbersAndStreamsOfReals, ReadTheSameWhereDigitsAndPlacesReachTheirBounds) {
+    for (const char* digits : {"16777215", "16777216", "16777217", "16777219", "9007199254740991", "9007199254740992",
+                               "9007199254740993", "99999999999999999", "0", "7", "00000000000000001"}) {
+        std::string text = digits;
+        for (std::size_t point = 0; point <= text.size(); ++point) {
+            for (const std::string sign : {"", "-"}) {
+                const std::string number = sign + text.substr(0, point) + "." + text.substr(point);
+                expectReadAlike<float>(number);
+                expectReadAlike<double>(number);
+            }
+        }
+        for (std::size_t zeros = 0; zeros < 25; ++zeros) {
+            expectReadAlike<float>("0." + std::string(zeros, '0') + text);
+            expectReadAlike<double>("0." + std::string(zeros, '0') + text);
+        }
     }
 }
 

@@ -122,11 +122,15 @@ TEST_P(ClosingOrder, IsInnermostFirst) {
     std::vector<unsigned int> opened;
     {
         XMLParsingLogic logic(&watching, nullptr, nullptr, nullptr);
-        for (const char* name : {"root", "group", "table", "int32"}) {
+        for (const char* name : {"root", "group", "table"}) {
             const char* attributes[] = {"name", name, nullptr};
             logic.notifyStartElement(name, attributes);
             opened.push_back(watching.updates.back());
         }
+        const char* attributes[] = {"name", "int32", nullptr};
+        logic.notifyStartElement("int32", attributes);
+        logic.notifyStartElement("name", attributes + 2);  // with which the primitive is opened
+        opened.push_back(watching.updates.back());
         watching.updates.clear();
     }
     EXPECT_EQ(watching.updates, std::vector<unsigned int>(opened.rbegin(), opened.rend()));

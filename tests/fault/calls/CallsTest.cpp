@@ -82,7 +82,7 @@ TEST_P(Calls, PassOnWhatTheStoreThrowsAndStaySound) {
     failAtEach(FailingStore::kAllCalls, tTimes::kOnce, tAccess::kHidden, inMemory ? first : stride);
     failAtEach(FailingStore::kAllCalls, tTimes::kForEver, tAccess::kHidden, stride);
     failAtEach(FailingStore::kChanges, tTimes::kForEver, tAccess::kHidden, stride);
-    if (inMemory) failAtEach(FailingStore::kPartRead, tTimes::kOnce, tAccess::kOffered, first);
+    if (inMemory) failAtEach(FailingStore::kView, tTimes::kOnce, tAccess::kOffered, first);
     RecordProperty("failures", std::to_string(failures()));
 }
 

@@ -71,7 +71,8 @@ public:
     /// then holds `start + count` elements, of which the first `start` are not looked at.
     ///
     /// False, with nothing changed, when `count` is 0, when the primitive has a URI, when its kind is none, or when the
-    /// record (value, texts and some 50 bytes) would reach 2^32 bytes. Costs a rewrite of the whole value.
+    /// record (value, texts and some 50 bytes) would reach 2^32 bytes. Costs what is set where the array does not grow
+    /// and the store shows its records in place, and a rewrite of the whole value otherwise.
     virtual bool set(const void* data, unsigned int start, unsigned int count) = 0;
 
     /// Makes the value `count` elements of zero; the old ones are lost. Shows nothing that is hidden. False, with
@@ -81,7 +82,8 @@ public:
 
     /// Copies `count` elements from `start` on to `data`, which has room for `count * stride()` bytes. All of them or
     /// none: false, with `data` untouched, when `count` is 0 (then without taking the guard), when the array ends
-    /// before `start + count`, or when the primitive has a URI. Costs a read of the whole value.
+    /// before `start + count`, or when the primitive has a URI. Costs what is read, or a read of the whole value from a
+    /// store that gives out whole records only.
     virtual bool get(void* data, unsigned int start, unsigned int count) = 0;
 
     /// The primitive behind a property: the same object, with no change of ownership. Null for null and for a table.

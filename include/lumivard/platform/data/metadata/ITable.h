@@ -37,8 +37,8 @@ public:
 
     /// A new cursor over the items. It looks at the table in the store at each step, but goes no further than the
     /// number of items that there were when it was made, so an item that is added meanwhile is not reached. It opens
-    /// the table for itself: as long as it lives the table is in use and cannot be destroyed. Each step costs a read of
-    /// the list of items.
+    /// the table for itself: as long as it lives the table is in use and cannot be destroyed. Each step costs a look
+    /// at the list of items, which is read as a whole from a store that gives out whole records only.
     virtual SharedPtr<IPropertyFilter> properties() = 0;
 
     /// Whether the table conforms to a schema that a locator gave: because `base()` names all its URIs, or else because
@@ -74,8 +74,8 @@ public:
     virtual unsigned int items() = 0;
 
     /// The item at `index`, from 0, in the order of their adding, as a new object. It looks at the table in the store,
-    /// so after changes by others the index may lead elsewhere; null when nothing is there. Costs a read of the list of
-    /// items.
+    /// so after changes by others the index may lead elsewhere; null when nothing is there. Costs a look at the list of
+    /// items, as in `properties`, and the opening of one.
     virtual SharedPtr<IProperty> at(unsigned int index) = 0;
 
     /// Sets the default for the group of `units`: this unit and this kind, in place of a default that the group had. It

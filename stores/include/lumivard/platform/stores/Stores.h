@@ -15,7 +15,8 @@
 /// All of them keep to `IDataStore`, and say more than it does in these points:
 ///
 /// - A read or a `size` of an offset that names no record gives nothing; `update`, `append` and `erase` of one throw.
-/// - `access()` is never null.
+/// - `access()` is never null. What a view shows may be handed to any operation. The attachment is let go when the
+///   store begins to close, and may still use it.
 /// - Offsets are handed out from 0 upwards, one after the other, and an erased one never comes back. When all
 ///   4,294,967,295 of them are gone `create` throws.
 /// - `extent()` is how many offsets were ever handed out.
@@ -48,7 +49,9 @@ LVP_EXPORT std::unique_ptr<IDataStore> memory();
 /// over where the writer has erased the record. While a view stands still, space that the writer frees is not used
 /// again.
 ///
-/// Memory. Records are loaded when they are first asked for and stay until the store is closed.
+/// Memory. Records are loaded when they are first asked for and stay until the store is closed. One takes some 20 bytes
+/// beside its own, and up to as many again as it has where it was appended to. What erased records leave is used again,
+/// but not given back before the store is closed.
 ///
 /// Damage. Every record carries a checksum, and one that is not as it was written is refused when it is asked for.
 /// Before the file is mapped into memory, its description of itself and its header are measured by plain reads, and

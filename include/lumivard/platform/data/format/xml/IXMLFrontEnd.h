@@ -27,7 +27,7 @@ namespace lumivard::platform::data::format::xml {
 /// the store that it works on: who shares that holds it for the whole call. The `class` of a container takes the guard
 /// of the schema's store meanwhile, that of a table does not. Time grows with the document, memory with its depth, its
 /// longest text and the values that it makes. Documents of strangers are bounded where a few bytes could ask for much:
-/// of what a `dim` reserves and no text fills a document has 64 MB, and no tag is as long as 32 MiB, no element deeper
+/// of what a `dim` reserves and no text fills a document has 128 MiB, and no tag is as long as 8 MiB, no element deeper
 /// than 200,000. Otherwise there is no limit but the memory.
 class LVP_EXPORT IXMLFrontEnd {
 public:
@@ -40,10 +40,9 @@ public:
         /// An element could not be taken: the name of the element, " : ", and the fault, on one line without a line
         /// end. The element is left out with all that it holds, but for its text, which may join the value around it,
         /// and the reading goes on. A record that was made for it stays in the store, with nothing that refers to it.
-        /// Where only a `dim` asked for too much, the element stays, with the value that its text gives.
         virtual void report(const WideString& message) = 0;
 
-        /// Comes right before each `report`: where the element begins, or for a `dim` where it ends; the line and the
+        /// Comes right before each `report`: where the element begins; the line and the
         /// column from 1, the column in characters.
         virtual void located(unsigned long /*line*/, unsigned long /*column*/) {}
 

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <atomic>
+#include <new>
+#include <utility>
 
 #include "lumivard/platform/core/Export.h"
 #include "lumivard/platform/core/memory/IPointerCounter.h"
@@ -50,8 +52,54 @@ public:
     ~_CounterImp() override = default;
     void _doDispose() override { delete _object; }
 
+    /// Without a size: the block may hold the object too.
+    static void operator delete(void* block) noexcept { ::operator delete(block); }
+
 private:
     T* _object;
+};
+
+/// An object of the class `Whole` that lies behind its counter in one block of memory. Disposing of it ends it and
+/// leaves the block to the counter.
+template <class Whole>
+class _Boxed final : public Whole {
+public:
+    using Whole::Whole;
+    static void operator delete(void*) noexcept {}
+};
+
+/// A counter with its object behind it.
+template <class Whole, class T>
+class _Box {
+public:
+    /// Makes both in one block, which goes when the counter is destroyed.
+    template <class... Arguments>
+    static _Box* make(Arguments&&... arguments) {
+        void* const block = ::operator new(sizeof(_Box));
+        try {
+            return ::new (block) _Box(std::forward<Arguments>(arguments)...);
+        } catch (...) {
+            ::operator delete(block);
+            throw;
+        }
+    }
+
+    union {
+        _CounterImp<T> counter;  ///< at the beginning of the block, so that deleting it gives the block back
+    };
+    union {
+        _Boxed<Whole> object;
+    };
+
+    _Box(const _Box&) = delete;
+    _Box& operator=(const _Box&) = delete;
+
+private:
+    template <class... Arguments>
+    explicit _Box(Arguments&&... arguments) : object(std::forward<Arguments>(arguments)...) {
+        ::new (&counter) _CounterImp<T>(&object);
+    }
+    ~_Box() {}
 };
 
 }  // namespace _Private::_Counter

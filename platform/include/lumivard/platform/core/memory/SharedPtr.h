@@ -70,6 +70,14 @@ SharedPtr<T> share(std::unique_ptr<Whole> object) {
     return SharedPtr<T>(whole, counter);
 }
 
+/// Makes an object of the class `Whole` together with its counter, in one block of memory, and returns it as its base
+/// `T`. It is counted, and deleted, as a `Counted`. What the constructor throws passes through.
+template <class T, class Whole, class Counted = Whole, class... Arguments>
+SharedPtr<T> makeShared(Arguments&&... arguments) {
+    auto* box = _Private::_Counter::_Box<Whole, Counted>::make(std::forward<Arguments>(arguments)...);
+    return SharedPtr<T>(&box->object, &box->counter);
+}
+
 /// How an object that is held by an owning pointer of a type is deleted.
 template <class T>
 struct PointerTraits {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "lumivard/platform/core/Export.h"
 
@@ -13,6 +14,9 @@ public:
     /// that begins no character (its sequence is broken off, longer than it need be, a surrogate or beyond 0x10FFFF)
     /// together with all continuation bytes behind it, and one for any other byte out of place.
     static std::wstring UTF8Decode(const char* text);
+
+    /// The same for a text of known length, which ends at no zero, into a string whose memory is used again.
+    static void UTF8Decode(std::string_view bytes, std::wstring& out);
 
     /// Encodes `size` bytes as base64 (RFC 4648, section 4, padded, one line) into `out`, without a terminator, and
     /// returns the number of characters. With a null `out` nothing is written and only the number is returned.

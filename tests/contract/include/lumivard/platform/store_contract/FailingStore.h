@@ -29,7 +29,7 @@ class FailingStore final : public ForwardingStore {
 public:
     /// Kinds of calls; a set of them is their sum by `|`.
     using tCalls = unsigned int;
-    static constexpr tCalls kLock = 1u << 0;
+    static constexpr tCalls kLock = 1u << 0;  ///< `lock`, and `enter` of `access()`
     static constexpr tCalls kFlush = 1u << 1;
     static constexpr tCalls kSetVersion = 1u << 2;
     static constexpr tCalls kVersion = 1u << 3;
@@ -37,16 +37,17 @@ public:
     static constexpr tCalls kCreate = 1u << 5;
     static constexpr tCalls kAppend = 1u << 6;
     static constexpr tCalls kUpdate = 1u << 7;       ///< `update` with `changed`
-    static constexpr tCalls kBookkeeping = 1u << 8;  ///< `update` without
+    static constexpr tCalls kBookkeeping = 1u << 8;  ///< `update` without, and `write` of `access()` without
     static constexpr tCalls kSize = 1u << 9;
     static constexpr tCalls kRead = 1u << 10;
     static constexpr tCalls kErase = 1u << 11;
-    static constexpr tCalls kPartRead = 1u << 12;  ///< `read` of `access()`
+    static constexpr tCalls kView = 1u << 12;   ///< `view` of `access()`
+    static constexpr tCalls kWrite = 1u << 13;  ///< `write` of `access()` with `changed`
 
-    static constexpr tCalls kAllCalls = (1u << 13) - 1;
-    static constexpr tCalls kChanges = kSetVersion | kCreate | kAppend | kUpdate | kErase;  ///< of content
+    static constexpr tCalls kAllCalls = (1u << 14) - 1;
+    static constexpr tCalls kChanges = kSetVersion | kCreate | kAppend | kUpdate | kErase | kWrite;  ///< of content
     static constexpr tCalls kAllChanges = kChanges | kBookkeeping;
-    static constexpr tCalls kReads = kSize | kRead | kPartRead;
+    static constexpr tCalls kReads = kSize | kRead | kView;
 
     /// Whether one call fails and those after it pass, or all of them fail from there until `goOn`.
     enum class tTimes { kOnce, kForEver };
@@ -55,7 +56,8 @@ public:
     enum class tThrown { kFailure, kBadAlloc };
 
     /// What `access()` gives: null, so that all calls are those of `IDataStore`, or what the store below offers,
-    /// through calls that are counted here.
+    /// through calls that are counted here. `leave` and `changes` never fail and are not counted; the attachment is the
+    /// one of the store below, which lets it go.
     enum class tAccess { kHidden, kOffered };
 
     /// Forwards to `under`, which stays its owner's and must outlive this object, and fails nothing yet.
@@ -90,14 +92,22 @@ public:
     core::storage::datastore::IRecordAccess* access() override;
 
 private:
-    static constexpr unsigned int kKinds = 13;
+    static constexpr unsigned int kKinds = 14;
 
     class Access final : public core::storage::datastore::IRecordAccess {
     public:
         explicit Access(FailingStore& store) : _store(store) {}
-        unsigned int read(unsigned int offset, unsigned int position, void* buffer, unsigned int size) override;
+        tView view(unsigned int offset) override;
+        void write(unsigned int offset, unsigned int position, const void* data, unsigned int size,
+                   bool changed) override;
+        void enter() override;
+        void leave() noexcept override;
+        unsigned long long changes() const override;
+        std::unique_ptr<IAttachment>& attachment() override;
 
     private:
+        IRecordAccess& _under() const { return *_store.under().access(); }
+
         FailingStore& _store;
     };
 

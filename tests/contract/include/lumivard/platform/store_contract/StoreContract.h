@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "lumivard/platform/core/storage/datastore/IDataStore.h"
+#include "lumivard/platform/core/storage/datastore/IRecordAccess.h"
 
 namespace lumivard::platform::store_contract {
 
@@ -64,8 +65,12 @@ protected:
     /// A record's whole contents, by `size` and `read`.
     std::string contents(unsigned int offset);
 
-    /// Up to `size` bytes of a record from `position` on, by `access()`, which must not be null.
-    std::string part(unsigned int offset, unsigned int position, unsigned int size);
+    /// The operations of `access()`, which must not be null, on a string's bytes.
+    std::string shown(unsigned int offset);
+    void write(unsigned int offset, unsigned int position, const std::string& bytes, bool changed = true);
+
+    /// What a view shows.
+    static std::string bytesOf(const core::storage::datastore::IRecordAccess::tView& view);
 
     /// Bytes that differ from place to place and from seed to seed, zeros among them.
     static std::string pattern(std::size_t size, unsigned int seed = 1);
@@ -90,8 +95,8 @@ private:
 #define LVP_SKIP_UNLESS_REOPENED() \
     if (!flushAndReopen()) GTEST_SKIP() << "this store does not outlive its closing"
 
-/// Goes on with a store that gives parts of records, or skips the test.
-#define LVP_SKIP_WITHOUT_PARTS() \
+/// Goes on with a store that offers access to its records, or skips the test.
+#define LVP_SKIP_WITHOUT_ACCESS() \
     if (!store().access()) GTEST_SKIP() << "this store knows whole records only"
 
 }  // namespace lumivard::platform::store_contract

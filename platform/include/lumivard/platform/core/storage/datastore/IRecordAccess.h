@@ -1,21 +1,60 @@
 #pragma once
 
+#include <memory>
+
 #include "lumivard/platform/core/Export.h"
 
 namespace lumivard::platform::core::storage::datastore {
 
-/// What a store can do beyond whole records, for callers that would otherwise copy a long record to see a few bytes.
+/// What a store can do beyond whole records, for callers that look at or change a few bytes of a record, do so very
+/// often, or want to know whether what they remember still holds.
 ///
-/// It adds no meaning to `IDataStore`: each operation has a slower form in terms of that interface. The guard, the
-/// errors and the threads of the store hold for it.
+/// It adds no meaning to the records of an `IDataStore`: each operation on them has a slower form in terms of that
+/// interface. The guard, the errors and the threads of the store hold for it.
 class LVP_EXPORT IRecordAccess {
 public:
+    /// The bytes of a record where they lie in the store.
+    struct tView {
+        const char* data = nullptr;
+        unsigned int size = 0;
+    };
+
+    /// Something that the library hangs on a store, to go with it.
+    class LVP_EXPORT IAttachment {
+    public:
+        virtual ~IAttachment() = default;
+    };
+
     virtual ~IRecordAccess() = default;
 
-    /// Copies up to `size` bytes of a record, beginning at byte `position`, into `buffer`, and returns how many there
-    /// were: fewer than `size` where the record ends before, 0 for an offset that names no record. The cost does not
-    /// depend on the record's length.
-    virtual unsigned int read(unsigned int offset, unsigned int position, void* buffer, unsigned int size) = 0;
+    /// Shows a record without copying it; no bytes for an offset that names no record, as for a record that has none.
+    /// The bytes stand until that record is changed by another operation than `write` or erased, the store is flushed,
+    /// or the thread gives back its last guard; looking at or changing other records leaves them. They begin anywhere:
+    /// numbers in them are copied out.
+    virtual tView view(unsigned int offset) = 0;
+
+    /// Overwrites `size` bytes of a record, beginning at byte `position`, by those from `data`; all else of the record
+    /// stays, and so does its place: a view of the record shows the new bytes. `changed` is what `IDataStore::update`
+    /// takes. Throws, with nothing changed, for an offset that names no record and where the bytes do not all lie
+    /// inside it, also when there are none of them; a store that was opened for reading may pass over bookkeeping of a
+    /// record that is gone. The cost does not depend on the record's length.
+    virtual void write(unsigned int offset, unsigned int position, const void* data, unsigned int size,
+                       bool changed) = 0;
+
+    /// Takes and gives back the guard that `IDataStore::lock` stands for, without an object: it counts among the others
+    /// of the thread, which may be given back in any order. Nothing in a store that needs no locking. `leave` comes on
+    /// the thread that has entered, as often as that has; `enter` that throws has taken nothing.
+    virtual void enter() = 0;
+    virtual void leave() noexcept = 0;
+
+    /// A number that tells whether any content was changed meanwhile: it grows by one with each `create`, `append`,
+    /// `erase`, and with each `update` and `write` that is `changed`, whoever asked for it, and by any amount when the
+    /// store learns of changes that another process has made. Only while a guard is held does it stand still.
+    virtual unsigned long long changes() const = 0;
+
+    /// The place for the one object that the library hangs on the store: empty in a store that was just opened. The
+    /// store does nothing with it, and lets it go when it closes, before anything else of it is gone.
+    virtual std::unique_ptr<IAttachment>& attachment() = 0;
 };
 
 }  // namespace lumivard::platform::core::storage::datastore
