@@ -13,14 +13,14 @@ SharedPtr<structure::IContainer> openContainer(IDataStore* store, unsigned int o
 /// Opens the record of a container and gives it a face without a role side, whatever the type.
 SharedPtr<structure::IContainer> openPlain(IDataStore* store, unsigned int offset);
 
-/// Makes a container, a child of a set in which its name is free, and gives it a face. It inherits from a schema that is
-/// not null. A new node comes without its role side; the same node has it when it is asked for by name. Of a type that
-/// is none a container is made, but null comes back.
+/// Makes a container, a child of a set in which its name is free, and gives it a face. It inherits from a schema that
+/// is not null. A new node comes without its role side; the same node has it when it is asked for by name. Of a type
+/// that is none a container is made, but null comes back.
 SharedPtr<structure::IContainer> makeContainer(Metadata::Set& owner, structure::IContainer::tType type,
                                                const wchar_t* name, metadata::ISchema* schema);
 
-/// Makes a group, a child of a set in which its name is free, and gives it a face without a role side, which knows of no
-/// owner.
+/// Makes a group, a child of a set in which its name is free, and gives it a face without a role side, which knows of
+/// no owner.
 SharedPtr<structure::IContainer> makePlainGroup(Metadata::Set& owner, const wchar_t* name);
 
 }  // namespace lumivard::platform::data

@@ -19,7 +19,7 @@ bool unreferenced(IDataStore* store, const std::vector<unsigned int>& records);
 /// Records that are to be erased together.
 struct tDead {
     std::vector<unsigned int> records;  ///< what owns comes before what it owns
-    bool closed = false;  ///< the first one alone is no child of another one's: all below it name one of these as owner
+    bool closed = false;                ///< one record was asked for, and what is below it names no owner but these
 };
 
 /// The records, everything below them, and all lists and localized names that they own.
