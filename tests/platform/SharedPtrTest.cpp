@@ -1,9 +1,11 @@
 #include "lumivard/platform/core/memory/SharedPtr.h"
 
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <thread>
 #include <type_traits>
+#include <typeinfo>
 #include <utility>
 #include <vector>
 
@@ -20,7 +22,7 @@ public:
 };
 
 /// Counts how many of it are gone.
-class Object final : public Interface {
+class Object : public Interface {
 public:
     explicit Object(int& gone) : _gone(gone) {}
     ~Object() override { ++_gone; }
@@ -149,6 +151,68 @@ TEST(PointerTraits, DeleteThroughTheVirtualDestructor) {
 
 TEST(PointerTraits, TakeNull) {
     EXPECT_NO_THROW(PointerTraits<Interface>::_Deletor(nullptr));
+}
+
+// --- Objects in one block with their counters
+
+SharedPtr<Interface> makeInOneBlock(int& gone) {
+    return makeShared<Interface, Object>(gone);
+}
+
+TEST(MakeShared, BeginsWithOneReferenceAndOneUse) {
+    int gone = 0;
+    const auto pointer = makeInOneBlock(gone);
+    EXPECT_EQ(pointer->number(), 42);
+    EXPECT_EQ(pointer.counter()->count(), 1);
+    EXPECT_EQ(pointer.counter()->countUse(), 1);
+}
+
+TEST(MakeShared, EndsTheObjectOnceWithItsLastPointer) {
+    int gone = 0;
+    {
+        auto first = makeInOneBlock(gone);
+        const SharedPtr<Interface> second = first;
+        first.reset();
+        EXPECT_EQ(gone, 0);
+        EXPECT_EQ(second->number(), 42);
+    }
+    EXPECT_EQ(gone, 1);
+}
+
+TEST(MakeShared, KeepsTheCounterForWhoHasAReferenceToIt) {
+    int gone = 0;
+    auto pointer = makeInOneBlock(gone);
+    IPointerCounter* const counter = pointer.counter();
+    counter->addRef();
+    pointer.reset();
+    EXPECT_EQ(gone, 1);
+    EXPECT_EQ(counter->countUse(), 0);
+    EXPECT_FALSE(counter->addUse());
+    EXPECT_EQ(counter->count(), 1);
+    counter->release();
+    EXPECT_EQ(gone, 1);
+}
+
+TEST(MakeShared, CountsTheObjectAsTheClassThatIsAskedFor) {
+    using _Private::_Counter::_CounterImp;
+    int gone = 0;
+    const auto whole = makeShared<Interface, Object>(gone);
+    const auto base = makeShared<Interface, Object, Interface>(gone);
+    const IPointerCounter& ofWhole = *whole.counter();
+    const IPointerCounter& ofBase = *base.counter();
+    EXPECT_EQ(typeid(ofWhole), typeid(_CounterImp<Object>));
+    EXPECT_EQ(typeid(ofBase), typeid(_CounterImp<Interface>));
+}
+
+/// Refuses to come into being.
+class Stillborn : public Interface {
+public:
+    explicit Stillborn(const char* why) { throw std::runtime_error(why); }
+    int number() const override { return 0; }
+};
+
+TEST(MakeShared, LetsOutWhatTheConstructorThrows) {
+    EXPECT_THROW((makeShared<Interface, Stillborn>("no")), std::runtime_error);
 }
 
 }  // namespace

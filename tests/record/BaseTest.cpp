@@ -109,6 +109,36 @@ TEST_P(RecordBase, DoesNotSeeWhatTheStoreReceivesMeanwhile) {
     EXPECT_EQ(stored::bytes(store(), offset), "abcd");
 }
 
+TEST_P(RecordBase, IsReadWhereItLiesOnlyUntilItIsChanged) {
+    const unsigned int offset = makeRecord(store(), counted(12));
+    Base record(store(), offset, Record::kInPlace);
+    EXPECT_EQ(working(record), counted(12));
+    if (auto* access = store()->access()) {
+        EXPECT_EQ(record.bytes(), access->view(offset).data);
+    }
+    record.shrink(0, 4);
+    EXPECT_EQ(working(record), counted(12).substr(4));
+    EXPECT_EQ(stored::bytes(store(), offset), counted(12));
+    record.update(true);
+    EXPECT_EQ(stored::bytes(store(), offset), counted(12).substr(4));
+}
+
+TEST_P(RecordBase, GrowsOutOfItsPlace) {
+    const unsigned int offset = makeRecord(store(), "abcd");
+    Base record(store(), offset, Record::kInPlace);
+    record.grow(200);
+    EXPECT_EQ(working(record), "abcd" + std::string(200, '\0'));
+    EXPECT_EQ(stored::bytes(store(), offset), "abcd");
+}
+
+TEST_P(RecordBase, IsEmptyInPlaceWhereThereIsNone) {
+    for (const unsigned int offset : {777u, Base::BADOFF}) {
+        const Base record(store(), offset, Record::kInPlace);
+        EXPECT_EQ(record.size(), 0u);
+        EXPECT_EQ(record.type(), Record::kRoot);
+    }
+}
+
 TEST_P(RecordBase, RefusesASizeAbove32Bits) {
     EXPECT_THROW(Base(store(), std::uint64_t{1} << 32, Record::kOffsets), std::bad_alloc);
 }

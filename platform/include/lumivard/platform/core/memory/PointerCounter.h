@@ -75,6 +75,7 @@ public:
     /// Makes both in one block, which goes when the counter is destroyed.
     template <class... Arguments>
     static _Box* make(Arguments&&... arguments) {
+        static_assert(alignof(_Box) <= __STDCPP_DEFAULT_NEW_ALIGNMENT__, "the block is aligned for usual types");
         void* const block = ::operator new(sizeof(_Box));
         try {
             return ::new (block) _Box(std::forward<Arguments>(arguments)...);
