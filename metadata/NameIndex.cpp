@@ -38,7 +38,8 @@ bool NameIndex::insert(unsigned int offset, std::string_view name) {
     if (begin / kUnit >= kFree) throw std::bad_alloc();
     if (end > _bytes.capacity()) _bytes.reserve(std::max(end, 2 * begin));
     _bytes.append(reinterpret_cast<const char*>(&fresh), sizeof(fresh)).append(name);
-    _bytes.resize(end);
+    if (_bytes.size() != end) _bytes.resize(end);
+    _seen |= markOf(fresh.hash);
     if (many) place(_slots, fresh.hash, begin);
     ++_entries;
     return true;
@@ -52,6 +53,7 @@ void NameIndex::erase(std::string_view name) noexcept {
     if (++_dead != _entries) return;
     _bytes.clear();
     std::fill(_slots.begin(), _slots.end(), tSlot{});
+    _seen = 0;
     _entries = 0;
     _dead = 0;
 }
@@ -108,6 +110,7 @@ std::size_t NameIndex::position(std::string_view wanted) const {
         return entry.hash == hash && entry.offset != BADOFF && name(position, entry) == wanted;
     };
     if (_slots.empty()) {
+        if ((_seen & markOf(hash)) == 0) return npos;
         for (std::size_t position = 0; position < _bytes.size();) {
             const tHead entry = head(position);
             if (is(position, entry)) return position;

@@ -58,6 +58,9 @@ private:
     static constexpr std::uint32_t kFree = 0xFFFFFFFFu;
     static constexpr std::size_t kUsualName = 32;  ///< bytes, for a guess at the room that names take
 
+    /// The bit of `_seen` for a name.
+    static std::uint64_t markOf(std::uint32_t hash) { return std::uint64_t{1} << ((hash * 0x9E3779B1u) >> 26); }
+
     /// What tells most names apart: for a few, their lengths and ends are enough.
     std::uint32_t hashOf(std::string_view name) const { return _slots.empty() ? signature(name) : hash(name); }
     static std::uint32_t signature(std::string_view name);
@@ -81,6 +84,7 @@ private:
 
     std::string _bytes;         ///< the entries, one behind the other
     std::vector<tSlot> _slots;  ///< by hash, with linear probing; none for a few
+    std::uint64_t _seen = 0;    ///< marks of the few: a name whose mark is missing is not among them
     std::size_t _entries = 0;   ///< dead ones included
     std::size_t _dead = 0;
 };

@@ -95,14 +95,13 @@ unsigned int Set::find(std::wstring_view name) const {
 bool Set::add(unsigned int offset) {
     Entity child(_store, offset, Record::kInPlace);
     if (!child.whole() || !Record::isChild(child.type())) return false;
-    const std::string_view name = child.nameBytes();
-    if (!writable().insert(offset, name)) return false;
+    if (!writable().insert(offset, child.nameBytes())) return false;
     try {
         takeFromOwner(child);
         if (child.parent() != _offset) child.writeParent(_offset, tTouches::kItself);
-        append(offset, name);
+        append(offset, child.nameBytes());
     } catch (...) {
-        _index->erase(name);
+        _index->erase(child.nameBytes());
         throw;
     }
     return true;

@@ -102,8 +102,14 @@ bool Base::writeByte(unsigned int position, unsigned char value, bool changed, t
 bool Base::write(std::uint64_t position, const char* data, std::uint64_t size, bool changed, tTouches touches) {
     if (position > _size || size > _size - position) return false;
     if (auto* access = _store->access()) {
-        access->write(_offset, static_cast<unsigned int>(position), data, static_cast<unsigned int>(size), changed);
-        if (_buffer) std::memcpy(_buffer + position, data, size);
+        const auto view =
+            access->write(_offset, static_cast<unsigned int>(position), data, static_cast<unsigned int>(size), changed);
+        if (_buffer) {
+            std::memcpy(_buffer + position, data, size);
+        } else {
+            _bytes = view.data;
+            _size = view.size;
+        }
         if (changed && touches == tTouches::kItself) Ledger::account(_store);
     } else {
         std::memcpy(buffer() + position, data, size);

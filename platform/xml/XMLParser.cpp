@@ -21,19 +21,27 @@ constexpr XML_Index kLeastBlock = 65536;
 /// whoever makes something of it.
 constexpr XML_Index kLongestTag = (8 << 20) - 1;
 
+/// What is read before the first of it is parsed. Expat counts the lines of each block but the last, a fifth of its
+/// work; most documents are one block so.
+constexpr int kFirstBlock = kLongestTag;
+
 /// How deep elements may stand in each other. What is open takes memory, here and in whoever makes something of it.
 constexpr unsigned long kDeepest = 200'000;
 
-/// Fills `buffer` from the reader, and returns less than `size` only at the reader's end.
-int fill(io::IDataReader& reader, char* buffer, int size) {
+/// Fills `buffer` from the reader, and returns less than `size` only at the reader's end, or where it throws.
+int fill(io::IDataReader& reader, char* buffer, int size, std::exception_ptr& thrown) {
     int filled = 0;
-    while (filled < size) {
-        const auto room = static_cast<unsigned long>(size - filled);
-        const unsigned long count = reader.read(buffer + filled, room);
-        // A reader that takes a failed system call's -1 for a count must not make us believe it.
-        if (count > room) throw std::length_error("a reader returned more than it was asked for");
-        if (count == 0) break;
-        filled += static_cast<int>(count);
+    try {
+        while (filled < size) {
+            const auto room = static_cast<unsigned long>(size - filled);
+            const unsigned long count = reader.read(buffer + filled, room);
+            // A reader that takes a failed system call's -1 for a count must not make us believe it.
+            if (count > room) throw std::length_error("a reader returned more than it was asked for");
+            if (count == 0) break;
+            filled += static_cast<int>(count);
+        }
+    } catch (...) {
+        thrown = std::current_exception();
     }
     return filled;
 }
@@ -71,10 +79,10 @@ public:
             while (feed(reader)) {
             }
         } catch (...) {
-            finish();
+            if (!std::exchange(_thrown, nullptr)) notePlace();
+            _parser.reset();
             throw;
         }
-        finish();
     }
 
     unsigned long line() const { return _parser ? XML_GetCurrentLineNumber(_parser.get()) : _line; }
@@ -108,28 +116,38 @@ private:
         XML_SetNotStandaloneHandler(_parser.get(), &State::onNotStandalone);
     }
 
-    void finish() {
-        if (!std::exchange(_thrown, nullptr)) notePlace();
-        _parser.reset();
-    }
-
     void notePlace() {
         _line = line();
         _column = column();
     }
 
-    /// Hands the next block of the document to expat; false after the last one.
+    /// Hands the next block of the document to expat; false after the last one. What came before a failure of the
+    /// reader is parsed.
     bool feed(io::IDataReader& reader) {
-        const int size = blockSize();
-        void* block = XML_GetBuffer(_parser.get(), size);
-        if (!block) throw std::bad_alloc();
-        const int filled = fill(reader, static_cast<char*>(block), size);
-        const bool last = filled < size;
+        int size = blockSize();
+        std::exception_ptr failed;
+        char* block = buffer(size);
+        int filled = fill(reader, block, size, failed);
+        if (_fed == 0 && filled == size) {
+            const std::string head(block, static_cast<std::size_t>(filled));
+            size = kFirstBlock;
+            block = buffer(size);
+            head.copy(block, head.size());
+            filled += fill(reader, block + filled, size - filled, failed);
+        }
+        const bool last = filled < size && !failed;
         const XML_Status status = XML_ParseBuffer(_parser.get(), filled, last);
         if (_thrown) std::rethrow_exception(_thrown);
         if (status != XML_STATUS_OK) failParsing();
+        if (failed) std::rethrow_exception(failed);
         _fed += filled;
         return !last;
+    }
+
+    char* buffer(int size) const {
+        void* const block = XML_GetBuffer(_parser.get(), size);
+        if (!block) throw std::bad_alloc();
+        return static_cast<char*>(block);
     }
 
     /// Expat looks at a tag or comment that is not whole again from its beginning with each block. So that a long one

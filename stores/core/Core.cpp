@@ -13,6 +13,11 @@ namespace {
 
 using tPlace = RecordSlot::tPlace;
 
+Core::tView viewOf(const RecordBytes& record) {
+    const auto bytes = record.view();
+    return {reinterpret_cast<const char*>(bytes.data()), record.size()};
+}
+
 bool equal(std::span<const std::byte> a, std::span<const std::byte> b) {
     return std::equal(a.begin(), a.end(), b.begin(), b.end());
 }
@@ -51,7 +56,11 @@ auto Core::_ask(const Attempt& attempt, Question question) const {
 }
 
 Core::Core(std::string name, std::unique_ptr<Engine> engine, tMode mode)
-    : _name(std::move(name)), _mode(mode), _keeps(engine && mode == tMode::kWrite), _engine(std::move(engine)) {
+    : _name(std::move(name)),
+      _mode(mode),
+      _lends(engine && engine->lends()),
+      _keeps(engine && mode == tMode::kWrite),
+      _engine(std::move(engine)) {
     if (!_engine) return;
     _longest = _engine->longestRecord();
     const Engine::Header header = _ask({"open"}, [&] { return _engine->header(); });
@@ -118,6 +127,7 @@ void Core::append(unsigned int offset, const void* data, unsigned int size) {
     _refuseLength(attempt, std::uint64_t{slot.bytes.size()} + size);
     _makeRoom(_changed);
     _records.heap().append(slot.bytes, data, size);
+    slot.place = tPlace::kHere;
     _noteContent(offset, slot);
 }
 
@@ -130,6 +140,7 @@ void Core::update(unsigned int offset, const void* data, unsigned int size, bool
     _refuseLength(attempt, size);
     _makeRoom(changed ? _changed : _counted);
     _records.heap().assign(slot.bytes, data, size);
+    slot.place = tPlace::kHere;
     changed ? _noteContent(offset, slot) : _noteBookkeeping(offset, slot);
 }
 
@@ -147,23 +158,29 @@ void Core::read(unsigned int offset, void* buffer, unsigned int size) {
 
 Core::tView Core::view(unsigned int offset) {
     const RecordSlot* slot = _find(offset);
-    if (!slot) return {};
-    const auto bytes = slot->bytes.view();
-    return {reinterpret_cast<const char*>(bytes.data()), static_cast<unsigned int>(bytes.size())};
+    return slot ? viewOf(slot->bytes) : tView();
 }
 
-void Core::write(unsigned int offset, unsigned int position, const void* data, unsigned int size, bool changed) {
+Core::tView Core::write(unsigned int offset, unsigned int position, const void* data, unsigned int size, bool changed) {
     const Attempt attempt{"change", offset};
     if (changed) _refuseChange(attempt);
+    RecordSlot* const found = _find(offset);
     // As in update: objects may still count themselves on a record that the writing process has erased since.
-    if (!changed && _mode == tMode::kRead && !_find(offset)) return;
-    RecordSlot& slot = _existing(attempt);
+    if (!found && !changed && _mode == tMode::kRead) return {};
+    RecordSlot& slot = found ? *found : _existing(attempt);
     if (std::uint64_t{position} + size > slot.bytes.size()) {
         throw failure(attempt.text(), _name, "the bytes do not lie inside it");
     }
-    _makeRoom(changed ? _changed : _counted);
-    slot.bytes.overwrite(position, data, size);
-    changed ? _noteContent(offset, slot) : _noteBookkeeping(offset, slot);
+    if (!(changed ? slot.changed : slot.counted)) _makeRoom(changed ? _changed : _counted);
+    _records.heap().overwrite(slot.bytes, position, data, size);
+    slot.place = tPlace::kHere;
+    if (changed) {
+        _noteContent(offset, slot);
+    } else {
+        _noteBookkeeping(offset, slot);
+        _giveBack(slot);
+    }
+    return viewOf(slot.bytes);
 }
 
 void Core::erase(unsigned int offset) {
@@ -207,6 +224,7 @@ void Core::_receive(const Engine::News& news) {
         _counted.clear();
     }
     for (const unsigned int offset : news.offsets) _records.forget(offset);
+    _records.endLoan();
     _extent = news.header.extent;
     _version = news.header.version;
     ++_contentChanges;
@@ -217,8 +235,9 @@ void Core::_receive(const Engine::News& news) {
 RecordSlot* Core::_find(unsigned int offset) {
     if (offset >= _extent) return nullptr;
     RecordSlot* slot = _records.find(offset);
-    if (!slot || slot->place == tPlace::kAway) slot = _bringIn(offset);
-    return slot && slot->place == tPlace::kHere ? slot : nullptr;
+    if (slot && slot->place == tPlace::kHere) return slot;
+    if (slot && slot->place == tPlace::kLent && slot->loan == _records.loan()) return slot;
+    return slot && slot->place == tPlace::kGone ? nullptr : _bringIn(offset);
 }
 
 RecordSlot& Core::_existing(const Attempt& attempt) {
@@ -232,8 +251,14 @@ RecordSlot* Core::_bringIn(unsigned int offset) {
     const auto bytes = _ask({"read", offset}, [&] { return _engine->load(offset); });
     if (!bytes) return nullptr;
     RecordSlot& slot = _records.at(offset);
-    _records.heap().assign(slot.bytes, bytes->data(), static_cast<unsigned int>(bytes->size()));
-    slot.place = tPlace::kHere;
+    if (_lends && !bytes->empty() && bytes->size() <= RecordHeap::kLongestLent) {
+        _records.heap().lend(slot.bytes, *bytes);
+        slot.place = tPlace::kLent;
+        slot.loan = _records.loan();
+    } else {
+        _records.heap().assign(slot.bytes, bytes->data(), static_cast<unsigned int>(bytes->size()));
+        slot.place = tPlace::kHere;
+    }
     return &slot;
 }
 
@@ -265,6 +290,12 @@ void Core::_noteBookkeeping(unsigned int offset, RecordSlot& slot) noexcept {
     _counted.push_back(offset);
 }
 
+// What is stored may not have the changes of content.
+void Core::_giveBack(RecordSlot& slot) noexcept {
+    if (slot.changed || slot.loan != _records.loan()) return;
+    if (_records.heap().giveBack(slot.bytes)) slot.place = tPlace::kLent;
+}
+
 bool Core::_hasChanges() const {
     return !_changed.empty() || _versionChanged;
 }
@@ -272,6 +303,7 @@ bool Core::_hasChanges() const {
 // Hands all changes down. What became of them is unknown once that has failed, so nothing is handed down after.
 void Core::_commit() {
     sort(_changed);
+    _records.endLoan();
     try {
         _ask({"flush"}, [&] {
             _engine->commit({{_extent, _version}, _changed, [this](unsigned int offset) { return _change(offset); }});

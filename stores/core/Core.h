@@ -20,8 +20,10 @@ namespace lumivard::platform::stores {
 /// A store: the rules of `IDataStore` over records in memory, which an engine below keeps for longer.
 ///
 /// It hands out offsets, brings records in when they are first asked for, knows which have changed, and hands the
-/// changes down as one batch. Without an engine there is nothing below, and the records last as long as the object. It
-/// knows neither files nor transactions.
+/// changes down as one batch. Records that an engine lends are copied only when something is written to them, and
+/// given back when bookkeeping has come back to what is stored: so to walk over a store takes no memory for it. Without
+/// an engine there is nothing below, and the records last as long as the object. It knows neither files nor
+/// transactions.
 ///
 /// Two kinds of change are kept apart. Content (`create`, `append`, `update` with `changed`, `erase`, `version`) is
 /// what a flush is for. Bookkeeping (`update` without `changed`) never makes a flush work and is refused by nothing,
@@ -52,7 +54,7 @@ public:
     core::storage::datastore::IRecordAccess* access() override { return this; }
 
     tView view(unsigned int offset) override;
-    void write(unsigned int offset, unsigned int position, const void* data, unsigned int size, bool changed) override;
+    tView write(unsigned int offset, unsigned int position, const void* data, unsigned int size, bool changed) override;
     void enter() override { _takeGuard(); }
     void leave() noexcept override { _giveGuard(); }
     unsigned long long changes() const override { return _contentChanges; }
@@ -87,6 +89,7 @@ private:
     void _makeRoom(std::vector<unsigned int>& list) const;
     void _noteContent(unsigned int offset, RecordSlot& slot) noexcept;
     void _noteBookkeeping(unsigned int offset, RecordSlot& slot) noexcept;
+    void _giveBack(RecordSlot& slot) noexcept;
 
     bool _hasChanges() const;
     Engine::Change _change(unsigned int offset) noexcept;
@@ -97,6 +100,7 @@ private:
 
     const std::string _name;
     const tMode _mode;
+    const bool _lends;                   // whether the engine lends records
     const bool _keeps;                   // whether anything is ever handed down, so that changes are noted
     unsigned int _longest = UINT32_MAX;  // bytes that a record may have
     std::mutex _guard;

@@ -24,7 +24,13 @@ using core::memory::PooledHeap;
 constexpr unsigned int kSmallBlock = 64;  // a block up to this size is kept however little it holds
 
 void copyBytes(std::byte* to, const void* from, unsigned int size) {
-    if (size != 0) std::memmove(to, from, size);  // which may lie in the same record
+    if (size == sizeof(std::uint32_t)) {  // one field, the most frequent of all
+        std::uint32_t field;
+        std::memcpy(&field, from, sizeof field);
+        std::memcpy(to, &field, sizeof field);
+    } else if (size != 0) {
+        std::memmove(to, from, size);  // which may lie in the same record
+    }
 }
 
 }  // namespace
@@ -69,11 +75,8 @@ struct RecordHeap::Long {
     }
 };
 
-void RecordBytes::overwrite(unsigned int position, const void* data, unsigned int size) noexcept {
-    copyBytes(_data + position, data, size);
-}
-
 void RecordHeap::assign(RecordBytes& bytes, const void* data, unsigned int size) {
+    _forgetLent(bytes);
     const unsigned int capacity = _capacity(bytes);
     if (size <= capacity && (capacity <= kSmallBlock || size >= capacity / 2)) {
         copyBytes(bytes._data, data, size);
@@ -87,7 +90,23 @@ void RecordHeap::assign(RecordBytes& bytes, const void* data, unsigned int size)
     }
 }
 
+void RecordHeap::overwrite(RecordBytes& bytes, unsigned int position, const void* data, unsigned int size) {
+    if (bytes._kind == 0) {
+        _ownLent(bytes);
+    } else if (_longestShared == 0 && bytes._kind == kLongKind) {
+        RecordBytes fresh = _allocate(bytes._size);
+        copyBytes(fresh._data, bytes._data, bytes._size);
+        fresh._size = bytes._size;
+        copyBytes(fresh._data + position, data, size);
+        release(bytes);
+        bytes = fresh;
+        return;
+    }
+    copyBytes(bytes._data + position, data, size);
+}
+
 void RecordHeap::append(RecordBytes& bytes, const void* data, unsigned int size) {
+    _forgetLent(bytes);
     const std::uint64_t needed = std::uint64_t{bytes._size} + size;
     const unsigned int capacity = _capacity(bytes);
     if (needed <= capacity) {
@@ -111,6 +130,43 @@ void RecordHeap::release(RecordBytes& bytes) noexcept {
         _give(bytes._data);
     }
     bytes = {};
+}
+
+void RecordHeap::lend(RecordBytes& bytes, std::span<const std::byte> lent) noexcept {
+    release(bytes);
+    bytes._data = const_cast<std::byte*>(lent.data());  // which nobody writes to while there is no block
+    bytes._size = static_cast<unsigned int>(lent.size());
+}
+
+bool RecordHeap::giveBack(RecordBytes& bytes) noexcept {
+    if (!_remembersLent(bytes)) return false;
+    std::byte* lent = nullptr;
+    std::memcpy(&lent, bytes._data + _capacity(bytes), sizeof lent);
+    if (std::memcmp(lent, bytes._data, bytes._size) != 0) return false;
+    _give(bytes._data);
+    bytes._data = lent;
+    bytes._kind = 0;
+    return true;
+}
+
+// The address stands behind the room for contents, which thereby stay as long as they are.
+void RecordHeap::_ownLent(RecordBytes& bytes) {
+    static_assert(sizeof(std::byte*) <= kUnit && kLongestLent <= (kKinds - 2) * kUnit);
+    if (bytes._size == 0) return;
+    const auto units = static_cast<unsigned char>((bytes._size + kUnit - 1) / kUnit + 1);
+    std::byte* const block = _take(units);
+    copyBytes(block, bytes._data, bytes._size);
+    std::memcpy(block + (units - 1) * kUnit, &bytes._data, sizeof bytes._data);
+    bytes._data = block;
+    bytes._kind = units | kOfLent;
+}
+
+bool RecordHeap::_remembersLent(const RecordBytes& bytes) noexcept {
+    return bytes._kind != kLongKind && (bytes._kind & kOfLent) != 0;
+}
+
+void RecordHeap::_forgetLent(RecordBytes& bytes) noexcept {
+    if (_remembersLent(bytes)) bytes._kind &= static_cast<unsigned char>(~kOfLent);
 }
 
 void RecordHeap::clear() noexcept {
@@ -141,6 +197,7 @@ RecordBytes RecordHeap::_allocate(std::uint64_t capacity) {
 }
 
 unsigned int RecordHeap::_capacity(const RecordBytes& bytes) noexcept {
+    if (_remembersLent(bytes)) return (bytes._kind - kOfLent - 1) * kUnit;
     if (bytes._kind != kLongKind) return bytes._kind * kUnit;
     return static_cast<unsigned int>(Long::of(bytes._data)->capacity);
 }

@@ -10,15 +10,13 @@ namespace lumivard::platform::stores {
 
 class RecordHeap;
 
-/// The contents of one record in memory, in a block from a `RecordHeap`, which alone changes its length and gives it
-/// back. 13 bytes large, since there is one for each record; a copy is the same record.
+/// The contents of one record: in a block from a `RecordHeap`, which alone changes them and gives it back, or lent by
+/// somebody else, who keeps them as they are. 13 bytes large, since there is one for each record; a copy is the same
+/// record.
 class RecordBytes {
 public:
     unsigned int size() const noexcept { return _size; }
     std::span<const std::byte> view() const noexcept { return {_data, _size}; }
-
-    /// Overwrites `size` bytes from `position` on, all of them inside.
-    void overwrite(unsigned int position, const void* data, unsigned int size) noexcept;
 
 private:
     friend class RecordHeap;
@@ -40,8 +38,11 @@ private:
 class RecordHeap {
 public:
     /// Records of up to so many bytes share slabs. The address sanitizer, which watches what lies between blocks, sees
-    /// each record in a block of its own.
+    /// each record in a block of its own, and another one after each overwriting.
     static const unsigned int kLongestShared;
+
+    /// The longest contents that are lent: more than these are worth a copy that lasts.
+    static constexpr unsigned int kLongestLent = 1000;
 
     explicit RecordHeap(unsigned int longestShared = kLongestShared) : _longestShared(longestShared) {}
     ~RecordHeap() { clear(); }
@@ -51,12 +52,24 @@ public:
     /// Replaces the contents. Takes a new block only when the old one is too small, or more than twice too large.
     void assign(RecordBytes& bytes, const void* data, unsigned int size);
 
+    /// Overwrites `size` bytes from `position` on, all of them inside. Lent contents are copied into a block before,
+    /// which remembers them for `giveBack`.
+    void overwrite(RecordBytes& bytes, unsigned int position, const void* data, unsigned int size);
+
     /// Adds to the end; `size() + size` must fit in 32 bits. Blocks grow by doubling, so that many small additions cost
     /// in proportion to the bytes added.
     void append(RecordBytes& bytes, const void* data, unsigned int size);
 
     /// Leaves no contents and gives the block back.
     void release(RecordBytes& bytes) noexcept;
+
+    /// Makes lent bytes the contents, at most `kLongestLent` and at least one. They have to stand, and be as they are,
+    /// as long as the record is looked at or copied; to `release` it and to replace its contents is always allowed.
+    void lend(RecordBytes& bytes, std::span<const std::byte> lent) noexcept;
+
+    /// Makes the lent contents of before, which have to stand still, the contents again and gives the block back, if
+    /// only `overwrite` has changed them since and they are the same again. False otherwise, with nothing done.
+    bool giveBack(RecordBytes& bytes) noexcept;
 
     /// Gives all blocks back; no record may be used any more.
     void clear() noexcept;
@@ -69,7 +82,8 @@ private:
     struct Long;
 
     static constexpr unsigned int kUnit = 8;             // lengths of shared blocks are multiples of it
-    static constexpr unsigned char kKinds = 128;         // kind k is a shared block of k units, 0 is no block
+    static constexpr unsigned char kKinds = 127;         // kind k is a shared block of k units, 0 is no block
+    static constexpr unsigned char kOfLent = 128;        // is added where the last unit is the address of lent contents
     static constexpr unsigned char kLongKind = 255;      // a block of its own
     static constexpr std::size_t kSlabSize = 64 * 1024;  // and its alignment
     static constexpr unsigned int kMostSlabs = 32;       // that are taken from the system together
@@ -87,6 +101,9 @@ private:
     void _addRegion();
     std::byte* _takeLong(unsigned int capacity);
     void _giveLong(std::byte* block) noexcept;
+    void _ownLent(RecordBytes& bytes);
+    static void _forgetLent(RecordBytes& bytes) noexcept;
+    static bool _remembersLent(const RecordBytes& bytes) noexcept;
     static unsigned int _capacity(const RecordBytes& bytes) noexcept;
     static Slab& _slabOf(std::byte* block) noexcept;
     static void _link(Slab*& list, Slab& slab) noexcept;

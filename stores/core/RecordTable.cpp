@@ -16,9 +16,21 @@ void RecordTable::forget(unsigned int offset) noexcept {
     RecordSlot* slot = find(offset);
     if (!slot) return;
     _heap.release(slot->bytes);
-    slot->place = RecordSlot::tPlace::kAway;
-    slot->changed = false;
-    slot->counted = false;
+    *slot = RecordSlot{};
+}
+
+// Slots have the number of a loan, so that nobody has to go through them, but for one time in 65,536, after which the
+// numbers begin anew.
+void RecordTable::endLoan() noexcept {
+    if (++_loan != 0) return;
+    for (const auto& page : _pages) {
+        if (!page) continue;
+        for (RecordSlot& slot : *page) {
+            if (slot.place == RecordSlot::tPlace::kLent) slot.place = RecordSlot::tPlace::kAway;
+            slot.loan = 0;
+        }
+    }
+    _loan = 1;
 }
 
 }  // namespace lumivard::platform::stores

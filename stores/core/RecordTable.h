@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -12,14 +13,16 @@ namespace lumivard::platform::stores {
 struct RecordSlot {
     enum class tPlace : unsigned char {
         kAway,  ///< not asked for yet: the engine may have it
+        kLent,  ///< where the engine has it, until the loan ends
         kHere,  ///< in memory
         kGone   ///< names no record
     };
 
-    [[no_unique_address]] RecordBytes bytes;  ///< of a record that is here
-    tPlace place = tPlace::kAway;
-    bool changed = false;  ///< content differs from what is stored; listed among the changes
-    bool counted = false;  ///< was updated by bookkeeping alone; listed among those
+    [[no_unique_address]] RecordBytes bytes;  ///< of a record that is here or lent
+    tPlace place : 2 = tPlace::kAway;
+    bool changed : 1 = false;  ///< content differs from what is stored; listed among the changes
+    bool counted : 1 = false;  ///< was updated by bookkeeping alone; listed among those
+    std::uint16_t loan = 0;    ///< in which the contents were lent; 0 for none
 };
 
 /// All offsets of a store, found in constant time, and the memory of their records.
@@ -41,6 +44,12 @@ public:
     /// Puts an offset back to what it was before it was first asked for.
     void forget(unsigned int offset) noexcept;
 
+    /// Which loan this is: contents that were lent in another one are not there any more.
+    std::uint16_t loan() const noexcept { return _loan; }
+
+    /// From now on nothing is looked at any more that was lent.
+    void endLoan() noexcept;
+
     /// Forgets all offsets.
     void clear() noexcept {
         _pages.clear();
@@ -56,6 +65,7 @@ private:
 
     std::vector<std::unique_ptr<Page>> _pages;
     RecordHeap _heap;
+    std::uint16_t _loan = 1;
 };
 
 }  // namespace lumivard::platform::stores

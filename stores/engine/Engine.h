@@ -54,8 +54,12 @@ public:
     virtual Header header() = 0;
 
     /// The contents of a record in the snapshot, or nothing when it holds no such record. The bytes belong to the
-    /// engine and stand until its next call.
+    /// engine and stand until its next call, or as long as `lends` says.
     virtual std::optional<std::span<const std::byte>> load(unsigned int offset) = 0;
+
+    /// Whether the bytes that `load` gives stand, as they are, until the next `commit`, also one that fails, or the
+    /// next `guardTaken` that has news.
+    virtual bool lends() const noexcept { return false; }
 
     /// Makes a batch durable, all of it or, when it throws, none of it, and moves the snapshot there. After a failure
     /// `load` still answers from the snapshot before, and nothing else will be committed.

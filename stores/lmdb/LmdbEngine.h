@@ -49,6 +49,7 @@ public:
     unsigned int longestRecord() const noexcept override { return kLongest; }
     Header header() override;
     std::optional<std::span<const std::byte>> load(unsigned int offset) override;
+    bool lends() const noexcept override;
     void commit(const Batch& batch) override;
 
     /// A reader moves to the last commit of the writer. A writer has no news: nobody else commits.

@@ -118,9 +118,31 @@ Breakage viewsEndWhenARecordIsChanged() {
         .view = [copies](SoundAccess& access, unsigned int offset) { return copied(*copies, access, offset); }};
 }
 
-Breakage writeMovesTheRecord() {
-    const auto copies = std::make_shared<tCopies>();
-    return {.view = [copies](SoundAccess& access, unsigned int offset) { return copied(*copies, access, offset); }};
+Breakage writeGivesNoView() {
+    return {.written = [](SoundAccess&, unsigned int) { return tView(); }};
+}
+
+Breakage writeGivesTheViewOfBefore() {
+    const auto before = std::make_shared<std::string>();
+    return {.write =
+                [before](SoundAccess& access, unsigned int offset, unsigned int position, const void* data,
+                         unsigned int size, bool changed) {
+                    *before = copyOf(access, offset);
+                    access.write(offset, position, data, size, changed);
+                },
+            .written = [before](SoundAccess&, unsigned int) { return shown(*before); }};
+}
+
+// What bookkeeping has come back to is taken for what is stored, whatever content was changed.
+Breakage bookkeepingThatComesBackUndoesContent() {
+    const auto stored = std::make_shared<std::map<unsigned int, std::string>>();
+    return {.write = [stored](SoundAccess& access, unsigned int offset, unsigned int position, const void* data,
+                              unsigned int size, bool changed) {
+        const std::string before = stored->try_emplace(offset, copyOf(access, offset)).first->second;
+        access.write(offset, position, data, size, changed);
+        if (changed || size == 0 || before.compare(position, size, copyOf(access, offset), position, size) != 0) return;
+        access.store().update(offset, before.data(), static_cast<unsigned int>(before.size()), false);
+    }};
 }
 
 Breakage writeIgnoresItsPosition() {
@@ -141,8 +163,11 @@ Breakage writeSpillsIntoTheNextOne() {
 Breakage writeGrowsTheRecord() {
     return {.write = [](SoundAccess& access, unsigned int offset, unsigned int position, const void* data,
                         unsigned int size, bool changed) {
-        if (position > 1000 || size > 1000) return access.write(offset, position, data, size, changed);
-        replace(access, offset, position, data, size, changed);
+        if (position > 1000 || size > 1000) {
+            access.write(offset, position, data, size, changed);
+        } else {
+            replace(access, offset, position, data, size, changed);
+        }
     }};
 }
 
@@ -290,6 +315,7 @@ const std::map<std::string, tMakeBreakage>& brokenAccesses() {
         {"attachment_is_never_let_go", attachmentIsNeverLetGo},
         {"attachment_is_there_from_the_beginning", attachmentIsThereFromTheBeginning},
         {"attachment_survives_reopening", attachmentSurvivesReopening},
+        {"bookkeeping_that_comes_back_undoes_content", bookkeepingThatComesBackUndoesContent},
         {"changes_count_bookkeeping", changesCountBookkeeping},
         {"changes_count_every_second", changesCountEverySecond},
         {"changes_count_failures", changesCountFailures},
@@ -304,11 +330,12 @@ const std::map<std::string, tMakeBreakage>& brokenAccesses() {
         {"views_end_when_a_record_is_changed", viewsEndWhenARecordIsChanged},
         {"views_end_when_a_record_is_created", viewsEndWhenARecordIsCreated},
         {"views_share_one_buffer", viewsShareOneBuffer},
+        {"write_gives_no_view", writeGivesNoView},
+        {"write_gives_the_view_of_before", writeGivesTheViewOfBefore},
         {"write_grows_the_record", writeGrowsTheRecord},
         {"write_ignores_bookkeeping", writeIgnoresBookkeeping},
         {"write_ignores_its_position", writeIgnoresItsPosition},
         {"write_is_never_content", writeIsNeverContent},
-        {"write_moves_the_record", writeMovesTheRecord},
         {"write_of_no_record_is_passed_over", writeOfNoRecordIsPassedOver},
         {"write_of_nothing_wants_room", writeOfNothingWantsRoom},
         {"write_spills_into_the_next_one", writeSpillsIntoTheNextOne},

@@ -34,6 +34,7 @@ struct Breakage {
     std::function<void(SoundAccess&, unsigned int offset, unsigned int position, const void* data, unsigned int size,
                        bool changed)>
         write{};
+    std::function<IRecordAccess::tView(SoundAccess&, unsigned int offset)> written{};  // what it gives
     std::function<void(SoundAccess&)> enter{};
     std::function<void(SoundAccess&)> leave{};
     std::function<unsigned long long(const SoundAccess&)> changes{};
@@ -92,9 +93,14 @@ public:
     tView view(unsigned int offset) override {
         return _broken.view ? _broken.view(_access, offset) : _access.view(offset);
     }
-    void write(unsigned int offset, unsigned int position, const void* data, unsigned int size, bool changed) override {
-        _broken.write ? _broken.write(_access, offset, position, data, size, changed)
-                      : _access.write(offset, position, data, size, changed);
+    tView write(unsigned int offset, unsigned int position, const void* data, unsigned int size,
+                bool changed) override {
+        if (_broken.write) {
+            _broken.write(_access, offset, position, data, size, changed);
+        } else {
+            _access.write(offset, position, data, size, changed);
+        }
+        return _broken.written ? _broken.written(_access, offset) : view(offset);
     }
     void enter() override { _broken.enter ? _broken.enter(_access) : _access.enter(); }
     void leave() noexcept override { _broken.leave ? _broken.leave(_access) : _access.leave(); }

@@ -135,10 +135,10 @@ IRecordAccess::tView FailingStore::Access::view(unsigned int offset) {
     return _under().view(offset);
 }
 
-void FailingStore::Access::write(unsigned int offset, unsigned int position, const void* data, unsigned int size,
-                                 bool changed) {
+IRecordAccess::tView FailingStore::Access::write(unsigned int offset, unsigned int position, const void* data,
+                                                 unsigned int size, bool changed) {
     _store._pass(changed ? kWrite : kBookkeeping);
-    _under().write(offset, position, data, size, changed);
+    return _under().write(offset, position, data, size, changed);
 }
 
 void FailingStore::Access::enter() {

@@ -37,14 +37,15 @@ public:
         return {shown.data(), static_cast<unsigned int>(shown.size())};
     }
 
-    void write(unsigned int offset, unsigned int position, const void* data, unsigned int size, bool changed) override {
+    tView write(unsigned int offset, unsigned int position, const void* data, unsigned int size,
+                bool changed) override {
         const tView seen = view(offset);
         if (position > seen.size || size > seen.size - position) throw std::out_of_range("outside the record");
         std::string bytes(seen.data, seen.size);
         if (size != 0) std::memcpy(bytes.data() + position, data, size);
         _store.update(offset, bytes.data(), seen.size, changed);
-        if (size != 0) std::memcpy(_shown[offset].data() + position, data, size);
         if (changed) countChange();
+        return view(offset);
     }
 
     void enter() override {

@@ -26,15 +26,46 @@ TEST_P(StoreContract, AWriteChangesExactlyItsBytesAtEachPositionAndLength) {
     }
 }
 
-TEST_P(StoreContract, AViewShowsWhatAWriteWrites) {
+TEST_P(StoreContract, AWriteGivesTheViewThatThereIsAfterIt) {
     LVP_SKIP_WITHOUT_ACCESS();
+    auto* const access = store().access();
     const unsigned int offset = create("abcdefgh");
-    const auto view = store().access()->view(offset);
-    write(offset, 2, "CDE");
-    EXPECT_EQ(bytesOf(view), "abCDEfgh");
-    write(offset, 7, "8", false);
+    access->view(offset);
+    EXPECT_EQ(bytesOf(access->write(offset, 2, "CDE", 3, true)), "abCDEfgh");
+    const auto view = access->write(offset, 7, "8", 1, false);
     EXPECT_EQ(bytesOf(view), "abCDEfg8");
-    EXPECT_EQ(store().access()->view(offset).data, view.data);
+    EXPECT_EQ(access->view(offset).data, view.data);
+    EXPECT_EQ(bytesOf(access->write(offset, 8, "", 0, true)), "abCDEfg8");
+}
+
+TEST_P(StoreContract, AWriteToARecordThatWasJustBroughtInGivesItsView) {
+    LVP_SKIP_WITHOUT_ACCESS();
+    const unsigned int offset = create("refs=0");
+    const unsigned int other = create("R=0");
+    LVP_SKIP_UNLESS_REOPENED();
+    auto* const access = store().access();
+    EXPECT_EQ(bytesOf(access->write(offset, 5, "1", 1, false)), "refs=1");
+    EXPECT_EQ(bytesOf(access->write(other, 2, "1", 1, true)), "R=1");
+    EXPECT_EQ(shown(offset) + shown(other), "refs=1R=1");
+}
+
+TEST_P(StoreContract, BookkeepingMayComeAndGoAnyNumberOfTimes) {
+    LVP_SKIP_WITHOUT_ACCESS();
+    const unsigned int offset = create("refs=0");
+    LVP_SKIP_UNLESS_REOPENED();
+    for (int i = 0; i < 20; ++i) {
+        write(offset, 5, "1", false);
+        EXPECT_EQ(shown(offset) + contents(offset), "refs=1refs=1");
+        write(offset, 5, "0", false);
+        EXPECT_EQ(shown(offset) + contents(offset), "refs=0refs=0");
+        if (i % 5 == 0) store().flush();
+    }
+    write(offset, 0, "R");
+    write(offset, 5, "1", false);
+    write(offset, 5, "0", false);
+    EXPECT_EQ(shown(offset), "Refs=0") << "which is content";
+    ASSERT_TRUE(flushAndReopen());
+    EXPECT_EQ(shown(offset), "Refs=0");
 }
 
 TEST_P(StoreContract, AWriteLeavesOtherRecordsAlone) {

@@ -61,9 +61,10 @@ public:
         note(0);
         return offered().view(offset);
     }
-    void write(unsigned int offset, unsigned int position, const void* data, unsigned int size, bool changed) override {
+    tView write(unsigned int offset, unsigned int position, const void* data, unsigned int size,
+                bool changed) override {
         note(size);
-        offered().write(offset, position, data, size, changed);
+        return offered().write(offset, position, data, size, changed);
     }
     void enter() override {
         ++_count.guards;

@@ -36,7 +36,8 @@ std::string readPart(IDataStore& store, const StoreOperation& operation) {
 void write(IDataStore& store, const StoreOperation& operation, bool changed) {
     const auto size = static_cast<unsigned int>(operation.bytes.size());
     if (auto* const access = store.access()) {
-        return access->write(operation.offset, operation.position, operation.bytes.data(), size, changed);
+        access->write(operation.offset, operation.position, operation.bytes.data(), size, changed);
+        return;
     }
     std::string all = contents(store, operation.offset);
     if (std::size_t{operation.position} + size > all.size()) throw std::out_of_range("outside the record");

@@ -339,14 +339,41 @@ TEST(XMLParser, ReadsATagThatIsShorterThanEightMebibytesAndNoOther) {
     }
 }
 
-TEST(XMLParser, ReadsManyShortTagsInBlocksOfOneSize) {
+TEST(XMLParser, ReadsEightMebibytesAtOnceAndWhatFollowsInBlocksOfOneSize) {
     std::string document = "<a>";
+    for (int i = 0; i < 200000; ++i) document += "<b/>";
+    document += "<!--" + std::string((8 << 20) - document.size() - 8, 'c') + "-->";
+    const std::size_t first = document.size();
     for (int i = 0; i < 200000; ++i) document += "<b/>";
     PieceReader reader(document + "</a>", ~0ul, false);
     Recorder recorder;
     XMLParser(&recorder, nullptr).parseDocument(&reader);
-    EXPECT_EQ(recorder.events.size(), 400002u);
-    EXPECT_EQ(reader.longest, 65536u);
+    EXPECT_EQ(recorder.events.size(), 800002u);
+    EXPECT_EQ(reader.longest, (8u << 20) - 1 - 65536);
+    EXPECT_LE(reader.calls, 4 + static_cast<int>((document.size() - first) / 65536));
+}
+
+TEST(XMLParser, TellsWhatWasReadBeforeItsReaderFails) {
+    for (const std::size_t whole : {10000ul, 65536ul, 300000ul, 9000000ul}) {
+        std::string document = "<a>";
+        while (document.size() < whole) document += "<b>" + std::string(4000, 't') + "</b>";
+        PieceReader reader(document, ~0ul, true);
+        Recorder recorder;
+        EXPECT_THROW(XMLParser(&recorder, nullptr).parseDocument(&reader), std::range_error);
+        const auto told = std::count(recorder.events.begin(), recorder.events.end(), "<b");
+        EXPECT_GE(told, static_cast<long>(document.size() / 4007) - 1) << whole;
+    }
+}
+
+TEST(XMLParser, TellsOfAFaultThatComesBeforeItsReaderFails) {
+    PieceReader reader("<a>" + std::string(100000, 't') + "</b>", ~0ul, true);
+    Recorder recorder;
+    try {
+        XMLParser(&recorder, nullptr).parseDocument(&reader);
+        FAIL() << "nothing was thrown";
+    } catch (const std::runtime_error& error) {
+        EXPECT_THAT(error.what(), testing::EndsWith("mismatched tag"));
+    }
 }
 
 /// Follows the depth of a document.

@@ -35,10 +35,11 @@ TEST_F(CoreAccess, AViewBringsItsRecordInOnceAndStaysInItsPlace) {
     open();
     EXPECT_EQ(shown(1), "b");
     const char* const place = core().view(1).data;
-    write(1, 0, "B");
+    EXPECT_EQ(shown(0) + shown(1), "ab");
     EXPECT_EQ(core().view(1).data, place);
+    write(1, 0, "B");
     EXPECT_EQ(shown(1), "B");
-    EXPECT_THAT(disk.loads, ElementsAre(1));
+    EXPECT_THAT(disk.loads, ElementsAre(1, 0));
 }
 
 TEST_F(CoreAccess, AViewThatCannotBeBroughtInThrows) {
@@ -136,6 +137,136 @@ TEST_F(CoreAccess, WhatAViewShowsMayBeHandedToAnyOperation) {
               "bcdefghb"
               "xabcdefgh"
               "efgh");
+}
+
+// --- Records that the engine lends
+
+class LentRecords : public CoreAccess {
+protected:
+    LentRecords() { disk.lends = true; }
+
+    bool showsLent(unsigned int offset) {
+        const auto view = core().view(offset);
+        for (const auto& bytes : disk.lent) {
+            if (bytes->data() == view.data) return true;
+        }
+        return false;
+    }
+};
+
+TEST_F(LentRecords, AreShownWhereTheEngineHasThem) {
+    stored({"a", "bc"});
+    open();
+    EXPECT_EQ(shown(1), "bc");
+    EXPECT_TRUE(showsLent(1));
+    EXPECT_EQ(contents(core(), 1), "bc");
+    EXPECT_EQ(core().size(1), 2U);
+    EXPECT_THAT(disk.loads, ElementsAre(1));
+}
+
+TEST_F(LentRecords, AreCopiedToBeCountedAndGivenBackWhenTheCountIsWhatIsStored) {
+    stored({"refs=0"});
+    open();
+    for (int i = 0; i < 3; ++i) {
+        write(0, 5, "1", false);
+        EXPECT_EQ(shown(0), "refs=1");
+        EXPECT_FALSE(showsLent(0));
+        write(0, 5, "2", false);
+        write(0, 5, "1", false);
+        EXPECT_FALSE(showsLent(0));
+        write(0, 5, "0", false);
+        EXPECT_EQ(shown(0), "refs=0");
+        EXPECT_TRUE(showsLent(0));
+    }
+    EXPECT_THAT(disk.loads, ElementsAre(0));
+    close();
+    EXPECT_THAT(disk.loads, ElementsAre(0)) << "there is nothing to compare";
+    EXPECT_THAT(disk.commits, IsEmpty());
+}
+
+TEST_F(LentRecords, AreNotGivenBackForContentThatWasChanged) {
+    stored({"refs=0"});
+    open();
+    write(0, 0, "R");
+    write(0, 0, "r");
+    write(0, 5, "1", false);
+    write(0, 5, "0", false);
+    EXPECT_FALSE(showsLent(0));
+    core().flush();
+    ASSERT_THAT(disk.commits, SizeIs(1));
+    EXPECT_THAT(disk.commits[0].records, ElementsAre(Written{0, "refs=0"}));
+}
+
+TEST_F(LentRecords, AreReadAnewAfterAFlush) {
+    stored({"refs=0", "a", "b"});
+    open();
+    write(0, 5, "1", false);
+    EXPECT_EQ(shown(1) + shown(2), "ab");
+    write(2, 0, "B");
+    core().flush();
+    EXPECT_EQ(shown(0) + shown(1) + shown(2), "refs=1aB");
+    EXPECT_TRUE(showsLent(1));
+    write(0, 5, "0", false);
+    EXPECT_EQ(shown(0), "refs=0");
+    EXPECT_FALSE(showsLent(0)) << "what it was copied from is gone";
+    write(1, 0, "A");
+    write(2, 0, "C");
+    core().flush();
+    close();
+    EXPECT_EQ(disk.records[0] + disk.records[1] + disk.records[2], "refs=0AC");
+}
+
+TEST_F(LentRecords, AreReadAnewAfterAFlushThatFailed) {
+    stored({"a", "b"});
+    open();
+    EXPECT_EQ(shown(0), "a");
+    write(1, 0, "B");
+    disk.beforeCommit = fail;
+    failureOf([&] { core().flush(); });
+    EXPECT_EQ(shown(0) + shown(1), "aB");
+    EXPECT_THAT(disk.loads, ElementsAre(0, 1, 0));
+}
+
+TEST_F(LentRecords, AreReadAnewWhenThereIsNews) {
+    stored({"a", "b"});
+    open(tMode::kRead);
+    EXPECT_EQ(shown(0) + shown(1), "ab");
+    disk.records[1] = "B";
+    disk.news = Engine::News{disk.header, false, {1}};
+    delete core().lock();
+    EXPECT_EQ(shown(0) + shown(1), "aB");
+    disk.records[0] = "A";
+    disk.news = Engine::News{disk.header, true, {}};
+    delete core().lock();
+    EXPECT_EQ(shown(0) + shown(1), "AB");
+}
+
+TEST_F(LentRecords, GiveWayToWhatEachOperationMakesOfThem) {
+    stored({"abcd", "abcd", "abcd", "abcd", ""});
+    open();
+    for (unsigned int offset = 0; offset < 5; ++offset) shown(offset);
+    core().append(0, core().view(0).data, 4);
+    core().update(1, "xy", 2, true);
+    core().update(2, "z", 1, false);
+    core().erase(3);
+    core().append(4, "e", 1);
+    EXPECT_EQ(shown(0) + shown(1) + shown(2) + shown(3) + shown(4), "abcdabcdxyze");
+    EXPECT_EQ(core().size(3), 0U);
+    close();
+    EXPECT_EQ(disk.records[0] + disk.records[1] + disk.records[2] + disk.records[4], "abcdabcdxyze");
+    EXPECT_EQ(disk.records.count(3), 0U);
+}
+
+TEST_F(LentRecords, AreCopiedAtOnceWhenTheyAreLong) {
+    stored({std::string(RecordHeap::kLongestLent, 'a'), std::string(RecordHeap::kLongestLent + 1, 'b')});
+    open();
+    EXPECT_TRUE(showsLent(0));
+    EXPECT_FALSE(showsLent(1));
+    write(0, 0, "x");
+    core().flush();
+    disk.loads.clear();
+    EXPECT_EQ(shown(1), std::string(RecordHeap::kLongestLent + 1, 'b'));
+    EXPECT_THAT(disk.loads, IsEmpty()) << "so that it is not read anew after each flush";
 }
 
 // --- Closing

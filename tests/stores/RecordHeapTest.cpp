@@ -1,7 +1,9 @@
 #include "stores/core/RecordHeap.h"
 
 #include <cstdint>
+#include <cstring>
 #include <random>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -10,7 +12,7 @@
 namespace lumivard::platform::stores {
 namespace {
 
-constexpr unsigned int kShared = 1024;  // bytes of the longest record that shares a slab
+constexpr unsigned int kShared = 1016;  // bytes of the longest record that shares a slab
 
 /// A heap that shares slabs whatever watches it.
 class RecordHeapTest : public testing::Test {
@@ -86,7 +88,7 @@ TEST_F(RecordHeapTest, WhatIsCopiedMayBeBytesOfTheRecordItself) {
             ASSERT_EQ(text(bytes), expected) << size;
         }
         heap.assign(bytes, bytes.view().data() + 1, bytes.size() - 1);
-        bytes.overwrite(0, bytes.view().data() + 1, 10);
+        heap.overwrite(bytes, 0, bytes.view().data() + 1, 10);
         expected.erase(0, 1);
         expected.replace(0, 10, std::string(expected, 1, 10));
         ASSERT_EQ(text(bytes), expected) << size;
@@ -145,7 +147,7 @@ TEST_F(RecordHeapTest, SlabsOfOneLengthServeAnotherWhenNothingOfThemIsUsed) {
     for (unsigned int size = 8; size <= kShared; size += 8) {
         for (RecordBytes& bytes : all) assign(bytes, size);
     }
-    // Of records of 1,016 bytes that become 1,024 long one by one, one length or the other is there at any time.
+    // Of records of 1,008 bytes that become 1,016 long one by one, one length or the other is there at any time.
     EXPECT_LT(heap.footprint(), 20000 * kShared * 5 / 4);
 }
 
@@ -191,6 +193,113 @@ TEST_F(RecordHeapTest, LongRecordsAreGivenBackInAnyOrder) {
     for (int i = 0; i < 5; ++i) all.push_back(made(5000));
     for (const std::size_t i : {2U, 0U, 4U, 1U, 3U}) heap.release(all[i]);
     EXPECT_EQ(heap.footprint(), 0U);
+}
+
+// --- Lent contents
+
+/// Bytes of somebody else, of each length that may be lent.
+class LentContents : public RecordHeapTest {
+protected:
+    RecordBytes lent(const std::string& contents) {
+        RecordBytes bytes;
+        heap.lend(bytes, std::as_bytes(std::span(contents)));
+        return bytes;
+    }
+    void overwrite(RecordBytes& bytes, unsigned int position, const std::string& with) {
+        heap.overwrite(bytes, position, with.data(), static_cast<unsigned int>(with.size()));
+    }
+};
+
+TEST_F(LentContents, AreShownWhereTheyLieAndTakeNoBlock) {
+    const std::string contents(100, 'l');
+    RecordBytes bytes = made(50);
+    const std::size_t used = heap.footprint();
+    heap.lend(bytes, std::as_bytes(std::span(contents)));
+    EXPECT_EQ(static_cast<const void*>(bytes.view().data()), contents.data());
+    EXPECT_EQ(bytes.size(), 100U);
+    heap.release(bytes);
+    EXPECT_EQ(bytes.size(), 0U);
+    EXPECT_EQ(heap.footprint(), used);
+}
+
+TEST_F(LentContents, OfAnyLengthAreCopiedBeforeTheyAreOverwrittenAndGivenBackWhenTheyAreTheSameAgain) {
+    for (unsigned int size = 1; size <= RecordHeap::kLongestLent; ++size) {
+        const std::string contents(size, 'l');
+        RecordBytes bytes = lent(contents);
+        overwrite(bytes, size - 1, "x");
+        ASSERT_EQ(text(bytes), std::string(size - 1, 'l') + "x");
+        ASSERT_EQ(contents, std::string(size, 'l'));
+        ASSERT_FALSE(heap.giveBack(bytes)) << size;
+        overwrite(bytes, size - 1, "l");
+        ASSERT_TRUE(heap.giveBack(bytes)) << size;
+        ASSERT_EQ(static_cast<const void*>(bytes.view().data()), contents.data());
+        ASSERT_FALSE(heap.giveBack(bytes)) << "which has no block any more";
+    }
+    EXPECT_EQ(text(made(100)), std::string(100, 'a'));
+}
+
+TEST_F(LentContents, AreForgottenWhenOthersTakeTheirPlace) {
+    const std::string contents(100, 'l');
+    for (const unsigned int size : {0U, 50U, 99U, 100U, 101U, 104U, 105U, 2000U}) {
+        RecordBytes bytes = lent(contents);
+        overwrite(bytes, 0, "l");
+        assign(bytes, size, 'l');
+        EXPECT_EQ(text(bytes), std::string(size, 'l'));
+        EXPECT_FALSE(heap.giveBack(bytes)) << size;
+        EXPECT_EQ(text(bytes), std::string(size, 'l'));
+        heap.release(bytes);
+    }
+    RecordBytes bytes = lent(contents);
+    overwrite(bytes, 0, "l");
+    heap.append(bytes, "l", 1);
+    EXPECT_EQ(text(bytes), std::string(101, 'l'));
+    EXPECT_FALSE(heap.giveBack(bytes));
+}
+
+TEST_F(LentContents, AreCopiedBeforeTheyAreReplacedOrAddedTo) {
+    const std::string contents(100, 'l');
+    RecordBytes bytes = lent(contents);
+    heap.append(bytes, bytes.view().data(), 50);
+    EXPECT_EQ(text(bytes), std::string(150, 'l'));
+    bytes = lent(contents);
+    assign(bytes, 20, 'n');
+    EXPECT_EQ(text(bytes), std::string(20, 'n'));
+    EXPECT_EQ(contents, std::string(100, 'l'));
+}
+
+TEST_F(LentContents, TakeTheSameBlockEachTime) {
+    const std::string contents(100, 'l');
+    RecordBytes kept = lent(contents);
+    overwrite(kept, 0, "k");
+    const std::size_t used = heap.footprint();
+    for (int i = 0; i < 100000; ++i) {
+        RecordBytes bytes = lent(contents);
+        overwrite(bytes, 5, "x");
+        overwrite(bytes, 5, "l");
+        ASSERT_TRUE(heap.giveBack(bytes));
+    }
+    EXPECT_EQ(heap.footprint(), used);
+    EXPECT_EQ(text(kept), "k" + std::string(99, 'l'));
+}
+
+TEST_F(LentContents, RecordsInBlocksOfTheirOwnAreNeverGivenBack) {
+    for (const unsigned int size : {1U, 100U, kShared, 5000U}) {
+        RecordBytes bytes = made(size);
+        EXPECT_FALSE(heap.giveBack(bytes)) << size;
+        EXPECT_EQ(text(bytes), std::string(size, 'a'));
+    }
+}
+
+TEST(RecordHeap, OverwritingMovesARecordWhereEachHasABlockOfItsOwnSoThatWhoGoesOnLookingIsSeen) {
+    RecordHeap heap(0);
+    RecordBytes bytes;
+    heap.assign(bytes, "abcd", 4);
+    RecordBytes before = bytes;
+    RecordBytes other;
+    heap.overwrite(bytes, 1, "BC", 2);
+    heap.assign(other, "abcd", 4);
+    EXPECT_EQ(std::memcmp(bytes.view().data(), "aBCd", 4), 0);
+    EXPECT_NE(bytes.view().data(), before.view().data());
 }
 
 TEST(RecordHeap, ARecordMayHaveABlockOfItsOwnHoweverShort) {

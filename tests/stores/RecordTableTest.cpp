@@ -67,5 +67,22 @@ TEST(RecordTable, AForgottenOffsetIsAsBefore) {
     table.forget(5000000);
 }
 
+TEST(RecordTable, LentContentsAreThoseOfALoanThatEndedForEver) {
+    RecordTable table;
+    table.at(7).place = RecordSlot::tPlace::kLent;
+    table.at(7).loan = table.loan();
+    table.at(8).place = RecordSlot::tPlace::kHere;
+    table.at(8).loan = table.loan();
+    EXPECT_NE(table.loan(), RecordSlot().loan) << "which was never lent";
+    for (int i = 0; i < 200000; ++i) {
+        table.endLoan();
+        const bool lent = table.at(7).place == RecordSlot::tPlace::kLent;
+        ASSERT_FALSE(lent && table.at(7).loan == table.loan()) << i;
+        ASSERT_NE(table.at(8).loan, table.loan()) << i;
+        ASSERT_NE(table.loan(), RecordSlot().loan) << i;
+    }
+    EXPECT_EQ(table.at(8).place, RecordSlot::tPlace::kHere);
+}
+
 }  // namespace
 }  // namespace lumivard::platform::stores

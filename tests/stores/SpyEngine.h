@@ -32,6 +32,8 @@ struct SpyDisk {
     int guards = 0;                    // outermost ones held at this moment
     int guardsTaken = 0;               // outermost ones in all
     std::optional<Engine::News> news;  // told at the next guard
+    bool lends = false;                // whether what was loaded stands, in `lent`, until a commit
+    std::vector<std::unique_ptr<std::string>> lent;
     std::function<void()> beforeHeader;
     std::function<void()> beforeLoad;
     std::function<void()> beforeCommit;  // each may throw
@@ -53,10 +55,14 @@ public:
         if (_disk.beforeLoad) _disk.beforeLoad();
         const auto record = _disk.records.find(offset);
         if (record == _disk.records.end()) return std::nullopt;
-        return std::as_bytes(std::span(record->second));
+        if (!_disk.lends) return std::as_bytes(std::span(record->second));
+        return std::as_bytes(std::span(*_disk.lent.emplace_back(std::make_unique<std::string>(record->second))));
     }
 
+    bool lends() const noexcept override { return _disk.lends; }
+
     void commit(const Batch& batch) override {
+        endLoan();
         if (_disk.beforeCommit) _disk.beforeCommit();
         SpyDisk::Commit seen{batch.header, {}};
         for (const unsigned int offset : batch.offsets) {
@@ -78,12 +84,19 @@ public:
         if (_disk.beforeGuard) _disk.beforeGuard();
         ++_disk.guards;
         ++_disk.guardsTaken;
+        if (_disk.news) endLoan();
         return std::exchange(_disk.news, std::nullopt);
     }
 
     void guardReleased() noexcept override { --_disk.guards; }
 
 private:
+    // Who goes on looking sees something else, and the address sanitizer sees him.
+    void endLoan() {
+        for (const auto& bytes : _disk.lent) bytes->assign(bytes->size(), '#');
+        _disk.lent.clear();
+    }
+
     SpyDisk& _disk;
 };
 

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <string>
+#include <vector>
 
 #include "tests/fault/calls/Demo.h"
 #include "tests/fault/calls/EachRequest.h"
@@ -84,8 +86,8 @@ protected:
     const fs::path file = folder / "model";
 
 private:
-    /// All was done, since nothing was thrown; but a localized name is written when its object goes, which has nobody to
-    /// tell.
+    /// All was done, since nothing was thrown; but a localized name is written when its object goes, which has nobody
+    /// to tell.
     void expectWhole(const std::string& document) const {
         std::string nameless = _whole;
         const std::string name = "<name locale=\"de-de\">Stahl</name>";
@@ -134,7 +136,12 @@ TEST_P(DemoAllocations, ThatPutAnotherFileInThePlaceOfTheLastFlushAreSeen) {
     };
     const long long distance = stride(file, kFew);
     const auto act = harming([this](const tDemo& demo) { demo->run(file); }, replacing);
-    EXPECT_THAT(failuresOf([&] { leaveTheLastFlush(distance, act); }), Contains(HasSubstr("Demo::documentIn(file)")));
+    // The few requests may all come before the first flush.
+    std::vector<std::string> seen;
+    for (int rounds = 0; rounds < 50 && seen.empty(); ++rounds) {
+        seen = failuresOf([&] { leaveTheLastFlush(distance, act); });
+    }
+    EXPECT_THAT(seen, Contains(HasSubstr("Demo::documentIn(file)")));
 }
 
 INSTANTIATE_TEST_SUITE_P(That, DemoAllocations, testing::Bool(),

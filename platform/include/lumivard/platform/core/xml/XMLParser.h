@@ -33,7 +33,8 @@ public:
     /// A document type that names a second document is accepted, and that document is not read. References to entities
     /// that it might declare are refused in text; in an attribute value they are passed over.
     ///
-    /// Time is proportional to the length of the document. Memory is not: a text comes in pieces, but a tag, a comment
+    /// Time is proportional to the length of the document. Memory is not: up to 8 MiB are read ahead, of which what was
+    /// read last is kept until the next document or the end of the parser; a text comes in pieces, but a tag, a comment
     /// or a processing instruction is held whole, and so is the nesting. It throws as above for one of 8 MiB or more,
     /// and for elements that stand deeper in each other than 200,000.
     void parseDocument(io::IDataReader* reader);

@@ -98,8 +98,8 @@ private:
     public:
         explicit Access(FailingStore& store) : _store(store) {}
         tView view(unsigned int offset) override;
-        void write(unsigned int offset, unsigned int position, const void* data, unsigned int size,
-                   bool changed) override;
+        tView write(unsigned int offset, unsigned int position, const void* data, unsigned int size,
+                    bool changed) override;
         void enter() override;
         void leave() noexcept override;
         unsigned long long changes() const override;

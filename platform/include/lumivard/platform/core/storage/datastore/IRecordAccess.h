@@ -28,18 +28,18 @@ public:
     virtual ~IRecordAccess() = default;
 
     /// Shows a record without copying it; no bytes for an offset that names no record, as for a record that has none.
-    /// The bytes stand until that record is changed by another operation than `write` or erased, the store is flushed,
-    /// or the thread gives back its last guard; looking at or changing other records leaves them. They begin anywhere:
-    /// numbers in them are copied out.
+    /// The bytes stand until that record is changed, by bookkeeping too, or erased, the store is flushed, or the thread
+    /// gives back its last guard; looking at or changing other records leaves them. They begin anywhere: numbers in
+    /// them are copied out.
     virtual tView view(unsigned int offset) = 0;
 
     /// Overwrites `size` bytes of a record, beginning at byte `position`, by those from `data`; all else of the record
-    /// stays, and so does its place: a view of the record shows the new bytes. `changed` is what `IDataStore::update`
-    /// takes. Throws, with nothing changed, for an offset that names no record and where the bytes do not all lie
-    /// inside it, also when there are none of them; a store that was opened for reading may pass over bookkeeping of a
-    /// record that is gone. The cost does not depend on the record's length.
-    virtual void write(unsigned int offset, unsigned int position, const void* data, unsigned int size,
-                       bool changed) = 0;
+    /// stays. Gives what `view` would show after that. `changed` is what `IDataStore::update` takes. Throws, with
+    /// nothing changed, for an offset that names no record and where the bytes do not all lie inside it, also when
+    /// there are none of them; a store that was opened for reading may pass over bookkeeping of a record that is gone,
+    /// and gives no bytes then. The cost does not depend on the length of a record that is written to often.
+    virtual tView write(unsigned int offset, unsigned int position, const void* data, unsigned int size,
+                        bool changed) = 0;
 
     /// Takes and gives back the guard that `IDataStore::lock` stands for, without an object: it counts among the others
     /// of the thread, which may be given back in any order. Nothing in a store that needs no locking. `leave` comes on
