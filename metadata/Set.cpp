@@ -177,9 +177,10 @@ unsigned int Set::search(IDataStore* store, unsigned int list, std::wstring_view
     const Offsets entries(store, list, Record::kInPlace);
     const std::string_view wanted = bytesOf(name);
     unsigned int found = BADOFF;
-    if (!store->access()) {
+    auto* const access = store->access();
+    if (!access) {
         eachChild(entries, [&](const Entity& child) {
-            if (child.called(wanted)) found = child.offset();
+            if (Record::isChildCalled({child.bytes(), child.size()}, wanted)) found = child.offset();
             return found == BADOFF;
         });
         return found;
@@ -190,8 +191,9 @@ unsigned int Set::search(IDataStore* store, unsigned int list, std::wstring_view
         return index ? index->find(wanted) : BADOFF;
     }
     for (unsigned int index = 0; index < count; ++index) {
-        const Entity child(store, entries.get(index), Record::kInPlace);
-        if (child.called(wanted) && child.whole() && Record::isChild(child.type())) return child.offset();
+        const unsigned int offset = entries.get(index);
+        const auto child = access->view(offset);
+        if (Record::isChildCalled({child.data, child.size}, wanted)) return offset;
     }
     return BADOFF;
 }

@@ -22,6 +22,26 @@ std::string_view textOf(std::span<const char> section) {
     return {section.data(), end * sizeof(wchar_t)};
 }
 
+bool isChildCalled(std::span<const char> record, std::string_view name) {
+    if (record.size() < Entity::kHeader) return false;
+    const auto word = [record](std::size_t position) {
+        unsigned int value;
+        std::memcpy(&value, record.data() + position, sizeof(value));
+        return value;
+    };
+    const auto kind = static_cast<tType>(record.front());
+    if (!isChild(kind)) return false;
+    std::size_t begin = kind == kPrimitive ? Primitive::kFixed : kind == kTable ? Table::kFixed : Container::kFixed;
+    const std::size_t field = kind == kPrimitive ? Primitive::kName : kind == kTable ? Table::kName : Container::kName;
+    if (record.size() < begin) return name.empty();
+    if (kind == kPrimitive) begin += std::min<std::size_t>(word(Primitive::kValueLocale), record.size() - begin);
+    const std::size_t length = std::min<std::size_t>(word(field), record.size() - begin);
+    if (length < name.size()) return false;
+    wchar_t next = L'\0';
+    if (length - name.size() >= sizeof(next)) std::memcpy(&next, record.data() + begin + name.size(), sizeof(next));
+    return next == L'\0' && std::memcmp(record.data() + begin, name.data(), name.size()) == 0;
+}
+
 std::wstring wide(std::span<const char> section) {
     const std::string_view bytes = textOf(section);
     std::wstring text(bytes.size() / sizeof(wchar_t), L'\0');
@@ -44,15 +64,6 @@ std::wstring Entity::name() const {
 
 std::string_view Entity::nameBytes() const {
     return textOf(nameSection());
-}
-
-bool Entity::called(std::string_view name) const {
-    const std::span<const char> section = nameSection();
-    if (section.size() < name.size() || !std::equal(name.begin(), name.end(), section.begin())) return false;
-    const auto rest = section.subspan(name.size());
-    wchar_t next = L'\0';
-    if (rest.size() >= sizeof(next)) std::memcpy(&next, rest.data(), sizeof(next));
-    return next == L'\0';
 }
 
 std::span<const char> Entity::nameSection() const {
@@ -98,13 +109,14 @@ void Entity::unref() {
 }
 
 std::span<const char> Entity::section(const tSections& sections, unsigned int field) const {
-    const auto known = std::find(sections.lengths.begin(), sections.lengths.end(), field);
-    const unsigned int wanted = known == sections.lengths.end() ? sections.lengths.front() : field;
-    std::span<const char> found;
-    eachSection(sections, [&](const tSection& each) {
-        if (each.field == wanted) found = each.bytes;
-    });
-    return found;
+    if (size() < sections.header) return {};
+    std::size_t begin = sections.header;
+    for (const unsigned int each : sections.lengths) {
+        const auto found = section(begin, each);
+        if (each == field) return found;
+        begin += found.size();
+    }
+    return section(sections.header, sections.lengths.front());
 }
 
 std::wstring Entity::sectionText(const tSections& sections, unsigned int field) const {

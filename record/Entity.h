@@ -23,6 +23,10 @@ inline std::string_view bytesOf(std::wstring_view text) {
 /// The bytes of a section up to its terminator, or all whole characters where there is none.
 std::string_view textOf(std::span<const char> section);
 
+/// Whether these are the bytes of a primitive, table or container of that name, which is as `Entity::nameBytes` would
+/// show it: for who looks for one among many. The name has no zero in it, nor parts of a character at its end.
+bool isChildCalled(std::span<const char> record, std::string_view name);
+
 /// The same as a text.
 std::wstring wide(std::span<const char> section);
 
@@ -74,10 +78,6 @@ public:
 
     /// The bytes of the name where they lie, good until the record changes.
     std::string_view nameBytes() const;
-
-    /// Whether that is the name, which has no zero in it, nor parts of a character at its end. Costs no more than a
-    /// look at as many bytes as are given.
-    bool called(std::string_view name) const;
 
     /// Replaces the bytes of the name's section and writes the record. False, with nothing done, for a record that is
     /// no primitive, table or container, and where it would outgrow 32 bits.

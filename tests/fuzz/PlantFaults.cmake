@@ -47,6 +47,9 @@ plant(record/Entity.cpp
 plant(record/Entity.cpp
     [[if (begin > size()) return {};]]
     [[if (begin > size() && !fuzz::planted(fuzz::tFault::kFixedPart)) return {};]])
+plant(record/Entity.cpp
+    [[if (length < name.size()) return false;]]
+    [[if (length < name.size() && !fuzz::planted(fuzz::tFault::kName)) return false;]])
 plant(record/Base.cpp
     [[if (position > _size || size > _size - position) return false;]]
     [[const bool inside = position <= _size && size <= _size - position;

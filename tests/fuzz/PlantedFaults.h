@@ -9,6 +9,7 @@ enum class tFault {
     kWord,       ///< and so is a number of 32 bits
     kSection,    ///< a section is as long as its length field claims
     kFixedPart,  ///< a record has the sections of its kind however short it is
+    kName,       ///< a name is compared wherever it should lie
     kList,       ///< a record is a list however short it is
     kOverwrite,  ///< values are written wherever they should go
     kValues,     ///< values are copied wherever they should lie

@@ -3,6 +3,7 @@
 #include <clocale>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -43,6 +44,35 @@ TEST(WideString, IsAValue) {
     EXPECT_STREQ(text.value(), L"brass");
     const WideString moved(std::move(text));
     EXPECT_STREQ(moved.value(), L"brass");
+}
+
+TEST(WideString, IsTheSameInsideTheObjectAndOutside) {
+    std::vector<std::wstring> texts;
+    for (const std::size_t length : {0u, 1u, 22u, 23u, 24u, 25u, 1000u}) texts.emplace_back(length, L'a' + length % 7);
+    for (const std::wstring& text : texts) {
+        for (const std::wstring& other : texts) {
+            WideString copied(text.c_str());
+            copied = WideString(other.c_str());
+            const WideString copy = copied;
+            EXPECT_EQ(std::wstring(copied), other);
+            EXPECT_EQ(std::wstring(copy), other);
+            EXPECT_EQ(copied.value() == nullptr, other.empty());
+
+            WideString assigned(text.c_str());
+            assigned = copy;
+            EXPECT_EQ(std::wstring(assigned), other);
+            assigned = *&assigned;
+            EXPECT_EQ(std::wstring(assigned), other);
+
+            WideString moved = std::move(assigned);
+            EXPECT_EQ(std::wstring(moved), other);
+            EXPECT_EQ(assigned.value(), nullptr);  // NOLINT(bugprone-use-after-move): no text was left there
+            EXPECT_EQ(std::wstring(assigned), L"");
+            assigned = WideString(text.c_str());
+            EXPECT_EQ(std::wstring(assigned), text);
+            EXPECT_EQ(std::wstring(moved.substr(0, -1)), other);
+        }
+    }
 }
 
 TEST(WideString, CountsCharactersAndTheirBytes) {

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <random>
 #include <string>
 #include <vector>
 
@@ -75,11 +76,20 @@ TEST_P(RecordEntity, GivesTheNameOfEachKind) {
     for (const unsigned int offset : oneOfEach()) EXPECT_EQ(Entity(store(), offset).name(), L"n");
 }
 
+/// Whether the record is taken for a child of that name, where only the bytes are looked at.
+bool called(const Entity& record, std::wstring_view name) {
+    return Record::isChildCalled({record.bytes(), record.size()}, Record::bytesOf(name));
+}
+
 TEST_P(RecordEntity, IsCalledByItsWholeNameAlone) {
     const auto called = [&](unsigned int offset, std::wstring_view name) {
-        return Entity(store(), offset, Record::kInPlace).called(Record::bytesOf(name));
+        return ::called(Entity(store(), offset), name);
     };
     for (const unsigned int offset : oneOfEach()) {
+        if (Record::peek(store(), offset) == Record::kRoot) {
+            EXPECT_FALSE(called(offset, L"n")) << "which is no child";
+            continue;
+        }
         EXPECT_TRUE(called(offset, L"n"));
         for (const wchar_t* other : {L"", L"m", L"nn", L"N"}) EXPECT_FALSE(called(offset, other));
     }
@@ -93,11 +103,39 @@ TEST_P(RecordEntity, IsCalledByWhatThereIsOfANameWithoutAnEnd) {
     for (const unsigned int more : {0u, 1u, 3u}) {
         const std::string section = std::string(Record::bytesOf(open)) + std::string(more, 'x');
         record.arrays(Record::Table::kName, section.data(), section.size());
-        EXPECT_TRUE(record.called(Record::bytesOf(open)));
+        EXPECT_TRUE(called(record, open));
         EXPECT_EQ(record.name(), open);
-        EXPECT_FALSE(record.called(Record::bytesOf(L"a")));
-        EXPECT_FALSE(record.called(Record::bytesOf(L"abc")));
+        EXPECT_FALSE(called(record, L"a"));
+        EXPECT_FALSE(called(record, L"abc"));
     }
+}
+
+TEST_P(RecordEntity, IsCalledAsItsNameIsReadHoweverLittleOfTheRecordIsThere) {
+    std::mt19937 random(1);
+    const std::wstring_view names[] = {L"", L"n", L"nn", L"name"};
+    int calls = 0;
+    for (int i = 0; i < 20000; ++i) {
+        const std::wstring name(names[random() % 4]);
+        Record::Primitive primitive(store(), 12, name.c_str());
+        if (random() % 2 == 0) primitive.arrays(Record::Primitive::kValueLocale, "de\0x", random() % 5);
+        const unsigned int offset = random() % 3 == 0   ? Record::Table(store(), name.c_str()).offset()
+                                    : random() % 2 == 0 ? Record::Container(store(), name.c_str()).offset()
+                                                        : primitive.offset();
+        const Entity whole(store(), offset);
+        std::string bytes(whole.bytes(), whole.size());
+        if (random() % 2 == 0) bytes.resize(random() % (bytes.size() + 8));
+        for (auto changes = random() % 3; changes > 0 && !bytes.empty(); --changes) {
+            bytes[random() % bytes.size()] = static_cast<char>(random() % 8);
+        }
+        const Entity record(store(), makeRecord(store(), bytes));
+        const bool child = record.whole() && Record::isChild(record.type());
+        for (const std::wstring_view wanted : names) {
+            const bool is = child && record.nameBytes() == Record::bytesOf(wanted);
+            ASSERT_EQ(called(record, wanted), is) << hex(store(), record.offset());
+            calls += is;
+        }
+    }
+    EXPECT_GT(calls, 5000);
 }
 
 TEST_P(RecordEntity, HasNoNameForWhatIsNone) {

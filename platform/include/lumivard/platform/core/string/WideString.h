@@ -1,6 +1,9 @@
 #pragma once
 
+#include <cstddef>
+#include <memory>
 #include <string>
+#include <string_view>
 
 #include "lumivard/platform/core/Export.h"
 
@@ -9,7 +12,8 @@ namespace lumivard::platform::core::string {
 /// A value string of 4-byte wide characters: the form in which all public interfaces take and return text.
 ///
 /// A string without characters is "no text": `value()` is null, and interfaces that tell a missing name from a given
-/// one look at that. It holds no text with a zero character inside. Threads: as `std::wstring`.
+/// one look at that. It holds no text with a zero character inside. Texts of up to 23 characters, as most names are,
+/// lie inside the object and take no block of memory. Threads: as `std::wstring`.
 class LVP_EXPORT WideString {
 public:
     /// No text.
@@ -47,7 +51,16 @@ public:
     WideString substr(unsigned long start, long long count) const;
 
 private:
-    std::wstring _text;
+    static constexpr std::size_t kInside = 24;
+
+    const wchar_t* _text() const { return _outside ? _outside.get() : _inside; }
+    std::wstring_view _view() const { return {_text(), _length}; }
+    void _assign(std::wstring_view text);
+    void _takeFrom(WideString& other) noexcept;
+
+    std::size_t _length = 0;
+    std::unique_ptr<wchar_t[]> _outside;  // of a text that is longer
+    wchar_t _inside[kInside];  // NOLINT(modernize-avoid-c-arrays): its characters behind the text mean nothing
 };
 
 }  // namespace lumivard::platform::core::string
