@@ -32,9 +32,14 @@ bool Offsets::rising() const {
 }
 
 std::vector<unsigned int> Offsets::get() const {
-    std::vector<unsigned int> entries(items());
-    if (!entries.empty()) std::memcpy(entries.data(), bytes() + kEntries, entries.size() * kEntry);
+    std::vector<unsigned int> entries;
+    get(entries);
     return entries;
+}
+
+void Offsets::get(std::vector<unsigned int>& entries) const {
+    entries.resize(items());
+    if (!entries.empty()) std::memcpy(entries.data(), bytes() + kEntries, entries.size() * kEntry);
 }
 
 bool Offsets::set(unsigned int index, std::span<const unsigned int> values, tTouches touches) {

@@ -42,6 +42,7 @@ public:
 
     /// All entries, in order.
     std::vector<unsigned int> get() const;
+    void get(std::vector<unsigned int>& entries) const;
 
     // What follows takes what the change touches, beyond which it does nothing else: a list that is nobody's children,
     // or whose children the caller sees to, touches itself.

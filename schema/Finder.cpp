@@ -1,18 +1,21 @@
 #include "schema/Finder.h"
 
-#include <string_view>
-
 #include "metadata/Set.h"
 #include "record/Entity.h"
 
 namespace lumivard::platform::data::Schema {
 
-Finder::Finder(IDataStore* store, unsigned int start, const wchar_t* path) : offset(start) {
-    constexpr unsigned int BADOFF = IDataStore::BADOFF;
-    if (!path) {
-        offset = BADOFF;
-        return;
-    }
+namespace {
+
+constexpr unsigned int BADOFF = IDataStore::BADOFF;
+
+}  // namespace
+
+Finder::Finder(IDataStore* store, unsigned int start, const wchar_t* path) : offset(BADOFF) {
+    if (path) offset = Finder(store, start, std::wstring_view(path)).offset;
+}
+
+Finder::Finder(IDataStore* store, unsigned int start, std::wstring_view path) : offset(start) {
     std::wstring_view rest = path;
     for (bool failed = false, last = false; !last;) {
         if (failed) {
@@ -24,8 +27,7 @@ Finder::Finder(IDataStore* store, unsigned int start, const wchar_t* path) : off
         const std::wstring_view piece = rest.substr(0, dot);
         if (!last) rest.remove_prefix(dot + 1);
         const Record::Entity record(store, offset, Record::kInPlace);
-        const bool set =
-            record.type() == Record::kRoot || record.type() == Record::kTable || record.type() == Record::kContainer;
+        const bool set = isSet(record.type());
         if (set) offset = Metadata::Set::search(store, record.children(), piece);
         failed = !set || offset == BADOFF;
     }

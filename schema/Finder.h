@@ -1,6 +1,9 @@
 #pragma once
 
+#include <string_view>
+
 #include "lumivard/platform/core/storage/datastore/IDataStore.h"
+#include "record/tType.h"
 
 namespace lumivard::platform::data::Schema {
 
@@ -14,6 +17,12 @@ using core::storage::datastore::IDataStore;
 class Finder {
 public:
     Finder(IDataStore* store, unsigned int start, const wchar_t* path);
+    Finder(IDataStore* store, unsigned int start, std::wstring_view path);
+
+    /// Whether a record of a kind has children.
+    static constexpr bool isSet(Record::tType kind) {
+        return kind == Record::kRoot || kind == Record::kTable || kind == Record::kContainer;
+    }
 
     /// Where the path leads, or `BADOFF`.
     unsigned int offset;

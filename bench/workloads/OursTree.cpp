@@ -1,8 +1,11 @@
 #include "bench/workloads/OursTree.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstring>
+#include <string>
+#include <string_view>
 #include <utility>
 
 #include "lumivard/platform/stores.h"
@@ -15,12 +18,18 @@ using data::metadata::IPrimitive;
 using data::metadata::ITable;
 using data::structure::IContainer;
 using data::structure::IContainerFrontEnd;
+using data::structure::IVisitor;
 
 namespace {
 
 constexpr const wchar_t* kWideTop = L"top";
 constexpr std::array<units::tUnit, kRealsOfItem> kOurUnits{units::kKilogramPerCubicMeter, units::kMeter, units::kNewton,
                                                            units::kDegreeCelsius};
+
+/// A path from the top group on.
+const wchar_t* belowTop(const std::wstring& path) {
+    return path.c_str() + std::char_traits<wchar_t>::length(kWideTop) + 1;
+}
 
 /// The texts of the benchmark are ASCII.
 std::wstring widened(std::string_view text) {
@@ -30,8 +39,8 @@ std::wstring widened(std::string_view text) {
 /// A text as characters of one byte, as the checksum takes it.
 class Narrow {
 public:
-    explicit Narrow(const wchar_t* text) {
-        for (; *text && _length < _text.size(); ++text) _text[_length++] = static_cast<char>(*text);
+    explicit Narrow(std::wstring_view text) : _length(std::min(text.size(), _text.size())) {
+        for (std::size_t i = 0; i < _length; ++i) _text[i] = static_cast<char>(text[i]);
     }
     std::string_view view() const { return {_text.data(), _length}; }
 
@@ -55,14 +64,14 @@ std::string_view nameOfUnit(units::tUnit unit) {
     return {};
 }
 
-/// Reads all that a primitive is.
-void readPrimitive(IPrimitive& primitive, Checksum& sum) {
-    const data::WideString tag = primitive.container()->tag();
+/// Takes in all that a primitive is: an open one, or one that a visitor is shown.
+template <class Primitive>
+void takeIn(Primitive& primitive, std::wstring_view tag, data::metadata::tValue kind, units::tUnit ofValue,
+            unsigned int elements, Checksum& sum) {
     const Narrow name(tag);
-    const std::string_view unit = nameOfUnit(primitive.units());
-    const unsigned int elements = primitive.dimension();
+    const std::string_view unit = nameOfUnit(ofValue);
     bool got = false;
-    switch (primitive.valuetype()) {
+    switch (kind) {
         case data::metadata::kDouble: {
             double value = 0;
             got = elements == 1 && primitive.get(&value, 0, 1);
@@ -78,7 +87,7 @@ void readPrimitive(IPrimitive& primitive, Checksum& sum) {
         case data::metadata::kString: {
             std::array<wchar_t, kTextLength + 1> value{};
             got = elements == value.size() && primitive.get(value.data(), 0, elements);
-            sum.text(name.view(), unit, Narrow(value.data()).view());
+            sum.text(name.view(), unit, Narrow({value.data(), kTextLength}).view());
             break;
         }
         case data::metadata::kInt32: {
@@ -99,10 +108,32 @@ void readPrimitive(IPrimitive& primitive, Checksum& sum) {
     require(got, "a property has no value of its kind");
 }
 
+/// Takes in all primitives that it is shown.
+class Reading final : public IVisitor {
+public:
+    explicit Reading(Checksum& sum) : _sum(sum) {}
+
+    void primitive(const tPrimitive& item) override {
+        takeIn(item, item.name, item.valuetype, item.units, item.dimension, _sum);
+        ++_seen;
+    }
+    unsigned int seen() const { return _seen; }
+
+private:
+    Checksum& _sum;
+    unsigned int _seen = 0;
+};
+
+void readPrimitive(IPrimitive& primitive, Checksum& sum) {
+    const data::WideString tag = primitive.container()->tag();
+    takeIn(primitive, static_cast<const wchar_t*>(tag), primitive.valuetype(), primitive.units(), primitive.dimension(),
+           sum);
+}
+
 }  // namespace
 
 OursTree::tPath OursTree::pathOf(Place place) {
-    return widened(itemName(place.item)) + L"." + widened(kNames[place.property]);
+    return std::wstring(kWideTop) + L"." + widened(itemName(place.item)) + L"." + widened(kNames[place.property]);
 }
 
 OursTree::tName OursTree::nameOf(unsigned int number) {
@@ -112,9 +143,13 @@ OursTree::tName OursTree::nameOf(unsigned int number) {
 void OursTree::begin(std::unique_ptr<data::IDataStore> store, tAccess access) {
     _store = std::move(store);
     _guard.reset(_store->lock());
-    _top = access == tAccess::kWrite ? IContainerFrontEnd::toplevel(_store.get(), kWideTop)
-                                     : IContainerFrontEnd::find(_store.get(), kWideTop);
+    if (access == tAccess::kRead) return;
+    _top = IContainerFrontEnd::toplevel(_store.get(), kWideTop);
     require(static_cast<bool>(_top), "the store has no top");
+}
+
+void OursTree::index() {
+    require(static_cast<bool>(IContainerFrontEnd::find(_store.get(), kWideTop)), "the store has no top");
 }
 
 void OursTree::item(const std::string& name) {
@@ -162,7 +197,19 @@ void OursTree::close() {
 }
 
 void OursTree::readTree(Checksum& sum) {
-    const auto items = _top->properties();
+    Reading reading(sum);
+    IVisitor::visit(_store.get(), {}, reading);
+}
+
+void OursTree::read(const tPath& path, Checksum& sum) {
+    Reading reading(sum);
+    IVisitor::visit(_store.get(), path, reading);
+    require(reading.seen() == 1, "a property was not found");
+}
+
+void OursObjects::readTree(Checksum& sum) {
+    const auto top = IContainerFrontEnd::find(&store(), kWideTop);
+    const auto items = top->properties();
     do {
         const auto item = items->current();
         ITable* const table = ITable::to(item.get());
@@ -175,19 +222,17 @@ void OursTree::readTree(Checksum& sum) {
     } while (items->next());
 }
 
-void OursTree::read(const tPath& path, Checksum& sum) {
-    readBelow(*_top, path, sum);
-}
-
-void OursTree::readBelow(IContainer& group, const tPath& path, Checksum& sum) {
-    const auto property = group.property(path.c_str());
+void OursObjects::read(const tPath& path, Checksum& sum) {
+    const auto group = IContainerFrontEnd::find(&store(), kWideTop);
+    require(static_cast<bool>(group), "the top was not found");
+    const auto property = group->property(belowTop(path));
     auto* const primitive = IPrimitive::to(property.get());
     require(primitive, "a property was not found");
     readPrimitive(*primitive, sum);
 }
 
 void OursTree::overwrite(const tPath& path, double value) {
-    const auto property = _top->property(path.c_str());
+    const auto property = _top->property(belowTop(path));
     auto* const primitive = IPrimitive::to(property.get());
     require(primitive && primitive->set(&value, 0, 1), "a property was not overwritten");
 }

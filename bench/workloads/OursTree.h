@@ -20,14 +20,14 @@ namespace data = lumivard::platform::data;
 /// the store, which a class that is derived from it opens.
 ///
 /// The top is a group; an item is a table in it, since only in tables a primitive is made with a unit. The top is
-/// opened once. The store's guard is held as long as the store is open, which makes that of each call cheap, and keeps
-/// a reader from asking before each call whether the file has changed.
+/// opened once, to write; what is read is shown to a visitor. The store's guard is held as long as the store is open,
+/// which makes that of each call cheap, and keeps a reader from asking before each call whether the file has changed.
 class OursTree {
 public:
     using tPath = std::wstring;
     using tName = std::wstring;
 
-    /// A path from the top group on, which is open.
+    /// A full path.
     static tPath pathOf(Place place);
     static tName nameOf(unsigned int number);
 
@@ -48,13 +48,13 @@ public:
     bool find(const tName& name);
     std::size_t walk();
 
+    /// Lets the library make its index of the top's children, which it then keeps.
+    void index();
+
     data::IDataStore& store() { return *_store; }
 
 protected:
-    /// Reads the property at a path from a group.
-    static void readBelow(data::structure::IContainer& group, const tPath& path, Checksum& sum);
-
-    /// Takes over a store, and opens or makes its top.
+    /// Takes over a store, and opens or makes its top to write.
     void begin(std::unique_ptr<data::IDataStore> store, tAccess access);
 
 private:
@@ -76,6 +76,13 @@ public:
 
     void create(const std::filesystem::path& file) { open(file, tAccess::kWrite); }
     void open(const std::filesystem::path& file, tAccess access);
+};
+
+/// In a file, from which all is read through objects, one opened for each property and the top for each path.
+class OursObjects : public OursFile {
+public:
+    void readTree(Checksum& sum);
+    void read(const tPath& path, Checksum& sum);
 };
 
 /// In memory.

@@ -48,6 +48,12 @@ __attribute__((target("sse4.2"))) std::uint32_t crc32cByInstruction(std::span<co
         crc = _mm_crc32_u64(crc, eight);
     }
     auto rest = static_cast<std::uint32_t>(crc);
+    if (bytes.size() >= 4) {  // records mostly end so
+        std::uint32_t four = 0;
+        std::memcpy(&four, bytes.data(), sizeof four);
+        rest = _mm_crc32_u32(rest, four);
+        bytes = bytes.subspan(4);
+    }
     for (const std::byte byte : bytes) rest = _mm_crc32_u8(rest, std::to_integer<unsigned char>(byte));
     return ~rest;
 }

@@ -237,7 +237,7 @@ RecordSlot* Core::_find(unsigned int offset) {
     RecordSlot* slot = _records.find(offset);
     if (slot && slot->place == tPlace::kHere) return slot;
     if (slot && slot->place == tPlace::kLent && slot->loan == _records.loan()) return slot;
-    return slot && slot->place == tPlace::kGone ? nullptr : _bringIn(offset);
+    return slot && slot->place == tPlace::kGone ? nullptr : _bringIn(offset, slot);
 }
 
 RecordSlot& Core::_existing(const Attempt& attempt) {
@@ -246,11 +246,12 @@ RecordSlot& Core::_existing(const Attempt& attempt) {
     return *slot;
 }
 
-RecordSlot* Core::_bringIn(unsigned int offset) {
+// `known` is the slot of the offset, if there is one.
+RecordSlot* Core::_bringIn(unsigned int offset, RecordSlot* known) {
     if (!_engine) return nullptr;
     const auto bytes = _ask({"read", offset}, [&] { return _engine->load(offset); });
     if (!bytes) return nullptr;
-    RecordSlot& slot = _records.at(offset);
+    RecordSlot& slot = known ? *known : _records.at(offset);
     if (_lends && !bytes->empty() && bytes->size() <= RecordHeap::kLongestLent) {
         _records.heap().lend(slot.bytes, *bytes);
         slot.place = tPlace::kLent;

@@ -81,7 +81,7 @@ private:
 
     RecordSlot* _find(unsigned int offset);
     RecordSlot& _existing(const Attempt& attempt);
-    RecordSlot* _bringIn(unsigned int offset);
+    RecordSlot* _bringIn(unsigned int offset, RecordSlot* known);
 
     // Every change goes in three steps: what can fail before (the first three), the change itself, the note of it.
     void _refuseChange(const Attempt& attempt) const;

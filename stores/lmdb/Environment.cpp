@@ -88,7 +88,11 @@ Entry move(const Cursor& cursor, MDB_cursor_op operation, std::uint64_t key) noe
     const int status = mdb_cursor_get(cursor.get(), &keyBytes, &value, operation);
     if (status != MDB_SUCCESS) return {status};
     Entry entry;
-    std::memcpy(&entry.key, keyBytes.mv_data, std::min(keyBytes.mv_size, sizeof entry.key));
+    if (keyBytes.mv_size == sizeof entry.key) {
+        std::memcpy(&entry.key, keyBytes.mv_data, sizeof entry.key);
+    } else {  // in a file that is not ours
+        std::memcpy(&entry.key, keyBytes.mv_data, std::min(keyBytes.mv_size, sizeof entry.key));
+    }
     entry.value = {static_cast<const std::byte*>(value.mv_data), value.mv_size};
     return entry;
 }

@@ -81,6 +81,45 @@ TEST(CostInASet, OfAskingForAChildByItsPathIsThatOfTheWay) {
     EXPECT_LE(cost.requests, 6);
 }
 
+/// Takes in numbers.
+class Numbers : public structure::IVisitor {
+public:
+    void primitive(const tPrimitive& item) override {
+        double number = 0;
+        EXPECT_TRUE(item.get(&number, 0, 1));
+        sum += number;
+        ++count;
+    }
+    double sum = 0;
+    unsigned int count = 0;
+};
+
+TEST(CostInASet, OfVisitingAValueByItsPathIsALookAtEachRecordOnTheWay) {
+    const tCost cost = costInAnySet([](WideTree& tree) {
+        Numbers numbers;
+        EXPECT_TRUE(structure::IVisitor::visit(&tree.store(), L"top.wide.child_000042.value", numbers));
+        EXPECT_EQ(numbers.sum, 42);
+    });
+    EXPECT_LE(cost.calls, 13u);
+    EXPECT_EQ(cost.bytes, 0u) << "nothing is written";
+    EXPECT_LE(cost.guards, 1u);
+    EXPECT_LE(cost.requests, 1) << "room for a name";
+}
+
+TEST(CostInASet, OfVisitingAllIsAFewLooksAtEachRecord) {
+    for (const unsigned int children : {100u, 10'000u}) {
+        WideTree tree(children);
+        Numbers numbers;
+        const tCost cost =
+            costOf(tree.store(), [&] { EXPECT_TRUE(structure::IVisitor::visit(&tree.store(), L"", numbers)); });
+        EXPECT_EQ(numbers.count, children);
+        EXPECT_LE(cost.calls, children * 5u + 20);
+        EXPECT_EQ(cost.bytes, 0u);
+        EXPECT_LE(cost.guards, 1u);
+        EXPECT_LE(cost.requests, 12) << "whatever there is to be seen";
+    }
+}
+
 TEST(CostInASet, OfFindingAChildFromTheFrontEndIsThatOfTheWay) {
     const tCost cost = costInAnySet(
         [](WideTree& tree) { EXPECT_TRUE(IContainerFrontEnd::find(&tree.store(), L"top.wide.child_000042")); });

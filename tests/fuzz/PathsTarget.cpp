@@ -17,6 +17,7 @@ using data::metadata::ITable;
 using data::structure::IContainer;
 using data::structure::IContainerFrontEnd;
 using data::structure::ILink;
+using data::structure::IVisitor;
 
 namespace {
 
@@ -120,6 +121,9 @@ int fuzzPaths(const std::uint8_t* data, std::size_t size) {
     require(static_cast<bool>(IContainerFrontEnd::find(store.get(), path.c_str())) ==
                 is(follow(&tree(), path), Node::kContainer),
             "a container is found where a walk from the top finds it");
+    IVisitor visitor;
+    require(IVisitor::visit(store.get(), path, visitor) == (path.empty() || follow(&tree(), path)),
+            "what lies at a path is shown where a walk from the top finds it");
     const auto top = IContainerFrontEnd::find(store.get(), L"a");
     require(static_cast<bool>(top), "the fixed tree is there");
     const Node& a = *child(tree(), L"a");

@@ -42,6 +42,28 @@ void lookAtStrings(const std::vector<char>& values) {
     for (unsigned int i = 0; i <= strings->strings() && i < kMostObjects; ++i) strings->get(i);
 }
 
+/// Reads all that it is shown.
+class Taking final : public IVisitor {
+public:
+    void primitive(const tPrimitive& item) override {
+        std::vector<char> values(item.value.size());
+        item.get(values.data(), 0, item.dimension);
+        item.get(values.data(), item.dimension, 1);
+        read(item.name, item.schema);
+        read(item.valuelocale, item.uri);
+    }
+    bool table(const tTable& item) override { return read(item.name, item.base); }
+    bool container(const tContainer& item) override { return read(item.name, item.base) && read(item.target, {}); }
+
+private:
+    bool read(std::wstring_view first, std::wstring_view second) {
+        _copy.assign(first).append(second);
+        return true;
+    }
+
+    std::wstring _copy;
+};
+
 void lookAtLayout(ISchema& schema) {
     schema.path();
     auto* layout = schema.layout();
@@ -74,6 +96,8 @@ void RecordsClient::gather(IContainerFilter& containers, IPropertyFilter& proper
 }
 
 void RecordsClient::look() {
+    Taking taking;
+    for (const wchar_t* path : {L"", L"a", L"a.b"}) IVisitor::visit(&_store, path, taking);
     walk([this](IContainer& container) { lookAt(container); }, [this](IProperty& property) { lookAt(property); });
 }
 

@@ -25,6 +25,7 @@ using data::structure::IContainerFrontEnd;
 using data::structure::IGroup;
 using data::structure::ILink;
 using data::structure::INode;
+using data::structure::IVisitor;
 
 /// Does with a store of any records what clients can do, and looks at no result. It stops after some hundred steps: a
 /// tree that is shared between its branches has no end for who walks it in this way.

@@ -60,6 +60,7 @@
 #include "lumivard/platform/data/structure/IGroup.h"
 #include "lumivard/platform/data/structure/ILink.h"
 #include "lumivard/platform/data/structure/INode.h"
+#include "lumivard/platform/data/structure/IVisitor.h"
 #include "lumivard/platform/data/type/TypeIdentifiers.h"
 #include "lumivard/platform/data/units/tUnit.h"
 #include "lumivard/platform/data/units/tUnitGroup.h"

@@ -22,6 +22,11 @@ const std::set<std::string> kOfCallers = {
     "IErrorReporter::report(const WideString& message)",
     "IErrorReporter::~IErrorReporter()",
     "IURIResolver::~IURIResolver()",
+    "IVisitor::container(const tContainer& item)",
+    "IVisitor::leave()",
+    "IVisitor::primitive(const tPrimitive& item)",
+    "IVisitor::table(const tTable& item)",
+    "IVisitor::~IVisitor()",
 };
 
 /// Functions that are given no store, with what is known of each all the same.

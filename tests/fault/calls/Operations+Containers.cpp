@@ -4,6 +4,31 @@
 
 namespace lumivard::platform::test_support::fault {
 
+namespace {
+
+using data::structure::IVisitor;
+
+/// The names of all that it is shown, and how many values there are.
+class Names : public IVisitor {
+public:
+    void primitive(const tPrimitive& item) override {
+        all.append(item.name).append(1, L' ').append(std::to_wstring(item.dimension)).append(1, L' ');
+    }
+    bool table(const tTable& item) override { return begin(item.name); }
+    bool container(const tContainer& item) override { return begin(item.name); }
+    void leave() override { all += L") "; }
+
+    std::wstring all;
+
+private:
+    bool begin(std::wstring_view name) {
+        all.append(name).append(L" (");
+        return true;
+    }
+};
+
+}  // namespace
+
 std::vector<tOperation> containerOperations() {
     return {
         {"IContainer::tag() const", "Tag", nullptr, [](World& w) { return text(w.group->tag()); }},
@@ -40,6 +65,24 @@ std::vector<tOperation> containerOperations() {
          [](World& w) { toTheEnd(*w.containers); }},
         {"IContainerFilter::current()", "ContainersCurrent", nullptr,
          [](World& w) { return text(w.containers->current()->tag()); }},
+
+        {"IVisitor::visit(IDataStore* store, std::wstring_view path, IVisitor& visitor)", "VisitsAStore", nullptr,
+         [](World& w) {
+             Names names;
+             return said(IVisitor::visit(w.main(), {}, names)) + names.all;
+         }},
+        {"IVisitor::visit(IDataStore* store, std::wstring_view path, IVisitor& visitor)", "VisitsWhatLiesAtAPath",
+         nullptr,
+         [](World& w) {
+             Names names;
+             return said(IVisitor::visit(w.main(), L"top.group.table", names)) + names.all;
+         }},
+        {"IVisitor::visit(IContainer* container, std::wstring_view path, IVisitor& visitor)", "VisitsAContainer",
+         nullptr,
+         [](World& w) {
+             Names names;
+             return said(IVisitor::visit(w.group.get(), {}, names)) + names.all;
+         }},
 
         {"IContainerFrontEnd::version()", "FrontEndVersion", nullptr,
          [](World&) { return said(static_cast<unsigned int>(IContainerFrontEnd::version())); }},

@@ -1,0 +1,200 @@
+#include <algorithm>
+#include <cstring>
+#include <string_view>
+#include <unordered_set>
+#include <vector>
+
+#include "container/ContainerImpl.h"
+#include "design/Stride.h"
+#include "lumivard/platform/data/structure/IVisitor.h"
+#include "record/Container.h"
+#include "record/Guard.h"
+#include "record/Offsets.h"
+#include "record/Primitive.h"
+#include "record/Table.h"
+#include "schema/Finder.h"
+
+namespace lumivard::platform::data::structure {
+
+namespace {
+
+constexpr unsigned int kTop = 0;
+
+/// A text that lies at any address, copied to where it can be looked at; the memory serves many.
+class Text {
+public:
+    std::wstring_view of(std::span<const char> section) {
+        const std::size_t length = section.size() / sizeof(wchar_t);
+        if (length == 0) return {};
+        if (_copy.size() < length) _copy.resize(length);
+        std::memcpy(_copy.data(), section.data(), length * sizeof(wchar_t));
+        const std::wstring_view text(_copy.data(), length);
+        return text.substr(0, text.find(L'\0'));
+    }
+
+private:
+    std::vector<wchar_t> _copy;
+};
+
+/// Shows items with what they hold, depth first.
+class Walk {
+public:
+    Walk(IDataStore* store, IVisitor& visitor) : _store(store), _visitor(visitor) {}
+
+    /// Shows an item with all below it; false for what is none.
+    bool show(unsigned int offset) {
+        _start = offset;
+        const Record::Primitive record(_store, offset, Record::kInPlace);
+        if (!isItem(record)) return false;
+        show(record);
+        showLevels(0);
+        return true;
+    }
+
+    /// Shows all that a set holds.
+    void showContents(unsigned int set) {
+        _start = set;
+        open(set, Record::Entity(_store, set, Record::kInPlace).children());
+        showLevels(1);
+    }
+
+private:
+    /// The children of a set that was entered, and the one whose turn it is.
+    struct tLevel {
+        unsigned int set = 0;
+        std::vector<unsigned int> entries;
+        std::size_t next = 0;
+    };
+
+    /// Whether a record has all that its kind asks.
+    static bool isItem(const Record::Entity& record) {
+        switch (record.type()) {
+            case Record::kPrimitive:
+                return record.size() >= Record::Primitive::kFixed;
+            case Record::kTable:
+                return record.size() >= Record::Table::kFixed;
+            case Record::kContainer:
+                return record.size() >= Record::Container::kFixed;
+            default:
+                return false;
+        }
+    }
+
+    void show(const Record::Primitive& record) {
+        if (record.type() == Record::kPrimitive) return showPrimitive(record);
+        const unsigned int offset = record.offset();
+        const unsigned int list = record.children();
+        if (record.type() == Record::kTable ? entersTable(offset) : entersContainer(offset)) open(offset, list);
+    }
+
+    void showPrimitive(const Record::Primitive& record) {
+        const auto parts = record.parts();
+        IVisitor::tPrimitive shown;
+        shown.name = _name.of(parts.name);
+        shown.valuetype = static_cast<metadata::tValue>(record.valuetype());
+        shown.units = static_cast<units::tUnit>(record.units());
+        shown.flags = record.flags();
+        shown.stride = Design::stride(shown.valuetype);
+        shown.valuelocale = _first.of(parts.valueLocale);
+        shown.schema = _second.of(parts.base);
+        if (shown.flags & Record::kExternal) {
+            shown.uri = _third.of(parts.value);
+        } else {
+            shown.value = parts.value;
+            shown.dimension = Design::dimension(shown.valuetype, static_cast<unsigned int>(parts.value.size()));
+        }
+        _visitor.primitive(shown);
+    }
+
+    bool entersTable(unsigned int offset) {
+        const Record::Table record(_store, offset, Record::kInPlace);
+        return _visitor.table({_name.of(record.section(Record::Table::kName)), record.flags(),
+                               _first.of(record.section(Record::Table::kBase))});
+    }
+
+    bool entersContainer(unsigned int offset) {
+        const Record::Container record(_store, offset, Record::kInPlace);
+        return _visitor.container({_name.of(record.section(Record::Container::kName)),
+                                   static_cast<IContainer::tType>(record.kind()), record.flags(),
+                                   _first.of(record.section(Record::Container::kBase)),
+                                   _second.of(record.section(Record::Container::kInfo))});
+    }
+
+    void open(unsigned int set, unsigned int list) {
+        if (_depth == _levels.size()) _levels.emplace_back();
+        tLevel& level = _levels[_depth++];
+        level.set = set;
+        level.next = 0;
+        const Record::Offsets offsets(_store, list, Record::kInPlace);
+        offsets.get(level.entries);
+        if (offsets.rising()) return;
+        std::unordered_set<unsigned int> seen;
+        std::erase_if(level.entries, [&](unsigned int entry) { return !seen.insert(entry).second; });
+    }
+
+    /// Shows the children of the sets that are open; the outermost `silent` of them were not entered.
+    void showLevels(std::size_t silent) {
+        while (_depth > 0) {
+            tLevel& level = _levels[_depth - 1];
+            if (level.next < level.entries.size()) {
+                showChild(level.set, level.entries[level.next++]);
+            } else {
+                --_depth;
+                if (_depth >= silent) _visitor.leave();
+            }
+        }
+    }
+
+    /// An item stands where its owner lists it. So each has one way to it, and one that comes round passes the start.
+    void showChild(unsigned int owner, unsigned int offset) {
+        if (offset == _start) return;
+        const Record::Primitive record(_store, offset, Record::kInPlace);
+        if (isItem(record) && record.parent() == owner) show(record);
+    }
+
+    IDataStore* _store;
+    IVisitor& _visitor;
+    unsigned int _start = kTop;
+    std::vector<tLevel> _levels;  ///< the first `_depth` of them are open; the memory of the others serves again
+    std::size_t _depth = 0;
+    Text _name;
+    Text _first;
+    Text _second;
+    Text _third;
+};
+
+bool visitFrom(IDataStore* store, unsigned int start, std::wstring_view path, IVisitor& visitor) {
+    Walk walk(store, visitor);
+    if (!path.empty()) return walk.show(Schema::Finder(store, start, path).offset);
+    if (!Schema::Finder::isSet(Record::peek(store, start))) return false;
+    walk.showContents(start);
+    return true;
+}
+
+}  // namespace
+
+void IVisitor::primitive(const tPrimitive&) {}
+
+bool IVisitor::table(const tTable&) {
+    return true;
+}
+
+bool IVisitor::container(const tContainer&) {
+    return true;
+}
+
+void IVisitor::leave() {}
+
+bool IVisitor::visit(IDataStore* store, std::wstring_view path, IVisitor& visitor) {
+    const Record::Guard guard(store);
+    return store->extent() != 0 && visitFrom(store, kTop, path, visitor);
+}
+
+bool IVisitor::visit(IContainer* container, std::wstring_view path, IVisitor& visitor) {
+    const auto* const ours = dynamic_cast<const ContainerImpl*>(container);
+    if (!ours) return false;
+    const Record::Guard guard(ours->store());
+    return visitFrom(ours->store(), ours->item()->offset(), path, visitor);
+}
+
+}  // namespace lumivard::platform::data::structure

@@ -1,0 +1,89 @@
+#pragma once
+
+#include <cstdint>
+#include <cstring>
+#include <span>
+#include <string_view>
+
+#include "lumivard/platform/core/Export.h"
+#include "lumivard/platform/data/Names.h"
+#include "lumivard/platform/data/metadata/tValue.h"
+#include "lumivard/platform/data/structure/IContainer.h"
+#include "lumivard/platform/data/units/tUnit.h"
+
+namespace lumivard::platform::data::structure {
+
+/// Is shown what a store holds, as it is now, without an object being opened for it: the quick way to read a value at a
+/// path, or a whole tree. Each item costs a look at its record, which is the least that reading can cost; nothing is
+/// counted as open, and nothing is written.
+///
+/// A client derives from it, and takes in what it wants to see. The views and pointers that it is given stand during
+/// the call alone, and only until it changes the item that they show. It may open and change whatever it likes: of a
+/// set the children are shown that it had when it was entered, as far as they are still there.
+///
+/// What a schema has put there as a hidden default is shown too, with its flag. In a damaged store an item is shown
+/// only where its owner lists it, and each set once.
+class LVP_EXPORT IVisitor {
+public:
+    /// What a primitive is.
+    struct tPrimitive {
+        std::wstring_view name;
+        metadata::tValue valuetype = {};
+        units::tUnit units = units::kNoUnit;
+        unsigned char flags = 0;        ///< as `IProperty::flags`
+        unsigned int stride = 0;        ///< bytes of one value, as `IPrimitive::stride`
+        unsigned int dimension = 0;     ///< the number of values, as `IPrimitive::dimension`
+        std::span<const char> value;    ///< their bytes, at any address: numbers in them are copied out, as by `get`
+        std::wstring_view valuelocale;  ///< the locale of the value
+        std::wstring_view schema;       ///< of a struct: its type
+        std::wstring_view uri;          ///< where the value is to be found, if it is not here
+
+        /// Copies `count` values, beginning with value `start`, to `data`. False, and nothing copied, when there are
+        /// not so many, or none are asked for.
+        bool get(void* data, unsigned int start, unsigned int count) const {
+            if (count == 0 || std::uint64_t{start} + count > dimension) return false;
+            std::memcpy(data, value.data() + std::size_t{start} * stride, std::size_t{count} * stride);
+            return true;
+        }
+    };
+
+    /// What a table is, beside what it holds.
+    struct tTable {
+        std::wstring_view name;
+        unsigned char flags = 0;
+        std::wstring_view base;  ///< the schemas that it inherits from, as `ITable::base`
+    };
+
+    /// What a container is, beside what it holds.
+    struct tContainer {
+        std::wstring_view name;
+        IContainer::tType type = IContainer::kNode;
+        unsigned char flags = 0;
+        std::wstring_view base;    ///< the schemas that it inherits from, as `IContainer::base`
+        std::wstring_view target;  ///< of a link: where it leads, as `ILink::target`
+    };
+
+    virtual ~IVisitor() = default;
+
+    /// A primitive.
+    virtual void primitive(const tPrimitive& item);
+
+    /// A set, before what it holds. True enters it: what it holds comes next, in the order in which it was added, and
+    /// then `leave`. False passes over both.
+    virtual bool table(const tTable& item);
+    virtual bool container(const tContainer& item);
+
+    /// The set that was entered last, and not yet left, has been shown.
+    virtual void leave();
+
+    /// Shows the item at a dotted path, with all that it holds, and returns true; false when nothing is there. Under an
+    /// empty path lies the whole: all that stands at the top of the store, or in the container. The path is followed as
+    /// `IContainer::property` does it, but through the store as it is now.
+    ///
+    /// Holds the store's guard all the time. Costs a search in each set on the path, and a look at each item that is
+    /// shown; the depth of the tree is bounded by memory only. Exceptions of the store and of the visitor pass through.
+    static bool visit(IDataStore* store, std::wstring_view path, IVisitor& visitor);
+    static bool visit(IContainer* container, std::wstring_view path, IVisitor& visitor);
+};
+
+}  // namespace lumivard::platform::data::structure
