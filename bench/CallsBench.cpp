@@ -9,7 +9,7 @@
 #include "lumivard/platform/stores.h"
 
 // Single calls, in a store in memory: what each costs, beside sets and arrays of different lengths, on which it must
-// not depend.
+// not depend; but for destroying a child, which takes its entry out of the list of all.
 
 namespace {
 

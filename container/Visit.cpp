@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <string_view>
 #include <unordered_set>
@@ -54,7 +55,7 @@ public:
     /// Shows all that a set holds.
     void showContents(unsigned int set) {
         _start = set;
-        open(set, Record::Entity(_store, set, Record::kInPlace).children());
+        open(set);
         showLevels(1);
     }
 
@@ -83,8 +84,7 @@ private:
     void show(const Record::Primitive& record) {
         if (record.type() == Record::kPrimitive) return showPrimitive(record);
         const unsigned int offset = record.offset();
-        const unsigned int list = record.children();
-        if (record.type() == Record::kTable ? entersTable(offset) : entersContainer(offset)) open(offset, list);
+        if (record.type() == Record::kTable ? entersTable(offset) : entersContainer(offset)) open(offset);
     }
 
     void showPrimitive(const Record::Primitive& record) {
@@ -100,9 +100,10 @@ private:
         if (shown.flags & Record::kExternal) {
             shown.uri = _third.of(parts.value);
         } else {
-            shown.value = parts.value;
             shown.dimension = Design::dimension(shown.valuetype, static_cast<unsigned int>(parts.value.size()));
         }
+        shown.store = _store;
+        shown.offset = record.offset();
         _visitor.primitive(shown);
     }
 
@@ -120,7 +121,8 @@ private:
                                    _second.of(record.section(Record::Container::kInfo))});
     }
 
-    void open(unsigned int set, unsigned int list) {
+    void open(unsigned int set) {
+        const unsigned int list = Record::Entity(_store, set, Record::kInPlace).children();
         if (_depth == _levels.size()) _levels.emplace_back();
         tLevel& level = _levels[_depth++];
         level.set = set;
@@ -165,13 +167,29 @@ private:
 
 bool visitFrom(IDataStore* store, unsigned int start, std::wstring_view path, IVisitor& visitor) {
     Walk walk(store, visitor);
+    if (path.find(L'\0') != path.npos) return false;  // as no name has one
     if (!path.empty()) return walk.show(Schema::Finder(store, start, path).offset);
-    if (!Schema::Finder::isSet(Record::peek(store, start))) return false;
+    const Record::Entity top(store, start, Record::kInPlace);
+    if (!top.whole() || !Schema::Finder::isSet(top.type())) return false;
     walk.showContents(start);
     return true;
 }
 
 }  // namespace
+
+// The record is looked at anew: what was seen of it is gone when the visitor has opened or changed something, or
+// flushed.
+bool IVisitor::tPrimitive::get(void* data, unsigned int start, unsigned int count) const {
+    const Record::Primitive record(store, offset, Record::kInPlace);
+    if (count == 0 || record.type() != Record::kPrimitive || record.valuetype() != valuetype) return false;
+    if (record.flags() & Record::kExternal) return false;
+    const auto value = record.value();
+    const std::uint64_t begin = std::uint64_t{start} * stride;
+    const std::uint64_t size = std::uint64_t{count} * stride;
+    if (size == 0 || begin + size > value.size()) return false;
+    std::memcpy(data, value.data() + begin, size);
+    return true;
+}
 
 void IVisitor::primitive(const tPrimitive&) {}
 

@@ -100,8 +100,9 @@ private:
     };
 
     void start() {
-        _parser.reset(XML_ParserCreate(nullptr));
-        if (!_parser) throw std::bad_alloc();
+        std::unique_ptr<XML_ParserStruct, Free> parser(XML_ParserCreate(nullptr));
+        if (!parser) throw std::bad_alloc();
+        _parser = std::move(parser);
         _fed = 0;
         _depth = 0;
         _namespaces.clear();

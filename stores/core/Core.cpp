@@ -213,8 +213,13 @@ void Core::_giveGuard() noexcept {
 }
 
 void Core::_hearNews() {
-    const auto news = _ask({"take the guard of"}, [&] { return _engine->guardTaken(); });
-    if (news) _receive(*news);
+    try {
+        const auto news = _ask({"take the guard of"}, [&] { return _engine->guardTaken(); });
+        if (news) _receive(*news);
+    } catch (...) {
+        _records.endLoan();  // destructors go on without the guard
+        throw;
+    }
 }
 
 void Core::_receive(const Engine::News& news) {

@@ -21,7 +21,7 @@ namespace lumivard::platform::stores {
 ///
 /// It hands out offsets, brings records in when they are first asked for, knows which have changed, and hands the
 /// changes down as one batch. Records that an engine lends are copied only when something is written to them, and
-/// given back when bookkeeping has come back to what is stored: so to walk over a store takes no memory for it. Without
+/// given back when bookkeeping has come back to what is stored: so to walk over a store copies what is open. Without
 /// an engine there is nothing below, and the records last as long as the object. It knows neither files nor
 /// transactions.
 ///

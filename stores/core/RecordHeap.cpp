@@ -36,8 +36,10 @@ void copyBytes(std::byte* to, const void* from, unsigned int size) {
 }  // namespace
 
 #if defined(LVP_WATCHES_BLOCKS)
+const bool RecordHeap::kWatched = true;
 const unsigned int RecordHeap::kLongestShared = 0;
 #else
+const bool RecordHeap::kWatched = false;
 const unsigned int RecordHeap::kLongestShared = kKinds * kUnit;
 #endif
 
@@ -76,11 +78,13 @@ struct RecordHeap::Long {
 };
 
 void RecordHeap::assign(RecordBytes& bytes, const void* data, unsigned int size) {
-    _forgetLent(bytes);
     const unsigned int capacity = _capacity(bytes);
-    if (size <= capacity && (capacity <= kSmallBlock || size >= capacity / 2)) {
+    if (size == 0 && bytes._kind == 0) {
+        bytes = {};
+    } else if (size <= capacity && (capacity <= kSmallBlock || size >= capacity / 2)) {
         copyBytes(bytes._data, data, size);
         bytes._size = size;
+        _forgetLent(bytes);
     } else {
         RecordBytes fresh = _allocate(size);
         copyBytes(fresh._data, data, size);
@@ -106,12 +110,12 @@ void RecordHeap::overwrite(RecordBytes& bytes, unsigned int position, const void
 }
 
 void RecordHeap::append(RecordBytes& bytes, const void* data, unsigned int size) {
-    _forgetLent(bytes);
     const std::uint64_t needed = std::uint64_t{bytes._size} + size;
     const unsigned int capacity = _capacity(bytes);
     if (needed <= capacity) {
         copyBytes(bytes._data + bytes._size, data, size);
         bytes._size += size;
+        _forgetLent(bytes);
     } else {
         const std::uint64_t doubled = std::min<std::uint64_t>(std::uint64_t{capacity} * 2, UINT32_MAX);
         RecordBytes fresh = _allocate(std::max(needed, doubled));

@@ -37,8 +37,11 @@ private:
 /// bytes of the record itself. A member that throws (`std::bad_alloc`) has changed nothing. Not thread-safe.
 class RecordHeap {
 public:
-    /// Records of up to so many bytes share slabs. The address sanitizer, which watches what lies between blocks, sees
-    /// each record in a block of its own, and another one after each overwriting.
+    /// Whether the address sanitizer watches what lies between blocks. It sees each record in a block of its own, and
+    /// in another one after each overwriting, but for copies of lent contents.
+    static const bool kWatched;
+
+    /// Records of up to so many bytes share slabs.
     static const unsigned int kLongestShared;
 
     /// The longest contents that are lent: more than these are worth a copy that lasts.

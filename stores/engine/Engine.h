@@ -57,8 +57,8 @@ public:
     /// engine and stand until its next call, or as long as `lends` says.
     virtual std::optional<std::span<const std::byte>> load(unsigned int offset) = 0;
 
-    /// Whether the bytes that `load` gives stand, as they are, until the next `commit`, also one that fails, or the
-    /// next `guardTaken` that has news.
+    /// Whether the bytes that `load` gives stand, as they are, until the next `commit` or the next `guardTaken` that
+    /// has news; either may also fail.
     virtual bool lends() const noexcept { return false; }
 
     /// Makes a batch durable, all of it or, when it throws, none of it, and moves the snapshot there. After a failure

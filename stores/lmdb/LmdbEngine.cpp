@@ -8,6 +8,7 @@
 #include <cstdint>
 
 #include "stores/core/Failure.h"
+#include "stores/core/RecordHeap.h"
 #include "stores/engine/EngineError.h"
 #include "stores/lmdb/FileCreation.h"
 #include "stores/lmdb/Forks.h"
@@ -139,11 +140,7 @@ std::optional<std::span<const std::byte>> LmdbEngine::load(unsigned int offset) 
 
 // The pages of a snapshot stay as they are. In a map the address sanitizer could not see who reads beyond a record.
 bool LmdbEngine::lends() const noexcept {
-#if defined(__SANITIZE_ADDRESS__)
-    return false;
-#else
-    return true;
-#endif
+    return !RecordHeap::kWatched;
 }
 
 void LmdbEngine::commit(const Batch& batch) {

@@ -295,6 +295,75 @@ TEST_P(Visitor, IsShownWhatItAddsOnlyWhereItHasNotYetEntered) {
     EXPECT_THAT(noting.events, testing::Not(testing::Contains(L"late")));
 }
 
+TEST_P(Visitor, IsShownTheFirstChildThatItAddsToASetBeforeItEnters) {
+    for (const bool empty : {true, false}) {
+        const std::wstring name = empty ? L"empty" : L"full";
+        top()->create(IContainer::kGroup, name.c_str(), kNoSchema);
+        if (!empty) find((L"top." + name).c_str())->create(L"old", metadata::kInt32);
+        Noting noting;
+        noting.act = [&](const std::wstring& event) {
+            if (event == L"{" + name) find((L"top." + name).c_str())->create(L"new", metadata::kInt32);
+        };
+        EXPECT_TRUE(IVisitor::visit(store(), L"top." + name, noting));
+        EXPECT_THAT(noting.events, testing::Contains(L"new")) << empty;
+    }
+}
+
+/// Opens, flushes, changes and destroys the item that it is shown.
+class Restless : public IVisitor {
+public:
+    explicit Restless(IContainer& top) : _top(top) {}
+
+    void primitive(const tPrimitive& item) override {
+        for (int round = 0; round < 2; ++round) {
+            EXPECT_TRUE(_top.property(L"n"));
+            if (round == 1) item.store->flush();
+            EXPECT_TRUE(item.get(got, 0, 3));
+            EXPECT_THAT(got, ElementsAre(1, 2, 3));
+        }
+        EXPECT_TRUE(asPrimitive(_top.property(L"n")).reset(1));
+        EXPECT_FALSE(item.get(got, 0, 3)) << "there is one by now";
+        EXPECT_TRUE(item.get(got, 0, 1));
+        EXPECT_TRUE(_top.destroy(L"n"));
+        EXPECT_FALSE(item.get(got, 0, 1));
+    }
+
+    int got[3] = {};
+
+private:
+    IContainer& _top;
+};
+
+TEST_P(Visitor, GetsValuesWhateverItHasOpenedOrFlushedOrChangedMeanwhile) {
+    const int numbers[] = {1, 2, 3};
+    top()->create(L"n", metadata::kInt32)->set(numbers, 0, 3);
+    const auto open = top();
+    Restless visitor(*open);
+    EXPECT_TRUE(IVisitor::visit(store(), L"top.n", visitor));
+    EXPECT_EQ(visitor.got[0], 0) << "as it was reset to";
+}
+
+TEST_P(Visitor, FindsNothingUnderAPathWithAZeroInASetOfAnySize) {
+    using namespace std::literals;
+    const auto group = top();
+    for (int i = 0; i < 100; ++i) {
+        group->create(std::to_wstring(i).c_str(), metadata::kInt32);
+        EXPECT_THAT(shown(L"top.0\0"sv), IsEmpty());
+        EXPECT_FALSE(found);
+    }
+    EXPECT_THAT(shown(L"\0"sv), IsEmpty());
+    EXPECT_THAT(shown(L"top.0"sv), ElementsAre(L"0"));
+}
+
+TEST_P(Visitor, IsShownNothingOfAContainerThatIsGone) {
+    fill();
+    const auto node = find(L"top.node");
+    store()->erase(stored::children(store(), offsetOfTop()).at(2));
+    Noting noting;
+    EXPECT_FALSE(IVisitor::visit(node.get(), L"", noting));
+    EXPECT_THAT(noting.events, IsEmpty());
+}
+
 TEST_P(Visitor, MayVisitAgain) {
     fill();
     Noting noting;

@@ -46,7 +46,7 @@ void lookAtStrings(const std::vector<char>& values) {
 class Taking final : public IVisitor {
 public:
     void primitive(const tPrimitive& item) override {
-        std::vector<char> values(item.value.size());
+        std::vector<char> values(std::size_t{item.dimension} * item.stride);
         item.get(values.data(), 0, item.dimension);
         item.get(values.data(), item.dimension, 1);
         read(item.name, item.schema);

@@ -241,6 +241,19 @@ TEST_F(LentRecords, AreReadAnewWhenThereIsNews) {
     EXPECT_EQ(shown(0) + shown(1), "AB");
 }
 
+TEST_F(LentRecords, AreReadAnewAfterAGuardThatWasRefused) {
+    stored({"refs=0"});
+    open(tMode::kRead);
+    EXPECT_EQ(shown(0), "refs=0");
+    disk.beforeGuard = [this] {
+        disk.lent.clear();  // the snapshot has moved already
+        fail();
+    };
+    failureOf([&] { core().enter(); });
+    EXPECT_EQ(shown(0), "refs=0");
+    EXPECT_THAT(disk.loads, ElementsAre(0, 0));
+}
+
 TEST_F(LentRecords, GiveWayToWhatEachOperationMakesOfThem) {
     stored({"abcd", "abcd", "abcd", "abcd", ""});
     open();

@@ -1,8 +1,5 @@
 #pragma once
 
-#include <cstdint>
-#include <cstring>
-#include <span>
 #include <string_view>
 
 #include "lumivard/platform/core/Export.h"
@@ -17,34 +14,32 @@ namespace lumivard::platform::data::structure {
 /// path, or a whole tree. Each item costs a look at its record, which is the least that reading can cost; nothing is
 /// counted as open, and nothing is written.
 ///
-/// A client derives from it, and takes in what it wants to see. The views and pointers that it is given stand during
-/// the call alone, and only until it changes the item that they show. It may open and change whatever it likes: of a
-/// set the children are shown that it had when it was entered, as far as they are still there.
+/// A client derives from it, and takes in what it wants to see. What it is given stands during the call alone. It may
+/// open, change and flush whatever it likes meanwhile: of a set the children are shown that it had when it was entered,
+/// as far as they are still there.
 ///
 /// What a schema has put there as a hidden default is shown too, with its flag. In a damaged store an item is shown
 /// only where its owner lists it, and each set once.
 class LVP_EXPORT IVisitor {
 public:
     /// What a primitive is.
-    struct tPrimitive {
+    struct LVP_EXPORT tPrimitive {
         std::wstring_view name;
         metadata::tValue valuetype = {};
         units::tUnit units = units::kNoUnit;
         unsigned char flags = 0;        ///< as `IProperty::flags`
         unsigned int stride = 0;        ///< bytes of one value, as `IPrimitive::stride`
         unsigned int dimension = 0;     ///< the number of values, as `IPrimitive::dimension`
-        std::span<const char> value;    ///< their bytes, at any address: numbers in them are copied out, as by `get`
         std::wstring_view valuelocale;  ///< the locale of the value
         std::wstring_view schema;       ///< of a struct: its type
         std::wstring_view uri;          ///< where the value is to be found, if it is not here
 
-        /// Copies `count` values, beginning with value `start`, to `data`. False, and nothing copied, when there are
-        /// not so many, or none are asked for.
-        bool get(void* data, unsigned int start, unsigned int count) const {
-            if (count == 0 || std::uint64_t{start} + count > dimension) return false;
-            std::memcpy(data, value.data() + std::size_t{start} * stride, std::size_t{count} * stride);
-            return true;
-        }
+        IDataStore* store = nullptr;  ///< where it stands, and its record there
+        unsigned int offset = 0;
+
+        /// Copies `count` values, beginning with value `start`, to `data`, as they are in the store at this moment.
+        /// False, and nothing copied, when there are not so many, or none are asked for.
+        bool get(void* data, unsigned int start, unsigned int count) const;
     };
 
     /// What a table is, beside what it holds.
