@@ -56,7 +56,14 @@ void Examination::count(Report& report) const {
     for (unsigned int number = 0; number < census.size(); ++number) {
         const tNode& node = census[number];
         report.bytes += node.size;
-        if (node.readable && node.kind < Report::kKinds) ++report.byKind[node.kind];
+        if (node.readable && node.kind < Report::kKinds) {
+            ++report.byKind[node.kind];
+            report.bytesByKind[node.kind] += node.size;
+        }
+        if (node.isEntity() && node.refs != 0) {
+            report.live += node.refs;
+            ++report.liveRecords;
+        }
         if (node.reached) {
             ++report.reached;
             report.reachedBytes += node.size;

@@ -10,7 +10,7 @@ function(lvp_kit_sources target)
         target_sources(${target} INTERFACE
             $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/tests/contract/${file}>
             $<INSTALL_INTERFACE:$<INSTALL_PREFIX>/${LVP_KIT_DIR}/${file}>)
-        install(FILES ${PROJECT_SOURCE_DIR}/tests/contract/${file} DESTINATION ${LVP_KIT_DIR})
+        install(FILES ${PROJECT_SOURCE_DIR}/tests/contract/${file} DESTINATION ${LVP_KIT_DIR} COMPONENT development)
     endforeach()
 endfunction()
 
@@ -35,4 +35,5 @@ lvp_kit_sources(lvp_store_contract
     StoreContract+Views.cpp
     StoreContract+Writes.cpp)
 target_link_libraries(lvp_store_contract INTERFACE lvp_contract_stores $<INSTALL_INTERFACE:GTest::gtest>)
-install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples/own_store DESTINATION ${CMAKE_INSTALL_DATADIR}/lvp_data/examples)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples/own_store DESTINATION ${CMAKE_INSTALL_DATADIR}/lvp_data/examples
+    COMPONENT development)

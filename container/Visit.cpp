@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <set>
 #include <string_view>
 #include <unordered_set>
 #include <vector>
@@ -8,10 +9,14 @@
 #include "container/ContainerImpl.h"
 #include "design/Stride.h"
 #include "lumivard/platform/data/structure/IVisitor.h"
+#include "lumivard/platform/data/units/tUnitGroup.h"
+#include "record/Anatomy.h"
 #include "record/Container.h"
 #include "record/Guard.h"
+#include "record/Locale.h"
 #include "record/Offsets.h"
 #include "record/Primitive.h"
+#include "record/Root.h"
 #include "record/Table.h"
 #include "schema/Finder.h"
 
@@ -52,9 +57,10 @@ public:
         return true;
     }
 
-    /// Shows all that a set holds.
+    /// Shows all that a set holds, and where it is the root that too.
     void showContents(unsigned int set) {
         _start = set;
+        showRoot(set);
         open(set);
         showLevels(1);
     }
@@ -69,22 +75,21 @@ private:
 
     /// Whether a record has all that its kind asks.
     static bool isItem(const Record::Entity& record) {
-        switch (record.type()) {
-            case Record::kPrimitive:
-                return record.size() >= Record::Primitive::kFixed;
-            case Record::kTable:
-                return record.size() >= Record::Table::kFixed;
-            case Record::kContainer:
-                return record.size() >= Record::Container::kFixed;
-            default:
-                return false;
-        }
+        return Record::isChild(record.type()) && Record::Anatomy::fits(record);
     }
 
     void show(const Record::Primitive& record) {
         if (record.type() == Record::kPrimitive) return showPrimitive(record);
-        const unsigned int offset = record.offset();
-        if (record.type() == Record::kTable ? entersTable(offset) : entersContainer(offset)) open(offset);
+        if (record.type() == Record::kTable) return showTable(record.offset());
+        showContainer(record.offset());
+    }
+
+    void showRoot(unsigned int offset) {
+        const Record::Root record(_store, offset, Record::kInPlace);
+        if (record.type() != Record::kRoot || !Record::Anatomy::fits(record)) return;
+        const unsigned int texts = record.locale();
+        _visitor.root(record.name());
+        showTexts(texts);
     }
 
     void showPrimitive(const Record::Primitive& record) {
@@ -104,21 +109,54 @@ private:
         }
         shown.store = _store;
         shown.offset = record.offset();
+        const unsigned int texts = record.locale();
         _visitor.primitive(shown);
+        showTexts(texts);
     }
 
-    bool entersTable(unsigned int offset) {
+    // Where texts and defaults stand is asked before the visitor is called, which may do away with the item.
+
+    void showTable(unsigned int offset) {
         const Record::Table record(_store, offset, Record::kInPlace);
-        return _visitor.table({_name.of(record.section(Record::Table::kName)), record.flags(),
-                               _first.of(record.section(Record::Table::kBase))});
+        const unsigned int texts = record.locale();
+        const unsigned int defaults = record.defaults();
+        if (!_visitor.table({_name.of(record.section(Record::Table::kName)), record.flags(),
+                             _first.of(record.section(Record::Table::kBase)), offset}))
+            return;
+        showTexts(texts);
+        showDefaults(defaults);
+        open(offset);
     }
 
-    bool entersContainer(unsigned int offset) {
+    void showContainer(unsigned int offset) {
         const Record::Container record(_store, offset, Record::kInPlace);
-        return _visitor.container({_name.of(record.section(Record::Container::kName)),
-                                   static_cast<IContainer::tType>(record.kind()), record.flags(),
-                                   _first.of(record.section(Record::Container::kBase)),
-                                   _second.of(record.section(Record::Container::kInfo))});
+        const unsigned int texts = record.locale();
+        if (!_visitor.container({_name.of(record.section(Record::Container::kName)),
+                                 static_cast<IContainer::tType>(record.kind()), record.flags(),
+                                 _first.of(record.section(Record::Container::kBase)),
+                                 _second.of(record.section(Record::Container::kInfo)), offset}))
+            return;
+        showTexts(texts);
+        open(offset);
+    }
+
+    void showTexts(unsigned int offset) {
+        if (offset == IDataStore::BADOFF) return;
+        const std::wstring payload = Record::Locale(_store, offset, Record::kInPlace).payload();
+        Record::Locale::each(payload,
+                             [this](std::wstring_view locale, std::wstring_view text) { _visitor.text(locale, text); });
+    }
+
+    void showDefaults(unsigned int offset) {
+        if (offset == IDataStore::BADOFF) return;
+        const std::vector<unsigned int> pairs = Record::Offsets(_store, offset, Record::kInPlace).get();
+        std::set<units::tUnitGroup> shown{units::kNoGroup};
+        for (std::size_t i = 0; i + 1 < pairs.size(); i += 2) {
+            const auto unit = static_cast<units::tUnit>(pairs[i]);
+            if (shown.insert(units::group(unit)).second) {
+                _visitor.unitDefault(unit, static_cast<metadata::tValue>(pairs[i + 1]));
+            }
+        }
     }
 
     void open(unsigned int set) {
@@ -191,6 +229,8 @@ bool IVisitor::tPrimitive::get(void* data, unsigned int start, unsigned int coun
     return true;
 }
 
+void IVisitor::root(std::wstring_view) {}
+
 void IVisitor::primitive(const tPrimitive&) {}
 
 bool IVisitor::table(const tTable&) {
@@ -200,6 +240,10 @@ bool IVisitor::table(const tTable&) {
 bool IVisitor::container(const tContainer&) {
     return true;
 }
+
+void IVisitor::text(std::wstring_view, std::wstring_view) {}
+
+void IVisitor::unitDefault(units::tUnit, metadata::tValue) {}
 
 void IVisitor::leave() {}
 

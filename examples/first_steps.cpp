@@ -1,7 +1,11 @@
-#include <lumivard/platform/core.h>
+// First steps: a store file, values in it with their units, and the same values when the file is opened again.
+// Works in a new folder among the system's temporary files, and removes it. docs/first-steps.md tells it step by step.
 #include <lumivard/platform/data.h>
+#include <lumivard/platform/data/easy.h>
 #include <lumivard/platform/stores.h>
 
+#include <array>
+#include <cstdlib>
 #include <filesystem>
 #include <iostream>
 
@@ -10,34 +14,43 @@ using namespace lumivard::platform::data;
 
 namespace {
 
-void write() {
-    // [tour]
-    const auto store = stores::file("model.lvp", stores::tMode::kWrite);
-    const auto model = structure::IContainerFrontEnd::toplevel(store.get(), L"model");
-
-    const double size[] = {2.5, 4.0};
-    const auto table = model->create(L"sizes", nullptr);                        // a table of properties
-    table->create(L"door", metadata::kDouble, units::kMeter)->set(size, 0, 2);  // two values, in metres
-    model->describe(L"de-de", L"Modell");                                       // the model's name in German
-    store->flush();                                                             // durable from here on
-    // [tour]
+// [write]
+bool write(const std::filesystem::path& file) {
+    const auto store = stores::file(file, stores::tMode::kWrite);
+    const auto model = easy::make(store.get(), L"model");  // a container at the top of the store
+    easy::makeTable(*model, L"sizes");                     // a table in it, since values in tables have units
+    const bool done = easy::set(*model, L"title", "Carport") &&
+                      easy::set(*model, L"sizes.door", std::array{2.5, 4.0}, units::kMeter) &&
+                      easy::set(*model, L"sizes.posts", 6);
+    store->flush();  // durable from here on
+    return done;
 }
+// [write]
 
-void read() {
-    const auto store = stores::file("model.lvp", stores::tMode::kRead);
-    const auto model = structure::IContainerFrontEnd::find(store.get(), L"model");
-    const auto property = model->property(L"sizes.door");
-    auto* door = metadata::IPrimitive::to(property.get());
-    double size[2] = {};
-    door->get(size, 0, 2);
-    std::cout << property->path().string() << ": " << size[0] << " by " << size[1] << " metres\n";
+// [read]
+bool read(const std::filesystem::path& file) {
+    const auto store = stores::file(file, stores::tMode::kRead);
+    const auto title = easy::get<std::string>(store.get(), L"model.title");
+    const auto door = easy::get<std::array<double, 2>>(store.get(), L"model.sizes.door");
+    const auto windows = easy::get<int>(store.get(), L"model.sizes.windows");  // nothing there: no value
+    if (!title || !door || windows) return false;
+    std::cout << *title << ": the door is " << (*door)[0] << " by " << (*door)[1] << " metres\n";
+    return easy::visit(store.get(), L"", [](const easy::tPrimitive& item, const easy::tAt& at) {
+        std::cout << core::string::WideString(std::wstring(at.path).c_str()).string() << ": " << item.dimension
+                  << (item.units == units::kMeter ? " elements in metres\n" : " elements\n");
+    });
 }
+// [read]
 
 }  // namespace
 
-// Writes a small model into the file model.lvp in the current folder, opens it again, and reads a value back.
+// [main]
 int main() {
-    std::filesystem::remove("model.lvp");  // of an earlier run
-    write();
-    read();
+    std::string folder = (std::filesystem::temp_directory_path() / "lvp-first-steps-XXXXXX").string();
+    if (!::mkdtemp(folder.data())) return 1;
+    const auto file = std::filesystem::path(folder) / "model.lvp";
+    const bool done = write(file) && read(file);
+    std::filesystem::remove_all(folder);
+    return done ? 0 : 1;
 }
+// [main]

@@ -187,20 +187,13 @@ Item::tLocales& Item::loaded() {
 Item::tLocales Item::read(IDataStore* store, unsigned int offset) {
     const std::wstring payload = Record::Locale(store, offset, Record::kInPlace).payload();
     tLocales locales;
-    std::unique_ptr<tName> pair;
-    std::size_t start = 0;
-    for (std::size_t end = payload.find(L'\0'); end != std::wstring::npos; end = payload.find(L'\0', start)) {
-        std::wstring text = payload.substr(start, end - start);
-        start = end + 1;
-        if (!pair) {
-            pair = std::make_unique<tName>();
-            pair->locale = std::move(text);
-            continue;
-        }
-        pair->name = std::move(text);
+    Record::Locale::each(payload, [&locales](std::wstring_view locale, std::wstring_view text) {
+        auto pair = std::make_unique<tName>();
+        pair->locale = locale;
+        pair->name = text;
         locales.names.push_back(std::move(pair));
         locales.index.insert(locales.names.back()->locale.c_str(), static_cast<unsigned int>(locales.names.size() - 1));
-    }
+    });
     return locales;
 }
 

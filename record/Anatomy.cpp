@@ -29,8 +29,12 @@ const tSections* Anatomy::form(tType kind) {
     return nullptr;
 }
 
-Anatomy::Anatomy(const Base& record) : _form(form(record.type())) {
-    _fits = _form && record.size() >= _form->header;
+bool Anatomy::fits(const Base& record) {
+    const tSections* const form = Anatomy::form(record.type());
+    return form && record.size() >= form->header;
+}
+
+Anatomy::Anatomy(const Base& record) : _form(form(record.type())), _fits(fits(record)) {
     if (!_fits) return;
     const std::span<const char> all(record.bytes(), record.size());
     for (const tRange& range : _form->zeros) {

@@ -25,6 +25,9 @@ public:
     bool known() const { return _form != nullptr; }
     bool fits() const { return _fits; }
 
+    /// The same of a record, without the rest of its anatomy.
+    static bool fits(const Base& record);
+
     /// How many bytes the fixed part of the kind has; 0 for an unknown kind.
     unsigned int fixed() const { return _form ? _form->header : 0; }
 
@@ -41,7 +44,7 @@ private:
     static constexpr std::size_t kMost = 4;
 
     const tSections* _form;
-    bool _fits = false;
+    bool _fits;
     bool _zeros = true;
     std::array<tSection, kMost> _sections{};
     std::size_t _count = 0;

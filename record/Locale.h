@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 #include "record/Base.h"
 
 namespace lumivard::platform::data::Record {
@@ -30,9 +32,27 @@ public:
     /// The payload as wide characters, terminators included.
     std::wstring payload() const;
 
+    /// Calls `visit(locale, name)` for each pair in a payload; a text without its zero is none.
+    template <class Visit>
+    static void each(std::wstring_view payload, Visit visit);
+
     /// Replaces the payload by `length` bytes from `data` and writes the record. False, with nothing done, when the
     /// record would outgrow 32 bits.
     bool payload(std::uint64_t length, const char* data);
 };
+
+template <class Visit>
+void Locale::each(std::wstring_view payload, Visit visit) {
+    const auto next = [&payload](std::wstring_view& text) {
+        const std::size_t end = payload.find(L'\0');
+        if (end == payload.npos) return false;
+        text = payload.substr(0, end);
+        payload.remove_prefix(end + 1);
+        return true;
+    };
+    std::wstring_view locale;
+    std::wstring_view name;
+    while (next(locale) && next(name)) visit(locale, name);
+}
 
 }  // namespace lumivard::platform::data::Record

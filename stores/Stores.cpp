@@ -60,12 +60,18 @@ std::unique_ptr<IDataStore> file(const fs::path& path, tMode mode, const FileOpt
     });
 }
 
+bool discard(IDataStore& store) {
+    Core* const core = dynamic_cast<Core*>(&store);
+    if (core) core->discard();
+    return core != nullptr;
+}
+
 FileReport verify(const fs::path& path, bool values, const FileOptions& options) {
     return attempt("examine", path, [&] { return verifyStoreFile(path, values, settingsOf(options)); });
 }
 
-void compact(const fs::path& path, const FileOptions& options) {
-    attempt("compact", path, [&] { compactStoreFile(path, settingsOf(options)); });
+void compact(const fs::path& path, const FileOptions& options, const tProgress& progress) {
+    attempt("compact", path, [&] { compactStoreFile(path, settingsOf(options), progress); });
 }
 
 std::unique_ptr<IDataStore> open(const std::string& location, tMode mode) {

@@ -5,6 +5,7 @@
 #include "design/Container.h"
 #include "design/Table.h"
 #include "metadata/Root.h"
+#include "record/Anatomy.h"
 #include "record/Container.h"
 #include "record/Primitive.h"
 #include "record/Root.h"
@@ -19,22 +20,9 @@ namespace {
 
 /// The kind of a record that can be written; `kOffsets`, which is no item, for one that cannot.
 Record::tType writable(const Record::Entity& record) {
-    const auto kindOr = [&record](unsigned int least) {
-        return record.size() < least ? Record::kOffsets : record.type();
-    };
-    if (record.flags() & Record::kHidden) return Record::kOffsets;
-    switch (record.type()) {
-        case Record::kRoot:
-            return kindOr(Record::Root::kName);
-        case Record::kPrimitive:
-            return kindOr(Record::Primitive::kFixed);
-        case Record::kTable:
-            return kindOr(Record::Table::kFixed);
-        case Record::kContainer:
-            return kindOr(Record::Container::kFixed);
-        default:
-            return Record::kOffsets;
-    }
+    const bool item = record.type() == Record::kRoot || Record::isChild(record.type());
+    if (!item || (record.flags() & Record::kHidden) || !Record::Anatomy::fits(record)) return Record::kOffsets;
+    return record.type();
 }
 
 }  // namespace
@@ -67,7 +55,7 @@ void XMLRenderingLogic::beginNext() {
 Record::tType XMLRenderingLogic::look(unsigned int offset, tLevel* among) {
     const Record::Primitive record(_store, offset, Record::kInPlace);  // which is what it may be; all kinds begin alike
     const Record::tType kind = writable(record);
-    const bool primitive = record.type() == Record::kPrimitive && record.size() >= Record::Primitive::kFixed;
+    const bool primitive = record.type() == Record::kPrimitive && Record::Anatomy::fits(record);
     if (primitive) _primitives.load(record);
     if (!among || among->counted) return kind;
     const bool child = record.whole() && Record::isChild(record.type());

@@ -1,3 +1,6 @@
+// A store of one's own sits the exam that the stores of the library sit, and the code of an application is tried on
+// stores that fail. OwnStore is the store, Visits the application; all in memory. GoogleTest prints what is tried, and
+// the status tells whether it held.
 #include <lumivard/platform/store_contract/FailingStore.h>
 #include <lumivard/platform/store_contract/ForgetfulStore.h>
 #include <lumivard/platform/store_contract/StoreContract.h>

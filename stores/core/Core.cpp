@@ -77,6 +77,11 @@ Core::~Core() {
     }
 }
 
+void Core::discard() {
+    if (!_keeps || _failure) return;
+    _failure = std::make_exception_ptr(failure("change", _name, "what was changed in it has been given up"));
+}
+
 core::storage::datastore::IDataStore::ILock* Core::lock() {
     return new Guard(*this);
 }

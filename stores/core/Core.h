@@ -40,6 +40,9 @@ public:
     /// Hands down what has changed, bookkeeping included where the stored bytes differ, as far as that still succeeds.
     ~Core() override;
 
+    /// Nothing is handed down any more: a flush and a change of content throw, and closing does nothing.
+    void discard();
+
     ILock* lock() override;
     void flush() override;
     void version(unsigned int number) override;

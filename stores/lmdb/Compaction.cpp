@@ -71,11 +71,15 @@ std::size_t mapSizeFor(const FileReport& report) {
     return static_cast<std::size_t>(kLeast + 4 * report.length);
 }
 
-void copyRecords(LmdbEngine& source, const FileReport& report, const fs::path& target) {
+void copyRecords(LmdbEngine& source, const FileReport& report, const fs::path& target, const tProgress& progress) {
     // Nobody knows the new file yet, and all of it is made durable at the end.
     const auto environment = lmdb::openEnvironment(target, MDB_NOLOCK | MDB_NOSYNC, mapSizeFor(report));
     Copy copy(environment);
-    source.forEachRecord([&](std::uint64_t key, std::span<const std::byte> bytes) { copy.add(key, bytes); });
+    unsigned long long done = 0;
+    source.forEachRecord([&](std::uint64_t key, std::span<const std::byte> bytes) {
+        copy.add(key, bytes);
+        if (progress && !progress(++done, report.records)) throw EngineError("it was told to stop");
+    });
     copy.finish(source.header());
 }
 
@@ -105,7 +109,7 @@ void copyRights(int from, int to) {
 
 }  // namespace
 
-void compactStoreFile(const fs::path& path, LmdbEngine::Settings settings) {
+void compactStoreFile(const fs::path& path, LmdbEngine::Settings settings, const tProgress& progress) {
     const fs::path real = realPath(path);
     std::error_code error;
     if (!fs::exists(real, error)) throw EngineError("there is no such file");
@@ -116,7 +120,7 @@ void compactStoreFile(const fs::path& path, LmdbEngine::Settings settings) {
     source.file().share();
 
     NewFile copy(real.parent_path(), kPrivate);
-    copyRecords(source, report, copy.path());
+    copyRecords(source, report, copy.path(), progress);
     copyRights(source.file().descriptor(), copy.descriptor());
     copy.makeDurable();
 

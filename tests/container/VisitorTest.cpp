@@ -175,15 +175,15 @@ TEST_P(Visitor, IsShownOfAPrimitiveWhatItSaysWhenItIsOpen) {
             ++count;
             const auto property = opened.lookup(told(item.name).c_str());
             IPrimitive& open = asPrimitive(property);
-            EXPECT_EQ(item.name, text(property->tag()));
+            EXPECT_EQ(item.name, lumivard::platform::test_support::text(property->tag()));
             EXPECT_EQ(item.valuetype, open.valuetype());
             EXPECT_EQ(item.units, open.units());
             EXPECT_EQ(item.flags, property->flags());
             EXPECT_EQ(item.stride, open.stride());
             EXPECT_EQ(item.dimension, open.dimension());
-            EXPECT_EQ(item.schema, text(open.schema()));
-            EXPECT_EQ(item.valuelocale, text(open.valuelocale()));
-            EXPECT_EQ(item.uri, text(open.uri()));
+            EXPECT_EQ(item.schema, lumivard::platform::test_support::text(open.schema()));
+            EXPECT_EQ(item.valuelocale, lumivard::platform::test_support::text(open.valuelocale()));
+            EXPECT_EQ(item.uri, lumivard::platform::test_support::text(open.uri()));
             for (const unsigned int start : {0u, 1u, item.dimension}) {
                 for (const unsigned int number : {0u, 1u, item.dimension, item.dimension - start, 0xFFFFFFFFu}) {
                     std::vector<char> expected(1000, '#');
@@ -224,6 +224,93 @@ TEST_P(Visitor, IsShownWhatSetsAre) {
     Sets sets;
     IVisitor::visit(store(), L"", sets);
     EXPECT_THAT(sets.said, ElementsAre(L"top 1 ", L"group 1 ", L"link 2 top.group", L"table 64 "));
+}
+
+/// Notes names, and the texts and defaults that follow them.
+class Telling : public IVisitor {
+public:
+    void root(std::wstring_view name) override { said.push_back(L"root " + told(name)); }
+    void primitive(const tPrimitive& item) override { said.push_back(told(item.name)); }
+    bool table(const tTable& item) override { return enterSet(item.name); }
+    bool container(const tContainer& item) override { return enterSet(item.name); }
+    void text(std::wstring_view locale, std::wstring_view text) override {
+        said.push_back(told(locale) + L": " + told(text));
+        if (act) act();
+    }
+    void unitDefault(units::tUnit units, metadata::tValue valuetype) override {
+        said.push_back(std::to_wstring(units) + L" " + std::to_wstring(valuetype));
+        if (act) act();
+    }
+
+    tNames said;
+    std::wstring closed;
+    std::function<void()> act;
+
+private:
+    bool enterSet(std::wstring_view name) {
+        said.push_back(told(name));
+        return name != closed;
+    }
+};
+
+class VisitorOfTexts : public Visitor {
+protected:
+    /// Items of each kind that have texts.
+    void fillTexts() {
+        const auto table = top()->create(L"table", kNoSchema);
+        table->defaults(units::kMeter, metadata::kDouble);
+        table->defaults(units::kNewton, metadata::kScalar);
+        table->defaults(units::kInch, metadata::kVec3);
+        table->container()->describe(L"de-de", L"Tabelle");
+        table->create(L"bare", metadata::kBool, units::kNoUnit);
+        const auto value = table->create(L"value", metadata::kBool, units::kNoUnit);
+        value->container()->describe(L"en-us", L"Value");
+        value->container()->describe(L"x", L"nowhere");
+        top()->describe(L"fr-fr", L"Haut");
+    }
+    const std::wstring inch = std::to_wstring(units::kInch) + L" " + std::to_wstring(metadata::kVec3);
+    const std::wstring newton = std::to_wstring(units::kNewton) + L" " + std::to_wstring(metadata::kScalar);
+};
+LVP_ON_EACH_STORE(VisitorOfTexts);
+
+TEST_P(VisitorOfTexts, IsShownThemBehindTheItemThatTheyCallByName) {
+    fillTexts();
+    Telling telling;
+    EXPECT_TRUE(IVisitor::visit(store(), L"top", telling));
+    EXPECT_THAT(telling.said, ElementsAre(L"top", L"fr-fr: Haut", L"table", L"de-de: Tabelle", inch, newton, L"bare",
+                                          L"value", L"en-us: Value", L"x: nowhere"));
+}
+
+TEST_P(VisitorOfTexts, IsNotShownThoseOfASetThatItDoesNotEnter) {
+    fillTexts();
+    Telling telling;
+    telling.closed = L"table";
+    EXPECT_TRUE(IVisitor::visit(store(), L"top", telling));
+    EXPECT_THAT(telling.said, ElementsAre(L"top", L"fr-fr: Haut", L"table"));
+}
+
+TEST_P(VisitorOfTexts, IsShownTheRootWithItsOwnWhereTheWholeStoreIsShown) {
+    const std::string document =
+        "<root name='model' version='3'><name locale='de-de'>Modell</name><group name='a'/></root>";
+    lumivard::platform::core::io::MemoryReader reader(document);
+    lumivard::platform::data::format::xml::IXMLFrontEnd::parse(store(), &reader, nullptr, nullptr, nullptr);
+    Telling telling;
+    EXPECT_TRUE(IVisitor::visit(store(), L"", telling));
+    EXPECT_THAT(telling.said, ElementsAre(L"root model", L"de-de: Modell", L"a"));
+    telling.said.clear();
+    EXPECT_TRUE(IVisitor::visit(find(L"a").get(), L"", telling));
+    EXPECT_THAT(telling.said, IsEmpty());
+}
+
+TEST_P(VisitorOfTexts, IsShownThemAllThoughItDoesAwayWithWhatTheyBelongTo) {
+    fillTexts();
+    Telling telling;
+    telling.act = [this] { top()->destroy(L"table"); };
+    EXPECT_TRUE(IVisitor::visit(store(), L"top.table", telling));
+    EXPECT_FALSE(top()->has(L"table"));
+    ASSERT_GE(telling.said.size(), 2u);
+    EXPECT_EQ(telling.said[1], L"de-de: Tabelle");
+    EXPECT_EQ(telling.said.size(), 2u) << "the defaults went with the table";
 }
 
 TEST_P(Visitor, IsShownLongNamesAndValues) {

@@ -1,11 +1,14 @@
 // What is done in a set costs what it touches, however many children the set has.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
+#include <limits>
 #include <memory>
 #include <string>
 
 #include "lumivard/platform/data.h"
+#include "lumivard/platform/data/easy.h"
 #include "lumivard/platform/stores.h"
 #include "tests/cost/Cost.h"
 
@@ -192,6 +195,42 @@ TEST(CostInASet, OfMakingAChildAndOpeningTheSetAnewIsThatOfBoth) {
     const tCost cost = leastCostOfAChild(small, make);
     EXPECT_EQ(leastCostOfAChild(large, make), cost);
     EXPECT_LE(cost.calls, 50u);
+}
+
+TEST(CostInASet, OfMakingAChildByItsPathIsThatOfTheChild) {
+    WideTree small(100);
+    WideTree large(10'000);
+    const auto make = [](WideTree& tree, const wchar_t* name) {
+        EXPECT_TRUE(easy::make(tree.wide(), name));
+        EXPECT_TRUE(easy::makeTable(tree.wide(), std::wstring(name) + L"_table"));
+        EXPECT_TRUE(easy::set(tree.wide(), std::wstring(name) + L"_value", 1));
+    };
+    const tCost cost = leastCostOfAChild(small, make);
+    EXPECT_EQ(leastCostOfAChild(large, make), cost);
+    EXPECT_LE(cost.calls, 130u);
+}
+
+/// As they are where two objects that are open over one set make children in it.
+TEST(CostInASet, OfMakingAChildByItsPathIsNoCopyOfAllNames) {
+    WideTree tree(10'000);
+    std::size_t least = std::numeric_limits<std::size_t>::max();
+    for (unsigned int number = 0; number < 8; ++number) {
+        const std::wstring name = nameOf(900'000 + number);
+        costOf(tree.store(), [&] {
+            EXPECT_TRUE(easy::make(tree.wide(), name));
+            EXPECT_TRUE(easy::makeTable(tree.wide(), name + L"_table"));
+            EXPECT_TRUE(easy::set(tree.wide(), name + L"_value", 1));
+        });
+        least = std::min(least, test_support::fault::allocations::largest());
+    }
+    EXPECT_LE(least, 4096u);
+}
+
+TEST(CostInASet, OfSettingAValueByItsPathIsThatOfTheWay) {
+    const tCost cost =
+        costInAnySet([](WideTree& tree) { EXPECT_TRUE(easy::set(tree.top(), L"wide.child_000042.value", 1.0)); });
+    EXPECT_LE(cost.calls, 40u);
+    EXPECT_LE(cost.requests, 12);
 }
 
 TEST(CostInASet, OfAChangeOfAValueIsNoNewLookAtTheSet) {

@@ -106,11 +106,10 @@ TEST_F(ToolItems, DoNotCoverWhatIsThere) {
 }
 
 TEST_F(ToolItems, AreNamedWhenTheyAreNotThere) {
-    const std::string words = "the store " + first + " holds no container, and no property in one, at the path a.";
-    expectRefusal("cp " + first + " a.z b.z", words + "z");
-    expectRefusal("mv " + first + " a.z b.z", words + "z");
-    expectRefusal("cp " + first + " a.z c.z --to " + second, words + "z");
-    expectRefusal("cp " + first + " a.t.y.more c.z --to " + second, words + "t.y.more");
+    const std::string nothing = "the store " + first + " holds nothing at the path a.z: in a there is no z";
+    expectRefusal("cp " + first + " a.z b.z", nothing);
+    expectRefusal("mv " + first + " a.z b.z", nothing);
+    expectRefusal("cp " + first + " a.z c.z --to " + second, nothing);
 }
 
 TEST_F(ToolItems, DoNotMoveIntoThemselvesOrFromTheTop) {
@@ -150,9 +149,12 @@ TEST_F(ToolItems, AreFoundInStoresWithoutARootToo) {
 }
 
 TEST_F(ToolItems, AreNotLookedForBeyondAValue) {
-    for (const std::string path : {"a.n.x.more", "a.n.x.", "a.t.y.z"}) {
-        expectRefusal("cp " + first + " " + path + " b.z",
-                      "the store " + first + " holds no container, and no property in one, at the path " + path);
+    for (const std::string value : {"a.n.x", "a.t.y"}) {
+        for (const std::string& path : {value + ".more", value + "."}) {
+            expectRefusal("cp " + first + " " + path + " b.z", "the store " + first + " holds nothing at the path " +
+                                                                   path + ": " + value +
+                                                                   " is a value, which holds no items");
+        }
     }
 }
 

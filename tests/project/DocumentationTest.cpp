@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <set>
@@ -8,7 +9,8 @@
 #include <vector>
 
 // Documentation shows code that is compiled and run: each piece of C++ in a page is a piece of an example, marked there
-// by a comment `// [name]` before and behind it.
+// by a comment `// [name]` before and behind it. What a page shows as a program's output, as a piece of "text", is what
+// the tests ask of an example.
 
 namespace {
 
@@ -24,7 +26,7 @@ const std::filesystem::path kSource(LVP_SOURCE_DIR);
 /// The marked pieces of all examples, without the indentation of their marks.
 std::set<std::string> pieces() {
     std::set<std::string> all;
-    for (const auto& entry : std::filesystem::directory_iterator(kSource / "examples")) {
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(kSource / "examples")) {
         if (entry.path().extension() != ".cpp") continue;
         std::string piece;
         bool inside = false;
@@ -42,34 +44,63 @@ std::set<std::string> pieces() {
     return all;
 }
 
+/// What the examples print.
+std::set<std::string> outputs() {
+    std::set<std::string> all;
+    for (const auto& entry : std::filesystem::directory_iterator(kSource / "tests/project/examples")) {
+        std::string text;
+        for (const std::string& line : linesOf(entry.path())) text += line + "\n";
+        all.insert(text);
+    }
+    return all;
+}
+
+/// The pieces of a page that are fenced as of one language.
+std::vector<std::string> fenced(const std::filesystem::path& page, const std::string& language) {
+    std::vector<std::string> all;
+    bool inside = false;
+    for (const std::string& line : linesOf(page)) {
+        if (inside && line == "```") {
+            inside = false;
+        } else if (inside) {
+            all.back() += line + "\n";
+        } else if (line == "```" + language) {
+            inside = true;
+            all.emplace_back();
+        }
+    }
+    return all;
+}
+
+/// A piece without what the first of a page may begin with: the headers that all of them need.
+std::string bare(std::string piece) {
+    while (piece.rfind("#include", 0) == 0 || piece.rfind("using ", 0) == 0 || piece.rfind('\n', 0) == 0) {
+        piece.erase(0, piece.find('\n') + 1);
+    }
+    return piece;
+}
+
 class Documentation : public testing::TestWithParam<const char*> {};
 
 TEST_P(Documentation, ShowsCodeThatIsCompiledAndRun) {
     const std::set<std::string> compiled = pieces();
-    std::string shown;
-    bool inside = false;
-    unsigned int count = 0;
-    for (const std::string& line : linesOf(kSource / GetParam())) {
-        if (inside && line == "```") {
-            // The first piece of a page may begin with the headers that all of them need.
-            std::string bare = shown;
-            while (bare.rfind("#include", 0) == 0 || bare.rfind("using ", 0) == 0 || bare.rfind('\n', 0) == 0) {
-                bare.erase(0, bare.find('\n') + 1);
-            }
-            EXPECT_TRUE(compiled.contains(bare)) << bare;
-            inside = false;
-            ++count;
-        } else if (inside) {
-            shown += line + "\n";
-        } else if (line == "```cpp") {
-            inside = true;
-            shown.clear();
-        }
-    }
-    EXPECT_NE(count, 0u) << "there is no code in the page";
+    const auto shown = fenced(kSource / GetParam(), "cpp");
+    for (const std::string& piece : shown) EXPECT_TRUE(compiled.contains(bare(piece))) << piece;
+    EXPECT_FALSE(shown.empty()) << "there is no code in the page";
 }
 
-INSTANTIATE_TEST_SUITE_P(Of, Documentation, testing::Values("README.md", "docs/schemas.md"),
-                         [](const auto& page) { return std::filesystem::path(page.param).stem().string(); });
+TEST_P(Documentation, ShowsWhatIsPrinted) {
+    const std::set<std::string> printed = outputs();
+    for (const std::string& piece : fenced(kSource / GetParam(), "text")) EXPECT_TRUE(printed.contains(piece)) << piece;
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, Documentation,
+                         testing::Values("README.md", "docs/errors.md", "docs/first-steps.md", "docs/model.md",
+                                         "docs/schemas.md", "docs/threads.md"),
+                         [](const auto& page) {
+                             std::string name = std::filesystem::path(page.param).stem().string();
+                             std::replace(name.begin(), name.end(), '-', '_');
+                             return name;
+                         });
 
 }  // namespace

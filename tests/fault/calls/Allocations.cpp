@@ -1,5 +1,6 @@
 #include "tests/fault/calls/Allocations.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <cstddef>
@@ -28,11 +29,13 @@ thread_local bool kArmed = false;
 thread_local bool kForEver = false;
 thread_local long long kLeft = 0;
 thread_local long long kRequests = 0;
+thread_local std::size_t kLargest = 0;
 thread_local long long kFailed = 0;
 
 /// Whether the request that comes now fails.
-bool fails() {
+bool fails(std::size_t size) {
     ++kRequests;
+    kLargest = std::max(kLargest, size);
     if (!kArmed) return false;
     if (kLeft > 0) {
         --kLeft;
@@ -54,6 +57,7 @@ void failAfter(long long passing, bool forEver) {
     kLeft = passing;
     kForEver = forEver;
     kRequests = 0;
+    kLargest = 0;
     kFailed = 0;
     kArmed = true;
 }
@@ -65,6 +69,10 @@ long long goOn() {
 
 long long requests() {
     return kRequests;
+}
+
+std::size_t largest() {
+    return kLargest;
 }
 
 long long blocks() {
@@ -79,8 +87,8 @@ using namespace lumivard::platform::test_support::fault::allocations;
 
 /// Gives what `allocate` gives, or nothing where the request fails.
 template <class Allocate>
-void* request(Allocate allocate) {
-    if (!fails()) return counted(allocate());
+void* request(std::size_t size, Allocate allocate) {
+    if (!fails(size)) return counted(allocate());
     errno = ENOMEM;
     return nullptr;
 }
@@ -100,16 +108,16 @@ void* __libc_memalign(std::size_t alignment, std::size_t size);
 void __libc_free(void* block);
 
 void* malloc(std::size_t size) noexcept {
-    return request([&] { return __libc_malloc(size); });
+    return request(size, [&] { return __libc_malloc(size); });
 }
 
 void* calloc(std::size_t count, std::size_t size) noexcept {
-    return request([&] { return __libc_calloc(count, size); });
+    return request(count * size, [&] { return __libc_calloc(count, size); });
 }
 
 void* realloc(void* block, std::size_t size) noexcept {
     if (!block) return malloc(size);
-    if (fails()) {
+    if (fails(size)) {
         errno = ENOMEM;
         return nullptr;
     }
@@ -119,7 +127,7 @@ void* realloc(void* block, std::size_t size) noexcept {
 }
 
 void* memalign(std::size_t alignment, std::size_t size) noexcept {
-    return request([&] { return __libc_memalign(alignment, size); });
+    return request(size, [&] { return __libc_memalign(alignment, size); });
 }
 
 void* aligned_alloc(std::size_t alignment, std::size_t size) noexcept {
@@ -150,12 +158,12 @@ void* demanded(void* block) {
 }
 
 void* make(std::size_t size) {
-    return request([&] { return std::malloc(size); });
+    return request(size, [&] { return std::malloc(size); });
 }
 
 void* make(std::size_t size, std::align_val_t alignment) {
     const auto unit = static_cast<std::size_t>(alignment);
-    return request([&] { return std::aligned_alloc(unit, (size + unit - 1) / unit * unit); });
+    return request(size, [&] { return std::aligned_alloc(unit, (size + unit - 1) / unit * unit); });
 }
 
 void drop(void* block) {

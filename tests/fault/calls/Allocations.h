@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+
 /// The memory of this process, of which each request can be made to fail: those of this program, of the libraries under
 /// test and of the libraries below them. Under a sanitizer, whose own `malloc` cannot be replaced, it is what goes
 /// through `operator new`, and that of C libraries does not fail.
@@ -15,6 +17,9 @@ long long goOn();
 
 /// How many requests of this thread came since `failAfter`.
 long long requests();
+
+/// The largest of them, in bytes.
+std::size_t largest();
 
 /// How many blocks there are.
 long long blocks();

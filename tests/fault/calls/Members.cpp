@@ -1,5 +1,6 @@
 #include "tests/fault/calls/Members.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <regex>
 #include <vector>
@@ -18,6 +19,11 @@ struct tScope {
     tKind kind = kOther;
     std::string name;
 };
+
+/// Whether clients do not call what stands here.
+bool isInside(const std::vector<tScope>& scopes) {
+    return std::any_of(scopes.begin(), scopes.end(), [](const tScope& scope) { return scope.name == "detail"; });
+}
 
 /// The member or function that one declaration declares: one or none.
 void note(const std::string& declaration, const tScope& scope, std::set<std::string>& members) {
@@ -61,7 +67,7 @@ std::set<std::string> membersOf(std::string header) {
             declaration += c;
             continue;
         }
-        note(trimmed(declaration), scopes.back(), members);
+        if (!isInside(scopes)) note(trimmed(declaration), scopes.back(), members);
         if (c == '{') scopes.push_back(opened(declaration));
         if (c == '}' && scopes.size() > 1) scopes.pop_back();
         declaration.clear();

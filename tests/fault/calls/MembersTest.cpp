@@ -25,15 +25,20 @@ const std::set<std::string> kOfCallers = {
     "IVisitor::container(const tContainer& item)",
     "IVisitor::leave()",
     "IVisitor::primitive(const tPrimitive& item)",
+    "IVisitor::root(std::wstring_view name)",
     "IVisitor::table(const tTable& item)",
+    "IVisitor::text(std::wstring_view locale, std::wstring_view text)",
+    "IVisitor::unitDefault(units::tUnit units, metadata::tValue valuetype)",
     "IVisitor::~IVisitor()",
 };
 
 /// Functions that are given no store, with what is known of each all the same.
 const std::map<std::string, std::string> kWithoutAStore = {
     {"check::rules()", "a table of texts"},
-    {"stores::compact(const std::filesystem::path& path, const FileOptions& options = {})",
+    {"stores::compact(const std::filesystem::path& path, const FileOptions& options = {}, const tProgress& progress = "
+     "{})",
      "of a file: FailingDiskTest.cpp, KilledWriterTest.cpp"},
+    {"stores::discard(IDataStore& store)", "calls nothing of it"},
     {"stores::file(const std::filesystem::path& path, tMode mode)",
      "of a file: FailingDiskTest.cpp, FileAllocationsTest.cpp"},
     {"stores::file(const std::filesystem::path& path, tMode mode, const FileOptions& options)", "what the other calls"},
@@ -84,6 +89,12 @@ TEST(Members, AreFunctionsToo) {
         membersOf("namespace a::b {\nusing c::D;\nclass I;\nLVP_EXPORT std::vector<int>& first(const D& d = {});\n"
                   "constexpr int second(int a) {\n    return third(a);\n}\nextern const int kFourth;\n}"),
         ElementsAre("b::first(const D& d = {})", "b::second(int a)"));
+}
+
+TEST(Members, AreNotWhatOthersAreMadeOf) {
+    EXPECT_THAT(
+        membersOf("namespace a {\nnamespace detail {\nclass B { static void c(); };\nvoid d();\n}\nvoid e();\n}"),
+        ElementsAre("a::e()"));
 }
 
 /// What the first test does with a member that nobody has added to the table.

@@ -41,6 +41,7 @@ std::vector<tOperation> tableOperations();
 std::vector<tOperation> schemaOperations();
 std::vector<tOperation> documentOperations();
 std::vector<tOperation> checkOperations();
+std::vector<tOperation> easyOperations();
 std::vector<tOperation> endOfLifeOperations();
 
 /// Puts a cursor behind what it gives.

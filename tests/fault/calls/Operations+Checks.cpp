@@ -1,4 +1,5 @@
 #include "lumivard/platform/data/check/Check.h"
+#include "lumivard/platform/data/check/Dump.h"
 
 #include "tests/check/Describe.h"
 #include "tests/fault/calls/Operation.h"
@@ -56,6 +57,15 @@ std::vector<tOperation> checkOperations() {
     return {
         {"check::examine(IDataStore& store, const Options& options = {})", "Examine", nullptr,
          [](World& w) { return said(check::examine(checked(w))); }, nullptr, nullptr, tOperation::kTold},
+        {"check::dump(IDataStore& store, unsigned int offset)", "Dump", nullptr,
+         [](World& w) {
+             const check::Dump dump = check::dump(checked(w), 0);
+             std::wstring all = numeral(dump.bytes.size());
+             for (const check::Field& field : dump.parts)
+                 all += numeral(field.position) + numeral(field.meaning.size());
+             return all;
+         },
+         nullptr, nullptr, tOperation::kTold},
         {"check::plan(IDataStore& store, const Options& options = {})", "Plan", nullptr,
          [](World& w) {
              const check::Repair repair = check::plan(checked(w), kReclaiming);

@@ -6,9 +6,9 @@ namespace {
 
 std::vector<tOperation> gather() {
     std::vector<tOperation> all;
-    for (const auto group :
-         {&containerOperations, &editingOperations, &copyOperations, &propertyOperations, &primitiveOperations,
-          &tableOperations, &schemaOperations, &documentOperations, &checkOperations, &endOfLifeOperations}) {
+    for (const auto group : {&containerOperations, &editingOperations, &copyOperations, &propertyOperations,
+                             &primitiveOperations, &tableOperations, &schemaOperations, &documentOperations,
+                             &checkOperations, &easyOperations, &endOfLifeOperations}) {
         for (const tOperation& operation : group()) all.push_back(operation);
     }
     return all;

@@ -4,7 +4,7 @@
 #include "lumivard/platform/core/storage/datastore/IDataStore.h"
 #include "lumivard/platform/core/string/WideString.h"
 
-/// The interfaces of the data library. What holds for all of them stands in `lumivard/platform/data.h`.
+// What holds for all interfaces of this namespace stands in `lumivard/platform/data.h`.
 namespace lumivard::platform::data {
 
 using core::memory::SharedPtr;

@@ -1,6 +1,8 @@
 #pragma once
 
-// The core services of the platform, all of namespace lumivard::platform::core.
+/// The core services of the platform.
+namespace lumivard::platform::core {}
+
 #include "lumivard/platform/core/LVPUUID.h"
 #include "lumivard/platform/core/hash/Compare.h"
 #include "lumivard/platform/core/hash/Kernels.h"

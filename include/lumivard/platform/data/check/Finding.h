@@ -18,6 +18,7 @@ struct Finding {
     /// its name and its meaning; later releases may add others.
     const char* code = "";
 
+    /// That of the rule, or less.
     tSeverity severity = tSeverity::kNote;
 
     /// The record that it was found in.
@@ -29,18 +30,19 @@ struct Finding {
     /// characters the lowest levels are told, behind "...".
     std::wstring path;
 
-    /// What was found, and what a repair does about it, in UTF-8; `repair` is empty where it does nothing. Names from
-    /// the store stand in it as they are, control characters included.
+    /// What was found, in UTF-8. Names from the store stand in it as they are, control characters included.
     std::string found;
+
+    /// What a repair does about it, in the same form; empty where it does nothing.
     std::string repair;
 };
 
 /// A rule that stores are checked by.
 struct Rule {
-    const char* code;
-    tSeverity severity;
-    const char* meaning;
-    const char* repair;  ///< what a repair does about it; empty for nothing
+    const char* code;     ///< its name, which stays
+    tSeverity severity;   ///< of its findings, unless one says less
+    const char* meaning;  ///< what was found where it is broken
+    const char* repair;   ///< what a repair does about it; empty for nothing
 };
 
 }  // namespace lumivard::platform::data::check

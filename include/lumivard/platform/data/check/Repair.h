@@ -9,10 +9,10 @@ namespace lumivard::platform::data::check {
 
 /// What a repair does to one record.
 struct Step {
-    unsigned int offset = 0;
-    std::string before;   ///< all bytes of the record as they are
-    std::string after;    ///< all bytes as they shall be; empty for one that is erased
-    bool erases = false;  ///< the record goes
+    unsigned int offset = 0;  ///< of the record
+    std::string before;       ///< all bytes of the record as they are
+    std::string after;        ///< all bytes as they shall be; empty for one that is erased
+    bool erases = false;      ///< the record goes
 };
 
 /// What is to be done to a store.

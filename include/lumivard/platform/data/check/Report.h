@@ -12,27 +12,32 @@ namespace lumivard::platform::data::check {
 
 /// What an examination found.
 struct Report {
-    static constexpr std::size_t kKinds = 6;
+    static constexpr std::size_t kKinds = 6;  ///< the kinds of records
 
     /// The first findings, ordered by offset, then by code; `Options::keep` of them at the most.
     std::vector<Finding> findings;
 
-    /// How often each rule was broken: all findings, by code and by severity.
+    /// How often each rule was broken, by code: all findings, also those that were not kept.
     std::map<std::string, std::uint64_t> byCode;
+
+    /// The same by severity.
     std::array<std::uint64_t, 4> bySeverity{};
 
-    /// All records that were found, how many there are of each kind (the number of the kind is the index), and their
-    /// bytes.
-    std::uint64_t records = 0;
-    std::array<std::uint64_t, kKinds> byKind{};
-    std::uint64_t bytes = 0;
+    std::uint64_t records = 0;                        ///< all that were found
+    std::array<std::uint64_t, kKinds> byKind{};       ///< of each kind, whose number is the index
+    std::uint64_t bytes = 0;                          ///< of all
+    std::array<std::uint64_t, kKinds> bytesByKind{};  ///< of those of each kind
 
-    /// Those that are reached from the top, lists and localized names included.
-    std::uint64_t reached = 0;
-    std::uint64_t reachedBytes = 0;
+    std::uint64_t live = 0;         ///< how many objects count themselves as open
+    std::uint64_t liveRecords = 0;  ///< and on how many records
+
+    std::uint64_t reached = 0;       ///< records that are reached from the top, lists and localized names included
+    std::uint64_t reachedBytes = 0;  ///< and their bytes
 
     /// Those that nothing reaches, which is what "live.unattached" tells of; without such as cannot be read.
     std::uint64_t unattached = 0;
+
+    /// The bytes of those.
     std::uint64_t unattachedBytes = 0;
 
     /// The number of levels below the top.
@@ -42,6 +47,7 @@ struct Report {
     /// without findings then says nothing of records that nothing reaches, nor does a repair erase them.
     bool searched = true;
 
+    /// How many findings of a severity there were.
     std::uint64_t count(tSeverity severity) const { return bySeverity[static_cast<std::size_t>(severity)]; }
 
     /// How many findings there were in all.

@@ -36,6 +36,7 @@ public:
     /// The size of the whole value in bytes. With a URI, the size of its characters and their terminator, 4 bytes each.
     virtual unsigned int bytes() = 0;
 
+    /// The kind of the values, as it was given when the primitive was made; in a damaged store any number.
     virtual tValue valuetype() = 0;
 
     /// The unit of the values, as it stands in the store; `kNoUnit` without one. It is given when the primitive is

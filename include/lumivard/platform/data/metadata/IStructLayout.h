@@ -20,11 +20,11 @@ class LVP_EXPORT IStructLayout {
 public:
     /// One field.
     struct tField {
-        const wchar_t* name;  // the full name; belongs to the layout
-        tValue type;          // of the elements
-        unsigned int dim;     // the number of elements
-        unsigned int offset;  // bytes from the start of the block
-        unsigned int size;    // bytes of all elements together
+        const wchar_t* name;  ///< the full name; belongs to the layout
+        tValue type;          ///< of the elements
+        unsigned int dim;     ///< the number of elements
+        unsigned int offset;  ///< bytes from the start of the block
+        unsigned int size;    ///< bytes of all elements together
     };
 
     virtual ~IStructLayout() = default;

@@ -1,5 +1,6 @@
 #pragma once
 
+/// Properties: primitives, which hold values, and tables of them; and schemas, which say what to expect.
 namespace lumivard::platform::data::metadata {
 
 /// The kind of a primitive's values.
@@ -9,35 +10,35 @@ namespace lumivard::platform::data::metadata {
 /// one wide character: a text of n characters takes n + 1 elements with its zero, and several texts stand one after the
 /// other. Elements are in the byte order of the machine. These numbers are what a store keeps.
 enum tValue : unsigned int {
-    // Bytes of no form: elements of 1 byte.
+    /// Bytes of no form: elements of 1 byte.
     kBinary = 1,
-    // Texts: elements of 4 bytes, each text ended by a zero. Nothing checks what a text says.
-    kUUID,
-    kString,
-    kTime,
-    kURI,
-    kVersion,
-    // Numbers: elements of the size that the name tells, a bool of 1 byte, a scalar a float of 4, a double of 8.
-    kBool,
-    kInt8,
-    kUInt8,
-    kInt16,
-    kUInt16,
-    kInt32,
-    kUInt32,
-    kInt64,
-    kUInt64,
-    kScalar,
-    kDouble,
-    // Vectors of 2, 3, 4 and matrices of 4, 9, 16 components: elements are doubles of 8 bytes. Nothing holds an array
-    // to a multiple of these.
-    kVec2,
-    kVec3,
-    kVec4,
-    kMtx2x2,
-    kMtx3x3,
-    kMtx4x4,
-    // Structs, laid out without gaps as `IStructLayout` tells: elements of 1 byte.
+
+    kUUID,     ///< a text: elements of 4 bytes, each text ended by a zero; nothing checks what a text says
+    kString,   ///< a text
+    kTime,     ///< a text
+    kURI,      ///< a text
+    kVersion,  ///< a text
+
+    kBool,    ///< elements of 1 byte, 0 or 1
+    kInt8,    ///< elements of 1 byte
+    kUInt8,   ///< elements of 1 byte
+    kInt16,   ///< elements of 2 bytes
+    kUInt16,  ///< elements of 2 bytes
+    kInt32,   ///< elements of 4 bytes
+    kUInt32,  ///< elements of 4 bytes
+    kInt64,   ///< elements of 8 bytes
+    kUInt64,  ///< elements of 8 bytes
+    kScalar,  ///< elements are floats of 4 bytes
+    kDouble,  ///< elements are doubles of 8 bytes
+
+    kVec2,    ///< 2 components, as doubles of 8 bytes; nothing holds an array to a multiple of these
+    kVec3,    ///< 3 components
+    kVec4,    ///< 4 components
+    kMtx2x2,  ///< 4 components
+    kMtx3x3,  ///< 9 components
+    kMtx4x4,  ///< 16 components
+
+    /// Structs, laid out without gaps as `IStructLayout` tells: elements of 1 byte.
     kStruct
 };
 

@@ -14,6 +14,7 @@ class ITable;
 
 }  // namespace lumivard::platform::data::metadata
 
+/// Containers, from the top of a store down, and what goes over them.
 namespace lumivard::platform::data::structure {
 
 class IContainerFilter;
@@ -37,7 +38,11 @@ class IContainerFilter;
 class LVP_EXPORT IContainer {
 public:
     /// What a container is. These numbers are what a store keeps.
-    enum tType : unsigned char { kNode = 0, kGroup = 1, kLink = 2 };
+    enum tType : unsigned char {
+        kNode = 0,   ///< see `INode`
+        kGroup = 1,  ///< see `IGroup`
+        kLink = 2    ///< see `ILink`
+    };
 
     virtual ~IContainer() = default;
 
@@ -60,6 +65,7 @@ public:
     /// Whether this object knows no children; takes no guard.
     virtual bool empty() const = 0;
 
+    /// What the container is, as it was given when it was made; in a damaged store any number.
     virtual tType type() const = 0;
 
     /// Destroys the child of exactly this name and all that it holds. False, with nothing changed, when this object

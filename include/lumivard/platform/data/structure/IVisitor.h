@@ -24,18 +24,18 @@ class LVP_EXPORT IVisitor {
 public:
     /// What a primitive is.
     struct LVP_EXPORT tPrimitive {
-        std::wstring_view name;
-        metadata::tValue valuetype = {};
-        units::tUnit units = units::kNoUnit;
-        unsigned char flags = 0;        ///< as `IProperty::flags`
-        unsigned int stride = 0;        ///< bytes of one value, as `IPrimitive::stride`
-        unsigned int dimension = 0;     ///< the number of values, as `IPrimitive::dimension`
-        std::wstring_view valuelocale;  ///< the locale of the value
-        std::wstring_view schema;       ///< of a struct: its type
-        std::wstring_view uri;          ///< where the value is to be found, if it is not here
+        std::wstring_view name;               ///< as `IProperty::tag`
+        metadata::tValue valuetype = {};      ///< as `IPrimitive::valuetype`
+        units::tUnit units = units::kNoUnit;  ///< as `IPrimitive::units`
+        unsigned char flags = 0;              ///< as `IProperty::flags`
+        unsigned int stride = 0;              ///< bytes of one value, as `IPrimitive::stride`
+        unsigned int dimension = 0;           ///< the number of values, as `IPrimitive::dimension`
+        std::wstring_view valuelocale;        ///< the locale of the value
+        std::wstring_view schema;             ///< of a struct: its type
+        std::wstring_view uri;                ///< where the value is to be found, if it is not here
 
-        IDataStore* store = nullptr;  ///< where it stands, and its record there
-        unsigned int offset = 0;
+        IDataStore* store = nullptr;  ///< where it stands
+        unsigned int offset = 0;      ///< its record there
 
         /// Copies `count` values, beginning with value `start`, to `data`, as they are in the store at this moment.
         /// False, and nothing copied, when there are not so many, or none are asked for.
@@ -44,29 +44,44 @@ public:
 
     /// What a table is, beside what it holds.
     struct tTable {
-        std::wstring_view name;
-        unsigned char flags = 0;
-        std::wstring_view base;  ///< the schemas that it inherits from, as `ITable::base`
+        std::wstring_view name;   ///< as `IProperty::tag`
+        unsigned char flags = 0;  ///< as `IProperty::flags`
+        std::wstring_view base;   ///< the schemas that it inherits from, as `ITable::base`
+        unsigned int offset = 0;  ///< its record
     };
 
     /// What a container is, beside what it holds.
     struct tContainer {
-        std::wstring_view name;
-        IContainer::tType type = IContainer::kNode;
-        unsigned char flags = 0;
-        std::wstring_view base;    ///< the schemas that it inherits from, as `IContainer::base`
-        std::wstring_view target;  ///< of a link: where it leads, as `ILink::target`
+        std::wstring_view name;                      ///< as `IContainer::tag`
+        IContainer::tType type = IContainer::kNode;  ///< as `IContainer::type`
+        unsigned char flags = 0;                     ///< as `IProperty::flags`
+        std::wstring_view base;                      ///< the schemas that it inherits from, as `IContainer::base`
+        std::wstring_view target;                    ///< of a link: where it leads, as `ILink::target`
+        unsigned int offset = 0;                     ///< its record
     };
 
     virtual ~IVisitor() = default;
 
+    /// The top of a store, before what stands there, where the whole of a store is shown. There is no `leave` for it.
+    virtual void root(std::wstring_view name);
+
     /// A primitive.
     virtual void primitive(const tPrimitive& item);
 
-    /// A set, before what it holds. True enters it: what it holds comes next, in the order in which it was added, and
+    /// A table, before what it holds. True enters it: what it holds comes next, in the order in which it was added, and
     /// then `leave`. False passes over both.
     virtual bool table(const tTable& item);
+
+    /// The same for a container.
     virtual bool container(const tContainer& item);
+
+    /// What the item that came last is called in a locale: right behind the root, a primitive, or a set that is
+    /// entered, once for each of its texts, in their order.
+    virtual void text(std::wstring_view locale, std::wstring_view text);
+
+    /// The unit and the kind that the table which is entered has as the default of the unit's group, as
+    /// `ITable::defaults`: behind the table's texts, once for each group in which it has one itself.
+    virtual void unitDefault(units::tUnit units, metadata::tValue valuetype);
 
     /// The set that was entered last, and not yet left, has been shown.
     virtual void leave();
@@ -76,8 +91,11 @@ public:
     /// `IContainer::property` does it, but through the store as it is now.
     ///
     /// Holds the store's guard all the time. Costs a search in each set on the path, and a look at each item that is
-    /// shown; the depth of the tree is bounded by memory only. Exceptions of the store and of the visitor pass through.
+    /// shown, at its texts and defaults too where it has any; the depth of the tree is bounded by memory only.
+    /// Exceptions of the store and of the visitor pass through.
     static bool visit(IDataStore* store, std::wstring_view path, IVisitor& visitor);
+
+    /// The same for a path that begins in a container.
     static bool visit(IContainer* container, std::wstring_view path, IVisitor& visitor);
 };
 

@@ -1,5 +1,6 @@
 #pragma once
 
+/// Units of measurement, as labels on values.
 namespace lumivard::platform::data::units {
 
 /// A unit of measurement, as a label on values: nothing here converts a value from one unit to another.
@@ -11,7 +12,7 @@ namespace lumivard::platform::data::units {
 /// Documents carry units by name: the enumerator without its `k`, apart from the few names that hold a comma or blanks,
 /// which `UnitTable.inc` shows.
 enum tUnit : int {
-    kNoUnit = 0,  // not the same as kUnitless, which is a unit
+    kNoUnit = 0,  ///< not the same as `kUnitless`, which is a unit
 #define LVP_UNIT(enumerator, identifier, name) enumerator = identifier,
 #include "lumivard/platform/data/units/UnitTable.inc"
 #undef LVP_UNIT

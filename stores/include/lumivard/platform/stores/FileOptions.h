@@ -1,6 +1,11 @@
 #pragma once
 
+#include <functional>
+
 namespace lumivard::platform::stores {
+
+/// Hears how far long work is: so many records of so many. False ends the work.
+using tProgress = std::function<bool(unsigned long long done, unsigned long long total)>;
 
 /// What is asked for when the file of a store is opened.
 struct FileOptions {

@@ -79,7 +79,14 @@ LVP_EXPORT std::unique_ptr<IDataStore> memory();
 /// A file that an earlier version wrote is read and written in the format that it has; `compact` makes one of the
 /// newest.
 LVP_EXPORT std::unique_ptr<IDataStore> file(const std::filesystem::path& path, tMode mode);
+
+/// The same with options.
 LVP_EXPORT std::unique_ptr<IDataStore> file(const std::filesystem::path& path, tMode mode, const FileOptions& options);
+
+/// Gives up what has changed in a store since its last flush: closing it then writes nothing, and a flush or a change
+/// of content throws before that. Reading goes on, and shows what was given up. For work that was broken off and is to
+/// leave no trace. False, with nothing done, for a store that is not one of these.
+LVP_EXPORT bool discard(IDataStore& store);
 
 /// Examines the file of a store, below its records: all of its pages, and with `values` the checksum of every record.
 ///
@@ -97,11 +104,17 @@ LVP_EXPORT FileReport verify(const std::filesystem::path& path, bool values, con
 /// Offsets, records and the version stay as they are. The new file has the old one's rights, and its owner where the
 /// process may give files away. Needs as much space again. Nobody may have the store open for writing, nor, when the
 /// copy takes its place, for reading. Throws `StoreError`; the old file is left in its place then.
-LVP_EXPORT void compact(const std::filesystem::path& path, const FileOptions& options = {});
+///
+/// `progress`, if it is not empty, is called on this thread as the copy goes on; when it gives false the work ends like
+/// a failure. What it throws passes through, and the old file is left in its place then too.
+LVP_EXPORT void compact(const std::filesystem::path& path, const FileOptions& options = {},
+                        const tProgress& progress = {});
 
 /// Opens what `location` names: "memory:" is `memory()`, whatever the mode; "postgresql://..." is refused, since this
 /// version has no such store; everything else is the path of a file, as for `file`.
 LVP_EXPORT std::unique_ptr<IDataStore> open(const std::string& location, tMode mode);
+
+/// The same with options, which count for a file.
 LVP_EXPORT std::unique_ptr<IDataStore> open(const std::string& location, tMode mode, const FileOptions& options);
 
 }  // namespace lumivard::platform::stores

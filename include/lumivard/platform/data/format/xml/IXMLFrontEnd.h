@@ -18,6 +18,7 @@ class IContainer;
 
 }  // namespace lumivard::platform::data::structure
 
+/// Documents.
 namespace lumivard::platform::data::format::xml {
 
 /// Reads documents into stores and writes them out. It has no instances and holds nothing. It opens no file and follows

@@ -6,6 +6,7 @@ namespace lumivard::platform::core {
 
 /// MurmurHash2 (Austin Appleby) over a wide text, in this platform's own form: see `hash`.
 struct LVP_EXPORT tMurmur2Kernel {
+    /// The same as `hash`.
     unsigned long operator()(const wchar_t* key) const { return hash(key); }
 
     /// The hash of a text of n characters: MurmurHash2 with a 64-bit state and seed 0 over the first n *bytes* of its

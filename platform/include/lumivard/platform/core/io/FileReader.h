@@ -10,6 +10,7 @@ namespace lumivard::platform::core::io {
 /// Reads a file.
 class LVP_EXPORT FileReader : public IDataReader {
 public:
+    /// Touches nothing before `open`.
     explicit FileReader(std::filesystem::path path);
     ~FileReader() override;
     FileReader(const FileReader&) = delete;

@@ -14,6 +14,7 @@ namespace lumivard::platform::core::io {
 /// one: the file that it leads to is replaced. Only files are replaced, no devices or pipes. Threads: one at a time.
 class LVP_EXPORT FileWriter : public IDataWriter {
 public:
+    /// Touches nothing before `open`.
     explicit FileWriter(std::filesystem::path path);
     /// Without a `close` the new bytes are thrown away and the target stays as it was.
     ~FileWriter() override;

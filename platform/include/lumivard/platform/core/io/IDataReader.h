@@ -2,6 +2,7 @@
 
 #include "lumivard/platform/core/Export.h"
 
+/// Sources and destinations of bytes.
 namespace lumivard::platform::core::io {
 
 /// A source of bytes, read from its start to its end. Threads: one at a time.

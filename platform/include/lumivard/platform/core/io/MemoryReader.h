@@ -10,6 +10,7 @@ namespace lumivard::platform::core::io {
 /// Reads bytes that it holds; each `open` begins at the start again.
 class LVP_EXPORT MemoryReader : public IDataReader {
 public:
+    /// Takes the bytes that it gives out.
     explicit MemoryReader(std::string bytes);
     bool open() override;
     void close() override;

@@ -13,6 +13,7 @@ namespace lumivard::platform::core::memory {
 class LVP_EXPORT IPointerDisposer {
 public:
     virtual ~IPointerDisposer() = default;
+    /// Deletes the object. Called once.
     virtual void dispose() = 0;
 };
 

@@ -21,7 +21,9 @@ public:
 /// each block returns with the size of the class that was made, also when it is deleted through a virtual destructor.
 class PooledObject {
 public:
+    /// What `PooledHeap::malloc` gives.
     static void* operator new(unsigned long size) { return PooledHeap::malloc(size); }
+    /// Gives the block back to `PooledHeap::free`; null does nothing.
     static void operator delete(void* block, unsigned long size) { PooledHeap::free(block, size); }
 
 protected:

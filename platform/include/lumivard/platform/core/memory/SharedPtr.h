@@ -5,6 +5,7 @@
 
 #include "lumivard/platform/core/memory/PointerCounter.h"
 
+/// Counted pointers, and the heap of small blocks.
 namespace lumivard::platform::core::memory {
 
 /// A counted pointer: the form in which the public interfaces hand out objects. The last pointer to go deletes the
@@ -27,13 +28,16 @@ public:
         }
     }
 
+    /// Another pointer to the same object, which adds a use.
     SharedPtr(const SharedPtr& other) noexcept : _object(other._object), _counter(other._counter) {
         if (_counter) _counter->addUse();
     }
 
+    /// Takes the object over; `other` is null then.
     SharedPtr(SharedPtr&& other) noexcept
         : _object(std::exchange(other._object, nullptr)), _counter(std::exchange(other._counter, nullptr)) {}
 
+    /// Drops the object and takes that of `other`.
     SharedPtr& operator=(SharedPtr other) noexcept {
         std::swap(_object, other._object);
         std::swap(_counter, other._counter);
@@ -44,9 +48,13 @@ public:
         if (_counter) _counter->releaseUse();
     }
 
+    /// The object, which goes on being owned by all pointers to it together; null for a null pointer.
     T* get() const noexcept { return _object; }
+    /// The same; not for a null pointer.
     T* operator->() const noexcept { return _object; }
+    /// The object itself; not for a null pointer.
     T& operator*() const noexcept { return *_object; }
+    /// Whether there is an object.
     explicit operator bool() const noexcept { return _object != nullptr; }
 
     /// Drops the object and becomes null.

@@ -7,6 +7,7 @@
 
 #include "lumivard/platform/core/Export.h"
 
+/// Text, and what makes one form of it from another.
 namespace lumivard::platform::core::string {
 
 /// A value string of 4-byte wide characters: the form in which all public interfaces take and return text.
@@ -22,9 +23,13 @@ public:
     /// Copies the text up to its zero character; null is no text.
     WideString(const wchar_t* text);  // NOLINT(google-explicit-constructor): callers pass literals
 
+    /// Copies the text.
     WideString(const WideString& other);
+    /// Takes the text over; `other` has none then.
     WideString(WideString&& other) noexcept;
+    /// Copies the text. Where memory runs out, both are as they were.
     WideString& operator=(const WideString& other);
+    /// Takes the text over; `other` has none then.
     WideString& operator=(WideString&& other) noexcept;
     ~WideString();
 

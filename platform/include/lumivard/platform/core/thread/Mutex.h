@@ -2,6 +2,7 @@
 
 #include <mutex>
 
+/// Exclusion between threads.
 namespace lumivard::platform::core::thread {
 
 /// A plain mutual exclusion; not re-entrant.
@@ -10,6 +11,7 @@ public:
     /// Holds a mutex from its making to its destruction.
     class ScopedLock {
     public:
+        /// Waits until no other thread holds `mutex`, which outlives this object, and takes it.
         explicit ScopedLock(Mutex& mutex) : _lock(mutex._mutex) {}
         ~ScopedLock() = default;
         ScopedLock(const ScopedLock&) = delete;

@@ -1,5 +1,6 @@
 #pragma once
 
+/// Tracing, of which there is none.
 namespace lumivard::platform::core::tracer {
 
 /// Where a service of the platform would trace what it does. Nothing of this platform traces: callers pass null.

@@ -7,6 +7,7 @@
 #include "lumivard/platform/core/tracer/ISink.h"
 #include "lumivard/platform/core/xml/XMLCallback.h"
 
+/// The bytes of XML: reading and writing them.
 namespace lumivard::platform::core::xml {
 
 /// Reads XML 1.0 documents and hands their events to a callback. It opens no file and follows no reference out of the

@@ -40,16 +40,21 @@ public:
     virtual void emitXMLHeader();
     /// Opens an element. Out of order without a writer. `extra` is not used.
     virtual void startElement(const wchar_t* name, const wchar_t* extra);
+    /// The same for a narrow name.
     void startElement(std::string_view name);
     /// Adds an attribute to the element that was just opened; a null value leaves the attribute out. Out of order once
     /// the element has content. `extra` is not used.
     virtual void addAttribute(const wchar_t* name, const wchar_t* value, const wchar_t* extra);
+    /// The same for a value of known length.
     void addAttribute(std::string_view name, std::wstring_view value);
+    /// The same for a narrow value.
     void addAttribute(std::string_view name, std::string_view value);
     /// Adds text to the innermost open element. Pieces join with nothing between; an empty or null piece is no content.
     /// Out of order when no element is open.
     virtual void addCharacterData(const wchar_t* text);
+    /// The same for a text of known length.
     void addCharacterData(std::wstring_view text);
+    /// The same for a narrow text.
     void addCharacterData(std::string_view text);
     /// Closes the innermost open element: as `<x/>` when it has no content. Out of order when none is open. `flag` is
     /// not used.

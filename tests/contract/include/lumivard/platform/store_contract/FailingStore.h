@@ -29,25 +29,25 @@ class FailingStore final : public ForwardingStore {
 public:
     /// Kinds of calls; a set of them is their sum by `|`.
     using tCalls = unsigned int;
-    static constexpr tCalls kLock = 1u << 0;  ///< `lock`, and `enter` of `access()`
-    static constexpr tCalls kFlush = 1u << 1;
-    static constexpr tCalls kSetVersion = 1u << 2;
-    static constexpr tCalls kVersion = 1u << 3;
-    static constexpr tCalls kExtent = 1u << 4;
-    static constexpr tCalls kCreate = 1u << 5;
-    static constexpr tCalls kAppend = 1u << 6;
+    static constexpr tCalls kLock = 1u << 0;         ///< `lock`, and `enter` of `access()`
+    static constexpr tCalls kFlush = 1u << 1;        ///< `flush`
+    static constexpr tCalls kSetVersion = 1u << 2;   ///< `version` with a number
+    static constexpr tCalls kVersion = 1u << 3;      ///< `version` without
+    static constexpr tCalls kExtent = 1u << 4;       ///< `extent`
+    static constexpr tCalls kCreate = 1u << 5;       ///< `create`
+    static constexpr tCalls kAppend = 1u << 6;       ///< `append`
     static constexpr tCalls kUpdate = 1u << 7;       ///< `update` with `changed`
     static constexpr tCalls kBookkeeping = 1u << 8;  ///< `update` without, and `write` of `access()` without
-    static constexpr tCalls kSize = 1u << 9;
-    static constexpr tCalls kRead = 1u << 10;
-    static constexpr tCalls kErase = 1u << 11;
-    static constexpr tCalls kView = 1u << 12;   ///< `view` of `access()`
-    static constexpr tCalls kWrite = 1u << 13;  ///< `write` of `access()` with `changed`
+    static constexpr tCalls kSize = 1u << 9;         ///< `size`
+    static constexpr tCalls kRead = 1u << 10;        ///< `read`
+    static constexpr tCalls kErase = 1u << 11;       ///< `erase`
+    static constexpr tCalls kView = 1u << 12;        ///< `view` of `access()`
+    static constexpr tCalls kWrite = 1u << 13;       ///< `write` of `access()` with `changed`
 
-    static constexpr tCalls kAllCalls = (1u << 14) - 1;
+    static constexpr tCalls kAllCalls = (1u << 14) - 1;                                              ///< every kind
     static constexpr tCalls kChanges = kSetVersion | kCreate | kAppend | kUpdate | kErase | kWrite;  ///< of content
-    static constexpr tCalls kAllChanges = kChanges | kBookkeeping;
-    static constexpr tCalls kReads = kSize | kRead | kView;
+    static constexpr tCalls kAllChanges = kChanges | kBookkeeping;                                   ///< and of counts
+    static constexpr tCalls kReads = kSize | kRead | kView;                                          ///< of records
 
     /// Whether one call fails and those after it pass, or all of them fail from there until `goOn`.
     enum class tTimes { kOnce, kForEver };

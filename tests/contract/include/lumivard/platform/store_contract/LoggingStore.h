@@ -14,34 +14,40 @@ namespace lumivard::platform::store_contract {
 /// one.
 class LoggingStore final : public ForwardingStore {
 public:
+    /// Which call it was.
     enum class tCall {
-        kLock,    ///< a guard was taken
-        kUnlock,  ///< and given back
-        kFlush,
-        kSetVersion,
-        kVersion,
-        kExtent,
-        kCreate,
-        kAppend,
-        kUpdate,
-        kSize,
-        kRead,
-        kErase
+        kLock,        ///< a guard was taken
+        kUnlock,      ///< and given back
+        kFlush,       ///< `flush`
+        kSetVersion,  ///< `version` with a number
+        kVersion,     ///< `version` without
+        kExtent,      ///< `extent`
+        kCreate,      ///< `create`
+        kAppend,      ///< `append`
+        kUpdate,      ///< `update`
+        kSize,        ///< `size`
+        kRead,        ///< `read`
+        kErase        ///< `erase`
     };
 
     /// One call with its arguments; what the call does not have is as below.
     struct Entry {
-        tCall call = tCall::kLock;
+        tCall call = tCall::kLock;     ///< which
         unsigned int offset = BADOFF;  ///< of `create`: the new one, BADOFF when it threw
         unsigned int size = 0;         ///< as asked for, not as found
         bool changed = false;          ///< of `update`
+
+        /// Whether all four are equal.
         bool operator==(const Entry&) const = default;
     };
 
     using ForwardingStore::ForwardingStore;
 
+    /// All calls since the beginning or `clearLog`, in their order.
     const std::vector<Entry>& log() const { return _log; }
+    /// Empties the log; `guards` and `unguarded` go on counting.
     void clearLog() { _log.clear(); }
+    /// How many calls of a kind are in the log.
     std::size_t count(tCall call) const;
 
     /// The updates with that flag, in their order.

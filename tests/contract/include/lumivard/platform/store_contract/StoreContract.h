@@ -10,6 +10,7 @@
 #include "lumivard/platform/core/storage/datastore/IDataStore.h"
 #include "lumivard/platform/core/storage/datastore/IRecordAccess.h"
 
+/// The exam for stores, and stores that behave badly on purpose.
 namespace lumivard::platform::store_contract {
 
 /// One store under examination, with whatever it needs to live (a folder, a server) and to be taken down at the end.
@@ -32,8 +33,10 @@ struct Row {
     std::function<std::unique_ptr<ISubject>()> make;  ///< a new, empty store each time; several may live at once
 };
 
-/// For the names of tests.
+/// Writes the name, for the messages of failed tests.
 std::ostream& operator<<(std::ostream& out, const Row& row);
+
+/// The name of a row, for the names of tests.
 std::string nameOf(const testing::TestParamInfo<Row>& row);
 
 /// What everything above relies upon in an `IDataStore`, sentence by sentence. To examine a store, link
@@ -51,22 +54,31 @@ class StoreContract : public testing::TestWithParam<Row> {
 protected:
     StoreContract() : _subject(GetParam().make()) {}
 
+    /// The store that is examined.
     core::storage::datastore::IDataStore& store() { return _subject->store(); }
+
+    /// What it lives in.
     ISubject& subject() { return *_subject; }
 
     /// Another, independent store of the same kind.
     static std::unique_ptr<ISubject> another() { return GetParam().make(); }
 
-    /// The operations, on a string's bytes.
+    /// `IDataStore::create` of a string's bytes.
     unsigned int create(const std::string& bytes);
+
+    /// `IDataStore::update` by a string's bytes.
     void update(unsigned int offset, const std::string& bytes, bool changed = true);
+
+    /// `IDataStore::append` of a string's bytes.
     void append(unsigned int offset, const std::string& bytes);
 
     /// A record's whole contents, by `size` and `read`.
     std::string contents(unsigned int offset);
 
-    /// The operations of `access()`, which must not be null, on a string's bytes.
+    /// What `access()`, which must not be null, shows of a record.
     std::string shown(unsigned int offset);
+
+    /// `IRecordAccess::write` of a string's bytes.
     void write(unsigned int offset, unsigned int position, const std::string& bytes, bool changed = true);
 
     /// What a view shows.
@@ -78,8 +90,8 @@ protected:
     /// An offset that was handed out and names no record any more.
     static unsigned int erasedOffset(core::storage::datastore::IDataStore& store);
 
-    static constexpr unsigned int kBadOffset = core::storage::datastore::IDataStore::BADOFF;
-    static constexpr unsigned int kWhole = 0xFFFFFFFF;
+    static constexpr unsigned int kBadOffset = core::storage::datastore::IDataStore::BADOFF;  ///< no record
+    static constexpr unsigned int kWhole = 0xFFFFFFFF;  ///< as the size that `read` is asked for: all bytes
 
     /// Makes what was written durable, closes the store and opens it again; false where it has no such thing.
     bool flushAndReopen();

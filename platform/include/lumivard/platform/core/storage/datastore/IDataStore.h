@@ -2,6 +2,7 @@
 
 #include "lumivard/platform/core/Export.h"
 
+/// Stores of records, in which all data lives.
 namespace lumivard::platform::core::storage::datastore {
 
 class IRecordAccess;

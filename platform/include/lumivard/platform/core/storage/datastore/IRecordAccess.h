@@ -15,8 +15,8 @@ class LVP_EXPORT IRecordAccess {
 public:
     /// The bytes of a record where they lie in the store.
     struct tView {
-        const char* data = nullptr;
-        unsigned int size = 0;
+        const char* data = nullptr;  ///< null where there are no bytes
+        unsigned int size = 0;       ///< in bytes
     };
 
     /// Something that the library hangs on a store, to go with it.
@@ -41,10 +41,12 @@ public:
     virtual tView write(unsigned int offset, unsigned int position, const void* data, unsigned int size,
                         bool changed) = 0;
 
-    /// Takes and gives back the guard that `IDataStore::lock` stands for, without an object: it counts among the others
-    /// of the thread, which may be given back in any order. Nothing in a store that needs no locking. `leave` comes on
-    /// the thread that has entered, as often as that has; `enter` that throws has taken nothing.
+    /// Takes the guard that `IDataStore::lock` stands for, without an object, until `leave`: it counts among the others
+    /// of the thread, which may be given back in any order. Does nothing in a store that needs no locking. Where it
+    /// throws it has taken nothing.
     virtual void enter() = 0;
+
+    /// Gives back what `enter` took. Comes on the thread that has entered, as often as that has.
     virtual void leave() noexcept = 0;
 
     /// A number that tells whether any content was changed meanwhile: it grows by one with each `create`, `append`,

@@ -1,0 +1,80 @@
+// import: what is said at its end, and what --strict and --json do.
+#include <gmock/gmock.h>
+
+#include <filesystem>
+#include <string>
+
+#include "tests/end_to_end/ToolFixture.h"
+
+namespace {
+
+using namespace lumivard::platform::test_support;
+using testing::HasSubstr;
+using testing::MatchesRegex;
+
+constexpr const char* kFaulty =
+    "<root name='r'>\n  <nonsense/>\n  <group name='g'><int8 name='x'>5</int8></group></root>";
+
+using ImportVerb = Tool;
+
+TEST_F(ImportVerb, EndsWithOneLineThatTellsWhatWasDone) {
+    const tRun run = this->run("import " + document("<root name='r'><group name='g'><int8 name='x'/></group></root>") +
+                               " " + path("a.lvp"));
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.out, "");
+    EXPECT_THAT(run.err, MatchesRegex("2 items, 0 faults, 62 bytes read in [0-9]+ ms\n"));
+}
+
+TEST_F(ImportVerb, TellsFaultsBeforeThatLine) {
+    const std::string faulty = document(kFaulty);
+    const tRun run = this->run("import " + faulty + " " + path("a.lvp"));
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.err,
+                testing::StartsWith(faulty + ":2:3: nonsense : unknown element, skipping\n2 items, 1 fault, "));
+}
+
+TEST_F(ImportVerb, KeepsNothingOfAFaultyDocumentWhenItIsStrict) {
+    const tRun run = this->run("import --strict " + document(kFaulty) + " " + path("a.lvp"));
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.err, HasSubstr("nothing was kept, since --strict takes no document with faults\n"));
+    EXPECT_FALSE(std::filesystem::exists(path("a.lvp")));
+    EXPECT_FALSE(std::filesystem::exists(path("a.lvp-lock")));
+}
+
+TEST_F(ImportVerb, LeavesAnEmptyStoreEmptyWhenItIsStrict) {
+    const std::string store = path("a.lvp");
+    this->run("import --strict " + document("<root name='r'") + " " + store);
+    ASSERT_EQ(this->run("mk " + store + " t group").status, 0);
+    std::filesystem::remove(store);
+    std::filesystem::remove(store + "-lock");
+    ASSERT_EQ(this->run("import " + document("<root name='r'/>") + " " + store).status, 0);
+}
+
+TEST_F(ImportVerb, KeepsAFaultlessDocumentWhenItIsStrict) {
+    ASSERT_EQ(
+        run("import --strict " + document("<root name='r'><group name='g'/></root>") + " " + path("a.lvp")).status, 0);
+    EXPECT_EQ(run("ls " + path("a.lvp")).out, "g\n");
+}
+
+TEST_F(ImportVerb, KeepsNothingWithFaultySchemasWhenItIsStrict) {
+    const std::string faulty = path("schemas.xml");
+    std::filesystem::copy_file(document(kFaulty), faulty);
+    EXPECT_EQ(
+        run("import --strict " + document("<root name='r'/>") + " " + path("a.lvp") + " --schemas " + faulty).status,
+        1);
+    EXPECT_FALSE(std::filesystem::exists(path("a.lvp")));
+}
+
+TEST_F(ImportVerb, TellsTheSameAsJson) {
+    const std::string faulty = document(kFaulty);
+    const tRun run = this->run("import --json " + faulty + " " + path("a.lvp"));
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.err, "");
+    EXPECT_THAT(run.out,
+                testing::StartsWith("{\"document\":\"" + faulty + "\",\"store\":\"" + path("a.lvp") +
+                                    "\",\"messages\":[{\"line\":2,\"column\":3,\"message\":\"nonsense : unknown "
+                                    "element, skipping\"}],\"items\":2,\"faults\":1,\"bytes\":"));
+    EXPECT_THAT(run.out, HasSubstr(",\"kept\":true}\n"));
+}
+
+}  // namespace

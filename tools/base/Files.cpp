@@ -1,0 +1,89 @@
+#include "tools/base/Files.h"
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <filesystem>
+#include <iostream>
+#include <system_error>
+
+#include "lumivard/platform/core/io/FileReader.h"
+#include "lumivard/platform/stores.h"
+#include "tools/base/ExitStatus.h"
+
+namespace lvp::tool {
+
+namespace stores = lumivard::platform::stores;
+
+namespace {
+
+std::unique_ptr<IDataStore> openStore(const std::string& store, stores::tMode mode) {
+    if (store == "memory:")
+        throw Failure(kCannotOpen, "a store in memory would be gone with this command: give a file");
+    try {
+        // Whoever turns to the tool may do so because a file is damaged: every page is measured first.
+        return stores::open(store, mode, {.verify = true});
+    } catch (const stores::StoreError& error) {
+        throw Failure(kCannotOpen, error.what());
+    }
+}
+
+[[noreturn]] void cannotWrite() {
+    throw std::system_error(errno, std::generic_category(), "standard output");
+}
+
+}  // namespace
+
+std::unique_ptr<IDataStore> openToRead(const std::string& store) {
+    return openStore(store, stores::tMode::kRead);
+}
+
+std::unique_ptr<IDataStore> openToWrite(const std::string& store) {
+    return openStore(store, stores::tMode::kWrite);
+}
+
+std::unique_ptr<IDataStore> openToChange(const std::string& store) {
+    std::error_code error;
+    if (!std::filesystem::exists(store, error)) {
+        throw Failure(kCannotOpen, "cannot open the store " + store + ": there is no such file");
+    }
+    return openToWrite(store);
+}
+
+bool isSameFile(const std::string& a, const std::string& b) {
+    std::error_code error;
+    return std::filesystem::equivalent(a, b, error) && !error;
+}
+
+void flushOutput() {
+    if (!std::cout.flush()) throw Failure(kCannotFinish, "cannot write to standard output");
+}
+
+bool isTerminalOutput() {
+    return ::isatty(STDOUT_FILENO) == 1;
+}
+
+void requireReadable(const std::string& document) {
+    lumivard::platform::core::io::FileReader reader(document);
+    errno = 0;
+    if (!reader.open()) {
+        throw Failure(kCannotOpen,
+                      "cannot read the document " + document + ": " + std::generic_category().message(errno));
+    }
+    reader.close();
+}
+
+void requireSetUp(IDataStore& store, const std::string& name) {
+    if (store.extent() == 0) throw Failure(kCannotOpen, "the store " + name + " is empty");
+}
+
+void StandardOutput::write(const void* data, unsigned long size) {
+    if (std::fwrite(data, 1, size, stdout) != size) cannotWrite();
+}
+
+void StandardOutput::close() {
+    if (std::fflush(stdout) != 0) cannotWrite();
+}
+
+}  // namespace lvp::tool

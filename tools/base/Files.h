@@ -1,0 +1,42 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "lumivard/platform/core/io/IDataWriter.h"
+#include "lumivard/platform/core/storage/datastore/IDataStore.h"
+
+namespace lvp::tool {
+
+using lumivard::platform::core::storage::datastore::IDataStore;
+
+/// Opens a store; a failure is one of `kCannotOpen` with the store's own words. `openToChange` makes none where there
+/// is none.
+std::unique_ptr<IDataStore> openToRead(const std::string& store);
+std::unique_ptr<IDataStore> openToWrite(const std::string& store);
+std::unique_ptr<IDataStore> openToChange(const std::string& store);
+
+/// Whether two names lead to one file that is there.
+bool isSameFile(const std::string& a, const std::string& b);
+
+/// Throws a failure of `kCannotOpen` unless the document can be read.
+void requireReadable(const std::string& document);
+
+/// Throws a failure of `kCannotOpen` for a store that holds nothing yet.
+void requireSetUp(IDataStore& store, const std::string& name);
+
+/// Ends the writing to `std::cout`; a failure is one of `kCannotFinish`.
+void flushOutput();
+
+/// Whether standard output is a terminal, where text must not take hold of it.
+bool isTerminalOutput();
+
+/// Writes to standard output.
+class StandardOutput : public lumivard::platform::core::io::IDataWriter {
+public:
+    bool open() override { return true; }
+    void close() override;
+    void write(const void* data, unsigned long size) override;
+};
+
+}  // namespace lvp::tool

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <signal.h>
+
+#include <array>
+#include <chrono>
+#include <cstdint>
+#include <string>
+
+namespace lvp::tool {
+
+/// Long work: says on standard error how far it is, where that is a terminal, and ends when the user asks for it, by an
+/// interrupt (Ctrl-C), a request to terminate, or a terminal that goes away. A second one ends the process at once. One
+/// at a time.
+class Watch {
+public:
+    /// What is done, and what its progress is counted in: "import", "bytes". `total` 0 is unknown.
+    Watch(std::string doing, std::string unit, std::uint64_t total = 0);
+    ~Watch();
+    Watch(const Watch&) = delete;
+    Watch& operator=(const Watch&) = delete;
+
+    /// So much is done, of the total. Throws a failure of `kCannotFinish` when the user has asked for an end; the work
+    /// is then left as if it had never begun, or it says otherwise. Costs next to nothing.
+    void reached(std::uint64_t done);
+    void advance(std::uint64_t more = 1) { reached(_done + more); }
+
+    /// Whether the user has asked for an end.
+    static bool interrupted();
+
+    std::uint64_t done() const { return _done; }
+    void total(std::uint64_t total) { _total = total; }
+
+private:
+    void show();
+
+    static constexpr std::size_t kSignals = 3;
+
+    std::string _doing;
+    std::string _unit;
+    std::uint64_t _total;
+    std::uint64_t _done = 0;
+    unsigned int _calls = 0;
+    bool _terminal;
+    bool _shown = false;
+    std::chrono::steady_clock::time_point _next;
+    std::array<struct sigaction, kSignals> _before{};
+};
+
+}  // namespace lvp::tool

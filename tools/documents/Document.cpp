@@ -1,0 +1,28 @@
+#include "tools/documents/Document.h"
+
+#include "lumivard/platform/core/io/MemoryReader.h"
+#include "lumivard/platform/core/io/MemoryWriter.h"
+#include "lumivard/platform/core/xml/XMLParser.h"
+#include "lumivard/platform/data/format/xml/IXMLFrontEnd.h"
+#include "tools/base/ExitStatus.h"
+#include "tools/base/Text.h"
+
+namespace lvp::tool {
+
+namespace core = lumivard::platform::core;
+
+void readItem(core::storage::datastore::IDataStore& store, const std::string& storeName, const std::string& path,
+              lumivard::platform::data::metadata::ISchemaLocator* locator, XMLCallback& callback) {
+    core::io::MemoryWriter document;
+    lumivard::platform::data::format::xml::IXMLFrontEnd::serialize(&store, &document, locator, 0);
+    core::io::MemoryReader reader(document.bytes());
+    reader.open();
+    SubtreeFilter filter(path, callback);
+    core::xml::XMLParser(&filter, nullptr).parseDocument(&reader);
+    reader.close();
+    if (!filter.found()) {
+        throw Failure(kCannotOpen, "the store " + storeName + " holds nothing at the path " + printable(path));
+    }
+}
+
+}  // namespace lvp::tool

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "lumivard/platform/data/format/xml/IXMLFrontEnd.h"
+
+namespace lvp::tool {
+
+/// Hears the faults of a document and hands each on with its place, and counts them.
+class Faults : public lumivard::platform::data::format::xml::IXMLFrontEnd::IErrorReporter {
+public:
+    using WideString = lumivard::platform::core::string::WideString;
+
+    /// A fault; line and column from 1, both 0 where they are a part of the message.
+    struct tFault {
+        unsigned long line;
+        unsigned long column;
+        std::string message;
+    };
+    using tHear = std::function<void(const tFault&)>;
+
+    explicit Faults(tHear hear) : _hear(std::move(hear)) {}
+
+    void located(unsigned long line, unsigned long column) override;
+    void report(const WideString& message) override;
+    void malformed(const WideString& message) override;
+
+    unsigned long count() const { return _count; }
+    bool brokeOff() const { return _brokeOff; }
+
+private:
+    void hand(const WideString& message);
+
+    tHear _hear;
+    unsigned long _line = 0;
+    unsigned long _column = 0;
+    unsigned long _count = 0;
+    bool _brokeOff = false;
+};
+
+/// Prints a fault of a document to standard error: document, line, column, and what is wrong.
+void printFault(const std::string& document, const Faults::tFault& fault);
+
+}  // namespace lvp::tool

@@ -1,0 +1,90 @@
+#include <cerrno>
+#include <filesystem>
+#include <memory>
+#include <system_error>
+
+#include "lumivard/platform/core/io/FileWriter.h"
+#include "lumivard/platform/data/check/Check.h"
+#include "tools/Verbs.h"
+#include "tools/base/Files.h"
+#include "tools/base/WatchedStore.h"
+#include "tools/schemas/Schemas.h"
+#include "tools/view/PageData.h"
+#include "tools/view/PageStream.h"
+#include "tools/view/PageText.h"
+
+namespace lvp::tool {
+
+namespace core = lumivard::platform::core;
+namespace check = lumivard::platform::data::check;
+
+namespace {
+
+struct tOptions {
+    std::string store;
+    std::string output;
+    std::vector<std::string> schemas;
+    bool all = false;
+};
+
+/// A page does not take the place of what it is made from.
+void refuseOutput(const std::string& input, const std::string& output) {
+    if (output.empty() || !isSameFile(input, output)) return;
+    throw Failure(kCannotOpen, "the page " + output + " would replace " + input + ", which it is made from");
+}
+
+std::unique_ptr<core::io::IDataWriter> openPage(const std::string& output) {
+    std::unique_ptr<core::io::IDataWriter> writer;
+    if (output.empty()) {
+        writer = std::make_unique<StandardOutput>();
+    } else {
+        writer = std::make_unique<core::io::FileWriter>(output);
+    }
+    errno = 0;
+    if (!writer->open()) {
+        throw Failure(kCannotOpen, "cannot write the page " + output + ": " + std::generic_category().message(errno));
+    }
+    return writer;
+}
+
+void write(core::io::IDataWriter& writer, std::string_view text) {
+    writer.write(text.data(), text.size());
+}
+
+tExitStatus viewStore(const tOptions& options) {
+    for (const std::string& input : options.schemas) refuseOutput(input, options.output);
+    refuseOutput(options.store, options.output);
+    Schemas schemas(options.schemas);
+    Watch watch("view", "looks");
+    WatchedStore store(schemas.storeToRead(options.store), watch);
+    tPageSource source;
+    source.name = std::filesystem::path(options.store).filename().string();
+    source.store = &store;
+    source.schemas = &schemas;
+    if (options.all) source.limits = tPageLimits::none();
+    // Before anything is opened: what is open shows in the counts that the checker looks at.
+    source.report = check::examine(store);
+
+    const auto writer = openPage(options.output);
+    write(*writer, kPageBeforeData);
+    PageStream out(*writer);
+    writePageData(out, source);
+    out.flush();
+    write(*writer, kPageAfterData);
+    writer->close();
+    return schemas.faulty() ? kFaults : kDone;
+}
+
+}  // namespace
+
+void declareView(CommandLine& line) {
+    const auto options = std::make_shared<tOptions>();
+    line.add("view", "Write a store as one HTML page, to be looked at in a browser",
+             "view materials.lvp -o materials.html", [options] { return viewStore(*options); })
+        .store(options->store)
+        .option("-o,--output", options->output, "The page; standard output when left out")
+        .flag("--all", options->all, "Put whole values into the page, however long they are")
+        .schemas(options->schemas);
+}
+
+}  // namespace lvp::tool
