@@ -97,6 +97,15 @@ TEST_F(Tool, DoesNotReplaceAStoreByItsOwnDocument) {
     EXPECT_EQ(run("tree " + store).out, "r  [root]\n");
 }
 
+TEST_F(Tool, TellsWhatToDoWithADocumentInTheStoresPlace) {
+    const std::string text = document("<root name=\"r\"/>");
+    const tRun refused = run("tree " + text);
+    EXPECT_EQ(refused.status, 3);
+    EXPECT_EQ(refused.err,
+              "lvp-data: " + text + " is an XML document and no store: lvp-data import makes a store of it\n");
+    EXPECT_EQ(run("").err, "lvp-data: give a verb: lvp-data --help lists them, lvp-data VERB --help shows one\n");
+}
+
 TEST_F(Tool, RefusesAStoreThatWouldBeGoneAtItsEnd) {
     EXPECT_EQ(run("import " + document("<root name=\"r\"/>") + " memory:").status, 3);
 }

@@ -5,7 +5,9 @@
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
+#include <fstream>
 #include <iostream>
+#include <string_view>
 #include <system_error>
 
 #include "lumivard/platform/core/io/FileReader.h"
@@ -25,6 +27,9 @@ std::unique_ptr<IDataStore> openStore(const std::string& store, stores::tMode mo
         // Whoever turns to the tool may do so because a file is damaged: every page is measured first.
         return stores::open(store, mode, {.verify = true});
     } catch (const stores::StoreError& error) {
+        if (isDocument(store)) {
+            throw Failure(kCannotOpen, store + " is an XML document and no store: lvp-data import makes a store of it");
+        }
         throw Failure(kCannotOpen, error.what());
     }
 }
@@ -49,6 +54,18 @@ std::unique_ptr<IDataStore> openToChange(const std::string& store) {
         throw Failure(kCannotOpen, "cannot open the store " + store + ": there is no such file");
     }
     return openToWrite(store);
+}
+
+bool isDocument(const std::string& file) {
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(file, error)) return false;  // a pipe would be waited for
+    constexpr std::string_view kBefore("\0 \t\n\r\xEF\xBB\xBF\xFE\xFF", 10);
+    std::ifstream in(file, std::ios::binary);
+    for (char byte; in.get(byte);) {
+        if (byte == '<') return true;
+        if (kBefore.find(byte) == std::string_view::npos) return false;
+    }
+    return false;
 }
 
 bool isSameFile(const std::string& a, const std::string& b) {

@@ -16,6 +16,10 @@ std::unique_ptr<IDataStore> openToRead(const std::string& store);
 std::unique_ptr<IDataStore> openToWrite(const std::string& store);
 std::unique_ptr<IDataStore> openToChange(const std::string& store);
 
+/// Whether a file begins as XML does in any encoding: with "<" behind white space, a byte order mark, and the zeros of
+/// wider characters. Stores begin with zeros and go on otherwise.
+bool isDocument(const std::string& file);
+
 /// Whether two names lead to one file that is there.
 bool isSameFile(const std::string& a, const std::string& b);
 

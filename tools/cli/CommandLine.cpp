@@ -58,6 +58,9 @@ Verb CommandLine::addHidden(const char* name, std::function<tExitStatus()> work)
 tExitStatus CommandLine::run(int argc, char** argv) {
     try {
         _app->parse(argc, argv);
+    } catch (const CLI::RequiredError& error) {
+        if (!_app->get_subcommands().empty()) return _app->exit(error), kWrongUsage;
+        return tell("give a verb: lvp-data --help lists them, lvp-data VERB --help shows one", kWrongUsage);
     } catch (const CLI::ParseError& error) {
         return _app->exit(error) == 0 ? kDone : kWrongUsage;
     }

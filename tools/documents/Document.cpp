@@ -4,8 +4,7 @@
 #include "lumivard/platform/core/io/MemoryWriter.h"
 #include "lumivard/platform/core/xml/XMLParser.h"
 #include "lumivard/platform/data/format/xml/IXMLFrontEnd.h"
-#include "tools/base/ExitStatus.h"
-#include "tools/base/Text.h"
+#include "tools/items/Items.h"
 
 namespace lvp::tool {
 
@@ -20,9 +19,7 @@ void readItem(core::storage::datastore::IDataStore& store, const std::string& st
     SubtreeFilter filter(path, callback);
     core::xml::XMLParser(&filter, nullptr).parseDocument(&reader);
     reader.close();
-    if (!filter.found()) {
-        throw Failure(kCannotOpen, "the store " + storeName + " holds nothing at the path " + printable(path));
-    }
+    if (!filter.found()) refusePath(store, storeName, path);
 }
 
 }  // namespace lvp::tool

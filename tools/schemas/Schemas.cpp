@@ -1,8 +1,6 @@
 #include "tools/schemas/Schemas.h"
 
 #include <algorithm>
-#include <fstream>
-#include <string_view>
 
 #include "lumivard/platform/core/io/FileReader.h"
 #include "lumivard/platform/stores.h"
@@ -14,22 +12,6 @@
 namespace lvp::tool {
 
 using lumivard::platform::data::format::xml::IXMLFrontEnd;
-
-namespace {
-
-/// Whether a file begins as XML does in any encoding: with "<" behind white space, a byte order mark, and the zeros of
-/// wider characters. Stores begin with zeros and go on otherwise.
-bool isDocument(const std::string& file) {
-    constexpr std::string_view kBefore("\0 \t\n\r\xEF\xBB\xBF\xFE\xFF", 10);
-    std::ifstream in(file, std::ios::binary);
-    for (char byte; in.get(byte);) {
-        if (byte == '<') return true;
-        if (kBefore.find(byte) == std::string_view::npos) return false;
-    }
-    return false;
-}
-
-}  // namespace
 
 Schemas::Schemas(const std::vector<std::string>& sources) : _sources(sources) {
     for (const std::string& source : sources) {

@@ -36,6 +36,7 @@ void refuseOutput(const std::string& input, const std::string& output) {
 std::unique_ptr<core::io::IDataWriter> openPage(const std::string& output) {
     std::unique_ptr<core::io::IDataWriter> writer;
     if (output.empty()) {
+        if (isTerminalOutput()) throw Failure(kWrongUsage, "the page is long: give it a file by -o PAGE.html");
         writer = std::make_unique<StandardOutput>();
     } else {
         writer = std::make_unique<core::io::FileWriter>(output);
