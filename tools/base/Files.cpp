@@ -11,6 +11,7 @@
 #include <system_error>
 
 #include "lumivard/platform/core/io/FileReader.h"
+#include "lumivard/platform/core/io/FileWriter.h"
 #include "lumivard/platform/stores.h"
 #include "tools/base/ExitStatus.h"
 
@@ -71,6 +72,32 @@ bool isDocument(const std::string& file) {
 bool isSameFile(const std::string& a, const std::string& b) {
     std::error_code error;
     return std::filesystem::equivalent(a, b, error) && !error;
+}
+
+void refuseOutput(const char* what, const std::string& output, const std::string& store,
+                  const std::vector<std::string>& others) {
+    const auto refuse = [&](const std::string& input) {
+        if (output.empty() || !isSameFile(input, output)) return;
+        throw Failure(kCannotOpen,
+                      std::string(what) + " " + output + " would replace " + input + ", which it is made from");
+    };
+    refuse(store);
+    for (const std::string& other : others) refuse(other);
+}
+
+std::unique_ptr<lumivard::platform::core::io::IDataWriter> openOutput(const char* what, const std::string& output) {
+    std::unique_ptr<lumivard::platform::core::io::IDataWriter> writer;
+    if (output.empty()) {
+        writer = std::make_unique<StandardOutput>();
+    } else {
+        writer = std::make_unique<lumivard::platform::core::io::FileWriter>(output);
+    }
+    errno = 0;
+    if (!writer->open()) {
+        throw Failure(kCannotOpen, std::string("cannot write ") + what + " " + output + ": " +
+                                       std::generic_category().message(errno));
+    }
+    return writer;
 }
 
 void flushOutput() {

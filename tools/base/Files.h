@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "lumivard/platform/core/io/IDataWriter.h"
 #include "lumivard/platform/core/storage/datastore/IDataStore.h"
@@ -28,6 +29,14 @@ void requireReadable(const std::string& document);
 
 /// Throws a failure of `kCannotOpen` for a store that holds nothing yet.
 void requireSetUp(IDataStore& store, const std::string& name);
+
+/// Throws a failure of `kCannotOpen` where an output, "the document" or the like, would replace what it is made from.
+void refuseOutput(const char* what, const std::string& output, const std::string& store,
+                  const std::vector<std::string>& others);
+
+/// Opens what is written: a file, which appears whole when it is closed, or standard output where no name is given. A
+/// failure is one of `kCannotOpen`.
+std::unique_ptr<lumivard::platform::core::io::IDataWriter> openOutput(const char* what, const std::string& output);
 
 /// Ends the writing to `std::cout`; a failure is one of `kCannotFinish`.
 void flushOutput();

@@ -9,10 +9,11 @@ namespace lvp::tool {
 
 namespace {
 
-/// Control characters, those among them that turn the direction in which text is shown.
+/// Control characters, those among them that end lines or turn the direction in which text is shown.
 bool isControl(wchar_t character) {
-    return character < 0x20 || (character >= 0x7F && character < 0xA0) ||
-           (character >= 0x202A && character <= 0x202E) || (character >= 0x2066 && character <= 0x2069);
+    return character < 0x20 || (character >= 0x7F && character < 0xA0) || character == 0x061C || character == 0x200E ||
+           character == 0x200F || (character >= 0x2028 && character <= 0x202E) ||
+           (character >= 0x2066 && character <= 0x2069);
 }
 
 /// A control character as \u and four digits.

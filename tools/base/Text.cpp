@@ -10,11 +10,12 @@ bool continuation(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0u) == 0x80u;
 }
 
-/// Whether a character begins here that turns the direction in which text is shown: U+202A to U+202E, U+2066 to U+2069.
+/// Whether a character begins here that ends a line or turns the direction in which text is shown: U+200E, U+200F,
+/// U+2028 to U+202E, U+2066 to U+2069.
 bool isTurn(std::string_view text) {
     const std::string_view begin = text.substr(0, 2);
     const auto last = static_cast<unsigned char>(text.size() < 3 ? 0 : text[2]);
-    return (begin == "\xE2\x80" && last >= 0xAA && last <= 0xAE) ||
+    return (begin == "\xE2\x80" && ((last >= 0xA8 && last <= 0xAE) || last == 0x8E || last == 0x8F)) ||
            (begin == "\xE2\x81" && last >= 0xA6 && last <= 0xA9);
 }
 
@@ -54,6 +55,9 @@ std::string printable(std::string_view text) {
             appendEscape(out, byte);
         } else if (byte == 0xC2 && i + 1 < text.size() && static_cast<unsigned char>(text[i + 1]) < 0xA0) {
             appendEscape(out, static_cast<unsigned char>(text[++i]));  // a C1 control, U+0080 to U+009F
+        } else if (text.substr(i, 2) == "\xD8\x9C") {                  // U+061C, another of the kind
+            out += "\\u061c";
+            ++i;
         } else if (isTurn(text.substr(i))) {
             out += turnEscape(text.substr(i));
             i += 2;

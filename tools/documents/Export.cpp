@@ -1,12 +1,7 @@
-#include <cerrno>
 #include <memory>
-#include <system_error>
 
-#include "lumivard/platform/core/io/FileWriter.h"
-#include "lumivard/platform/core/io/MemoryReader.h"
 #include "lumivard/platform/core/io/MemoryWriter.h"
 #include "lumivard/platform/core/string/StringAlgorithm.h"
-#include "lumivard/platform/core/xml/XMLParser.h"
 #include "lumivard/platform/core/xml/XMLSerializer.h"
 #include "lumivard/platform/data/format/xml/IXMLFrontEnd.h"
 #include "tools/Verbs.h"
@@ -48,12 +43,6 @@ private:
     core::xml::XMLSerializer& _serializer;
 };
 
-/// A document does not take the place of what it is made from.
-void refuseOutput(const std::string& input, const std::string& output) {
-    if (output.empty() || !isSameFile(input, output)) return;
-    throw Failure(kCannotOpen, "the document " + output + " would replace " + input + ", which it is made from");
-}
-
 struct tOptions {
     std::string store;
     std::string path;
@@ -79,14 +68,8 @@ void writeByEvents(IDataStore& store, const tOptions& options, const Schemas& sc
     serializer.detach();
 }
 
-std::unique_ptr<core::io::IDataWriter> writerFor(const std::string& output) {
-    if (output.empty()) return std::make_unique<StandardOutput>();
-    return std::make_unique<core::io::FileWriter>(output);
-}
-
 tExitStatus exportDocument(const tOptions& options) {
-    for (const std::string& input : options.schemas) refuseOutput(input, options.output);
-    refuseOutput(options.store, options.output);
+    refuseOutput("the document", options.output, options.store, options.schemas);
     Schemas schemas(options.schemas);
     Watch watch("export", "bytes");
     WatchedStore store(schemas.storeToRead(options.store), watch, false);
@@ -95,13 +78,8 @@ tExitStatus exportDocument(const tOptions& options) {
     const bool byEvents = !options.path.empty() || options.canonical;
     core::io::MemoryWriter events;
     if (byEvents) writeByEvents(store, options, schemas, events);
-    const auto output = writerFor(options.output);
+    const auto output = openOutput("the document", options.output);
     WatchedWriter writer(*output, watch);
-    errno = 0;
-    if (!writer.open()) {
-        throw Failure(kCannotOpen,
-                      "cannot write the document " + options.output + ": " + std::generic_category().message(errno));
-    }
     if (byEvents) {
         writer.write(events.bytes().data(), events.bytes().size());
         writer.close();

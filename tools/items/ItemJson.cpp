@@ -1,6 +1,7 @@
 #include "tools/items/ItemJson.h"
 
 #include <cstring>
+#include <iostream>
 
 #include "tools/base/Kinds.h"
 #include "tools/base/Units.h"
@@ -140,6 +141,20 @@ void ItemJson::leave() {
     --_levels;
     _json.endArray();
     _json.endObject();
+}
+
+void printItems(IDataStore& store, const std::string& storeName, const std::string& path, ItemJson::tExtent extent) {
+    JsonWriter json(std::cout);
+    json.beginObject();
+    json.key("store").value(storeName);
+    json.key("path").value(path);
+    json.key("items").beginArray();
+    ItemJson items(json, extent);
+    visit(store, path, items);
+    items.finish();
+    json.endArray();
+    json.endObject();
+    std::cout << '\n';
 }
 
 }  // namespace lvp::tool

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 #include "lumivard/platform/data/structure/IVisitor.h"
@@ -55,5 +56,9 @@ private:
     tOpen _open = kNothing;
     tList _list = kNone;
 };
+
+/// Prints an object of the store, the path, and the items that a visit of the path shows.
+void printItems(lumivard::platform::core::storage::datastore::IDataStore& store, const std::string& storeName,
+                const std::string& path, ItemJson::tExtent extent);
 
 }  // namespace lvp::tool

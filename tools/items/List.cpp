@@ -68,27 +68,14 @@ private:
     std::vector<tLine> _lines;
 };
 
-void printJson(IDataStore& store, const tOptions& options) {
-    JsonWriter json(std::cout);
-    json.beginObject();
-    json.key("store").value(options.store);
-    json.key("path").value(options.path);
-    json.key("items").beginArray();
-    ItemJson items(json, {.levels = options.path.empty() ? std::size_t{1} : 2, .hidden = options.hidden});
-    visit(store, options.path, items);
-    items.finish();
-    json.endArray();
-    json.endObject();
-    std::cout << '\n';
-}
-
 tExitStatus list(const tOptions& options) {
     const auto store = openToRead(options.store);
     requireSetUp(*store, options.store);
     const tItem kind = options.path.empty() ? tItem::kContainer : itemAt(*store, options.path);
     if (kind == tItem::kNothing) refusePath(*store, options.store, options.path);
     if (options.json) {
-        printJson(*store, options);
+        printItems(*store, options.store, options.path,
+                   {.levels = options.path.empty() ? std::size_t{1} : 2, .hidden = options.hidden});
     } else {
         Lines lines(options, !options.path.empty() && kind != tItem::kPrimitive);
         visit(*store, options.path, lines);

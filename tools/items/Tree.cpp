@@ -21,28 +21,14 @@ struct tOptions {
     bool hidden = false;
 };
 
-void printJson(IDataStore& store, const tOptions& options) {
-    if (!options.path.empty() && itemAt(store, options.path) == tItem::kNothing) {
-        refusePath(store, options.store, options.path);
-    }
-    JsonWriter json(std::cout);
-    json.beginObject();
-    json.key("store").value(options.store);
-    json.key("path").value(options.path);
-    json.key("items").beginArray();
-    ItemJson items(json, {.hidden = options.hidden});
-    visit(store, options.path, items);
-    items.finish();
-    json.endArray();
-    json.endObject();
-    std::cout << '\n';
-}
-
 tExitStatus printTree(const tOptions& options) {
     Schemas schemas(options.schemas);
     IDataStore& store = schemas.storeToRead(options.store);
     if (options.json) {
-        printJson(store, options);
+        if (!options.path.empty() && itemAt(store, options.path) == tItem::kNothing) {
+            refusePath(store, options.store, options.path);
+        }
+        printItems(store, options.store, options.path, {.hidden = options.hidden});
     } else {
         TreePrinter printer;
         readItem(store, options.store, options.path, schemas.locator(), printer);

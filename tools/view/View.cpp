@@ -1,9 +1,6 @@
-#include <cerrno>
 #include <filesystem>
 #include <memory>
-#include <system_error>
 
-#include "lumivard/platform/core/io/FileWriter.h"
 #include "lumivard/platform/data/check/Check.h"
 #include "tools/Verbs.h"
 #include "tools/base/Files.h"
@@ -27,34 +24,15 @@ struct tOptions {
     bool all = false;
 };
 
-/// A page does not take the place of what it is made from.
-void refuseOutput(const std::string& input, const std::string& output) {
-    if (output.empty() || !isSameFile(input, output)) return;
-    throw Failure(kCannotOpen, "the page " + output + " would replace " + input + ", which it is made from");
-}
-
-std::unique_ptr<core::io::IDataWriter> openPage(const std::string& output) {
-    std::unique_ptr<core::io::IDataWriter> writer;
-    if (output.empty()) {
-        if (isTerminalOutput()) throw Failure(kWrongUsage, "the page is long: give it a file by -o PAGE.html");
-        writer = std::make_unique<StandardOutput>();
-    } else {
-        writer = std::make_unique<core::io::FileWriter>(output);
-    }
-    errno = 0;
-    if (!writer->open()) {
-        throw Failure(kCannotOpen, "cannot write the page " + output + ": " + std::generic_category().message(errno));
-    }
-    return writer;
-}
-
 void write(core::io::IDataWriter& writer, std::string_view text) {
     writer.write(text.data(), text.size());
 }
 
 tExitStatus viewStore(const tOptions& options) {
-    for (const std::string& input : options.schemas) refuseOutput(input, options.output);
-    refuseOutput(options.store, options.output);
+    refuseOutput("the page", options.output, options.store, options.schemas);
+    if (options.output.empty() && isTerminalOutput()) {
+        throw Failure(kWrongUsage, "the page is long: give it a file by -o PAGE.html");
+    }
     Schemas schemas(options.schemas);
     Watch watch("view", "looks");
     WatchedStore store(schemas.storeToRead(options.store), watch);
@@ -66,7 +44,7 @@ tExitStatus viewStore(const tOptions& options) {
     // Before anything is opened: what is open shows in the counts that the checker looks at.
     source.report = check::examine(store);
 
-    const auto writer = openPage(options.output);
+    const auto writer = openOutput("the page", options.output);
     write(*writer, kPageBeforeData);
     PageStream out(*writer);
     writePageData(out, source);
