@@ -25,6 +25,9 @@ void declareValidate(CommandLine& line);
 void declareSchema(CommandLine& line);
 void declareUnit(CommandLine& line);
 
+// Stores and documents beside each other
+void declareDiff(CommandLine& line);
+
 // Stores as a whole
 void declareCheck(CommandLine& line);
 void declareStat(CommandLine& line);
