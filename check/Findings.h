@@ -24,15 +24,20 @@ public:
     bool add(tRule number, unsigned int offset, std::string found, std::string repair = {},
              tSeverity most = tSeverity::kFatal);
 
-    /// Hands counts and findings over; `path(offset)` tells the path of a record.
+    /// Hands counts and findings over; `path(offset)` tells the path of a record. It may find something itself: a
+    /// record that was read before and cannot be read now. That is counted and kept with the others, without a path.
     template <class Path>
     void moveTo(Report& report, Path path) {
-        report.byCode = std::move(_byCode);
-        report.bySeverity = _bySeverity;
+        std::map<unsigned int, std::wstring> paths;
+        for (const auto& [key, finding] : _kept) paths.try_emplace(finding.offset);
+        for (auto& [offset, itsPath] : paths) itsPath = path(offset);
         for (auto& [key, finding] : _kept) {
-            finding.path = path(finding.offset);
+            const auto known = paths.find(finding.offset);
+            if (known != paths.end()) finding.path = known->second;
             report.findings.push_back(std::move(finding));
         }
+        report.byCode = std::move(_byCode);
+        report.bySeverity = _bySeverity;
     }
 
 private:

@@ -47,6 +47,18 @@ TEST_F(Help, ListsAllVerbs) {
     EXPECT_THAT(run("--version").out, HasSubstr("6.1.0"));
 }
 
+TEST_F(Help, ThatCannotBeWrittenIsAFailure) {
+    const int status = std::system(LVP_TOOL " --help >/dev/full 2>/dev/null");
+    EXPECT_EQ(WEXITSTATUS(status), 4);
+}
+
+TEST_F(Help, ShowsWhatIsWrongWithoutItsControlCharacters) {
+    const tRun wrong = run("tree a b 'c\x1b[31m'");
+    EXPECT_EQ(wrong.status, 2);
+    EXPECT_EQ(wrong.err.find('\x1b'), std::string::npos);
+    EXPECT_THAT(wrong.err, HasSubstr("\\x1b[31m"));
+}
+
 TEST_F(Help, OfEachVerbShowsAnExample) {
     for (const std::string& verb : verbs()) {
         const tRun help = run(verb + " --help");

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <string>
 
+#include "lumivard/platform/stores.h"
 #include "tests/end_to_end/ToolFixture.h"
 
 namespace {
@@ -41,13 +42,43 @@ TEST_F(ImportVerb, KeepsNothingOfAFaultyDocumentWhenItIsStrict) {
     EXPECT_FALSE(std::filesystem::exists(path("a.lvp-lock")));
 }
 
-TEST_F(ImportVerb, LeavesAnEmptyStoreEmptyWhenItIsStrict) {
+TEST_F(ImportVerb, LeavesAnEmptyStoreAsItWasWhenItIsStrict) {
     const std::string store = path("a.lvp");
-    this->run("import --strict " + document("<root name='r'") + " " + store);
-    ASSERT_EQ(this->run("mk " + store + " t group").status, 0);
-    std::filesystem::remove(store);
-    std::filesystem::remove(store + "-lock");
-    ASSERT_EQ(this->run("import " + document("<root name='r'/>") + " " + store).status, 0);
+    lumivard::platform::stores::file(store, lumivard::platform::stores::tMode::kWrite).reset();
+    const std::string before = bytesOf(store);
+    EXPECT_EQ(run("import --strict " + document(kFaulty) + " " + store).status, 1);
+    EXPECT_EQ(bytesOf(store), before);
+    EXPECT_EQ(run("import " + document("<root name='r'><group name='g'/></root>") + " " + store).status, 0);
+    EXPECT_EQ(run("ls " + store).out, "g\n");
+}
+
+TEST_F(ImportVerb, KeepsNothingOfADocumentWithoutItems) {
+    const tRun run = this->run("import " + document("no document") + " " + path("a.lvp"));
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.err, HasSubstr("nothing was kept, since the document breaks off before its first item\n"));
+    EXPECT_FALSE(std::filesystem::exists(path("a.lvp")));
+}
+
+TEST_F(ImportVerb, TellsThatATopElementBesideTheRootLosesItsName) {
+    EXPECT_THAT(run("import " + document("<double name='x'>4</double>") + " " + path("a.lvp")).err,
+                HasSubstr("; the top element is no <root>: "));
+    EXPECT_EQ(run("import " + document("<root name='r'/>") + " " + path("b.lvp")).err.find("top element"),
+              std::string::npos);
+}
+
+TEST_F(ImportVerb, DoesNotTakeTheStoreForAStreamThatIsClosed) {
+    const std::string store = path("a.lvp");
+    const tRun run = runProgram("bash", "-c 'exec 2>&-; " LVP_TOOL " import " + document(kFaulty) + " " + store + "'");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(this->run("ls " + store).out, "g\n") << "no message stands in it";
+    EXPECT_EQ(this->run("check " + store).status, 0);
+}
+
+TEST_F(ImportVerb, PrintsAWholeObjectOrNone) {
+    const std::string store = imported("<root name='r'><group name='g'/></root>", "a.lvp");
+    const tRun refused = run("import --json " + document(kFaulty) + " " + store);
+    EXPECT_EQ(refused.status, 3);
+    EXPECT_EQ(refused.out, "");
 }
 
 TEST_F(ImportVerb, KeepsAFaultlessDocumentWhenItIsStrict) {

@@ -7,7 +7,9 @@
 #include <filesystem>
 #include <string>
 
+#include "lumivard/platform/core.h"
 #include "lumivard/platform/data.h"
+#include "lumivard/platform/data/check/Check.h"
 #include "lumivard/platform/stores.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tools/base/ChangedStore.h"
@@ -31,9 +33,8 @@ TEST_P(WatchEnds, TheWorkAtItsNextStepWithAFailureThatSaysSo) {
     try {
         watch.advance();
         FAIL() << "the work goes on";
-    } catch (const Failure& failure) {
-        EXPECT_EQ(failure.status(), kCannotFinish);
-        EXPECT_STREQ(failure.what(), "import was interrupted, and nothing was changed");
+    } catch (const Interrupted& interrupted) {
+        EXPECT_EQ(interrupted.work, "import");
     }
 }
 
@@ -98,10 +99,34 @@ TEST_F(WatchedFile, IsAsItWasAfterWorkThatWasInterrupted) {
         data::structure::IContainerFrontEnd::toplevel(&watched, L"new");
         watched.flush();
         std::raise(SIGINT);
-        EXPECT_THROW(data::structure::IContainerFrontEnd::toplevel(&watched, L"more"), Failure);
+        EXPECT_THROW(data::structure::IContainerFrontEnd::toplevel(&watched, L"more"), Interrupted);
     }
     EXPECT_TRUE(holds(L"old"));
     EXPECT_FALSE(holds(L"new"));
+}
+
+TEST_F(WatchedFile, IsNotCalledDamagedWhenItsExaminationIsInterrupted) {
+    ChangedStore store(file(), true);
+    data::structure::IContainerFrontEnd::toplevel(&*store, L"top");
+    Watch watch("check", "steps");
+    WatchedStore watched(*store, watch);
+    std::raise(SIGINT);
+    EXPECT_THROW(data::check::examine(watched), Interrupted);
+}
+
+TEST_F(WatchedFile, IsNotReadIntoByADocumentThatIsInterrupted) {
+    ChangedStore store(file(), true);
+    Watch watch("import", "bytes");
+    WatchedStore watched(*store, watch);
+    core::io::MemoryReader reader(std::string("<root name='r'><group name='g'/></root>"));
+    std::raise(SIGINT);
+    try {
+        data::format::xml::IXMLFrontEnd::parse(&watched, &reader, nullptr, nullptr, nullptr);
+    } catch (const Interrupted&) {
+        // as well as when it is told as a document that breaks off
+    }
+    EXPECT_THROW(watch.advance(), Interrupted);
+    EXPECT_EQ(store->extent(), 0u);
 }
 
 TEST_F(WatchedFile, HasWhatWasKept) {
@@ -114,6 +139,17 @@ TEST_F(WatchedFile, HasWhatWasKept) {
         store.keep();
     }
     EXPECT_TRUE(holds(L"new"));
+}
+
+TEST_F(WatchedFile, OfSomebodyElseStaysThoughItWasNotThereBefore) {
+    // What another process makes between the question and the opening.
+    {
+        ChangedStore other(file(), true);
+        data::structure::IContainerFrontEnd::toplevel(&*other, L"old");
+        other.keep();
+    }
+    { ChangedStore store(file(), true); }
+    EXPECT_TRUE(holds(L"old"));
 }
 
 TEST_F(WatchedFile, IsNotThereWhenItWasMadeForNothing) {

@@ -18,13 +18,16 @@ bool isThere(const std::string& name) {
 }  // namespace
 
 ChangedStore::ChangedStore(const std::string& name, bool mayMake)
-    : _name(name), _isNew(!isThere(name)), _store(mayMake ? openToWrite(name) : openToChange(name)) {}
+    : _name(name), _isNew(!isThere(name)), _store(mayMake ? openToWrite(name) : openToChange(name)) {
+    // Somebody else may have made it in between, and filled it. From here on nobody else does.
+    if (_store->extent() != 0) _isNew = false;
+}
 
 ChangedStore::~ChangedStore() {
     if (_kept) return;
     lumivard::platform::stores::discard(*_store);
-    _store.reset();
     if (!_isNew) return;
+    // While it is held: what has these names afterwards may be somebody else's.
     std::error_code error;
     std::filesystem::remove(_name, error);
     std::filesystem::remove(_name + "-lock", error);

@@ -56,6 +56,7 @@ void JsonWriter::writeReal(auto number) {
     char digits[32];
     const auto end = std::to_chars(digits, digits + sizeof digits, number).ptr;
     const std::string text(digits, end);
+    if (std::isnan(number)) return value("nan");  // of either sign
     if (!std::isfinite(number)) return value(text);
     separate();
     _out << text;

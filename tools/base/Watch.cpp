@@ -4,8 +4,6 @@
 
 #include <iostream>
 
-#include "tools/base/ExitStatus.h"
-
 namespace lvp::tool {
 
 namespace {
@@ -56,7 +54,7 @@ bool Watch::interrupted() {
 
 void Watch::reached(std::uint64_t done) {
     _done = done;
-    if (interrupted()) throw Failure(kCannotFinish, _doing + " was interrupted, and nothing was changed");
+    if (interrupted()) throw Interrupted{_doing};
     if (!_terminal || ++_calls % kBetweenLooks != 0) return;
     const auto now = std::chrono::steady_clock::now();
     if (now < _next) return;

@@ -9,6 +9,12 @@
 
 namespace lvp::tool {
 
+/// Ends work that the user has interrupted. It is no `std::exception`: whoever takes those for failures of a store, as
+/// the checker does, lets it pass.
+struct Interrupted {
+    std::string work;
+};
+
 /// Long work: says on standard error how far it is, where that is a terminal, and ends when the user asks for it, by an
 /// interrupt (Ctrl-C), a request to terminate, or a terminal that goes away. A second one ends the process at once. One
 /// at a time.
@@ -20,8 +26,7 @@ public:
     Watch(const Watch&) = delete;
     Watch& operator=(const Watch&) = delete;
 
-    /// So much is done, of the total. Throws a failure of `kCannotFinish` when the user has asked for an end; the work
-    /// is then left as if it had never begun, or it says otherwise. Costs next to nothing.
+    /// So much is done, of the total. Throws `Interrupted` when the user has asked for an end. Costs next to nothing.
     void reached(std::uint64_t done);
     void advance(std::uint64_t more = 1) { reached(_done + more); }
 

@@ -3,8 +3,13 @@
 #include <CLI/CLI.hpp>
 #include <exception>
 #include <iostream>
+#include <sstream>
+#include <string>
+#include <vector>
 
+#include "tools/base/Files.h"
 #include "tools/base/Text.h"
+#include "tools/base/Watch.h"
 
 namespace lvp::tool {
 
@@ -20,6 +25,8 @@ tExitStatus guarded(const std::function<tExitStatus()>& work) {
         return work();
     } catch (const Failure& failure) {
         return tell(failure.what(), failure.status());
+    } catch (const Interrupted& interrupted) {
+        return tell((interrupted.work + " was interrupted, and nothing was changed").c_str(), kCannotFinish);
     } catch (const std::bad_alloc&) {
         return tell("there is not enough memory", kCannotFinish);
     } catch (const std::exception& error) {
@@ -56,15 +63,33 @@ Verb CommandLine::addHidden(const char* name, std::function<tExitStatus()> work)
 }
 
 tExitStatus CommandLine::run(int argc, char** argv) {
+    std::vector<std::string> words;
+    for (int i = argc - 1; i > 0; --i) words.push_back(Verb::marked(argv[i]));
     try {
-        _app->parse(argc, argv);
+        _app->parse(words);
     } catch (const CLI::RequiredError& error) {
-        if (!_app->get_subcommands().empty()) return _app->exit(error), kWrongUsage;
-        return tell("give a verb: lvp-data --help lists them, lvp-data VERB --help shows one", kWrongUsage);
+        if (_app->get_subcommands().empty()) {
+            return tell("give a verb: lvp-data --help lists them, lvp-data VERB --help shows one", kWrongUsage);
+        }
+        return answer(error);
     } catch (const CLI::ParseError& error) {
-        return _app->exit(error) == 0 ? kDone : kWrongUsage;
+        return answer(error);
     }
     return guarded(_work);
+}
+
+/// Help that was asked for, or what is wrong with the command line.
+tExitStatus CommandLine::answer(const CLI::ParseError& error) {
+    std::ostringstream help;
+    std::ostringstream complaint;
+    const bool asked = _app->exit(error, help, complaint) == 0;
+    std::istringstream lines(complaint.str());
+    for (std::string line; std::getline(lines, line);) std::cerr << printable(line) << '\n';
+    std::cout << help.str();
+    return guarded([asked] {
+        flushOutput();
+        return asked ? kDone : kWrongUsage;
+    });
 }
 
 }  // namespace lvp::tool

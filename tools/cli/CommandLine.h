@@ -6,6 +6,12 @@
 #include "tools/base/ExitStatus.h"
 #include "tools/cli/Verb.h"
 
+namespace CLI {
+
+class ParseError;
+
+}  // namespace CLI
+
 namespace lvp::tool {
 
 /// The command line: its verbs, what each of them says for itself, and the one that is called for.
@@ -28,6 +34,8 @@ public:
     tExitStatus run(int argc, char** argv);
 
 private:
+    tExitStatus answer(const CLI::ParseError& error);
+
     std::unique_ptr<CLI::App> _app;
     std::function<tExitStatus()> _work;
 };

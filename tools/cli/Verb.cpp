@@ -1,6 +1,7 @@
 #include "tools/cli/Verb.h"
 
 #include <CLI/CLI.hpp>
+#include <string_view>
 
 namespace lvp::tool {
 
@@ -11,36 +12,55 @@ std::string notEmpty(const std::string& value) {
     return value.empty() ? "it is empty" : std::string();
 }
 
+/// Stands before a word that is one whatever it looks like: the parser takes brackets for lists, and much that begins
+/// with a minus for options.
+constexpr std::string_view kMark = "\x01";
+
+std::string unmarked(const std::string& word) {
+    return word.rfind(kMark, 0) == 0 ? word.substr(kMark.size()) : word;
+}
+
+template <class Value>
+CLI::Option& add(CLI::App& app, const char* names, Value& value, const char* help) {
+    return *app.add_option(names, value, help)->transform(unmarked);
+}
+
 }  // namespace
 
+std::string Verb::marked(const std::string& word) {
+    const auto begins = [&word](std::string_view beginning) { return word.rfind(beginning, 0) == 0; };
+    const bool number = begins("-.") || begins("-inf") || begins("-nan");
+    return number || begins("[") || begins(kMark) ? std::string(kMark) + word : word;
+}
+
 Verb& Verb::argument(const char* name, std::string& value, const char* help) {
-    _app.add_option(name, value, help)->required();
+    add(_app, name, value, help).check(notEmpty)->required();
     return *this;
 }
 
 Verb& Verb::optionalArgument(const char* name, std::string& value, const char* help) {
-    _app.add_option(name, value, help);
+    add(_app, name, value, help);
     return *this;
 }
 
 Verb& Verb::arguments(const char* name, std::vector<std::string>& values, const char* help) {
-    _app.add_option(name, values, help)->required();
+    add(_app, name, values, help).check(notEmpty)->required();
     return *this;
 }
 
 Verb& Verb::optionalArguments(const char* name, std::vector<std::string>& values, const char* help) {
-    _app.add_option(name, values, help);
+    add(_app, name, values, help);
     return *this;
 }
 
 Verb& Verb::option(const char* names, std::string& value, const char* help) {
-    _app.add_option(names, value, help)->check(notEmpty);
+    add(_app, names, value, help).check(notEmpty);
     return *this;
 }
 
 Verb& Verb::options(const char* names, std::vector<std::string>& values, const char* help) {
-    _app.add_option(names, values, help)
-        ->expected(1)
+    add(_app, names, values, help)
+        .expected(1)
         ->allow_extra_args(false)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
     return *this;

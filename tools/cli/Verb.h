@@ -18,6 +18,10 @@ class Verb {
 public:
     explicit Verb(CLI::App& app) : _app(app) {}
 
+    /// A word of the command line as it has to be given to the parser, which would take some words for what they are
+    /// not.
+    static std::string marked(const std::string& word);
+
     /// Arguments, in their order: one that must be given, one that may be left out, at least one of several, and any
     /// number of them.
     Verb& argument(const char* name, std::string& value, const char* help);

@@ -2,6 +2,7 @@
 #include <filesystem>
 #include <iostream>
 #include <memory>
+#include <sstream>
 
 #include "lumivard/platform/core/io/FileReader.h"
 #include "lumivard/platform/data/format/xml/IXMLFrontEnd.h"
@@ -35,17 +36,20 @@ struct tOutcome {
     unsigned long faults = 0;
     unsigned long long bytes = 0;
     std::chrono::milliseconds time{};
-    bool kept = false;
+    const char* notKept = nullptr;  ///< why nothing was kept; null where it was
+    const char* remark = nullptr;   ///< what surprises in what was kept
 };
 
-/// Counts the items of a store.
+/// Counts the items of a store, and sees whether there is a root.
 class Counting : public IVisitor {
 public:
+    void root(std::wstring_view) override { rooted = true; }
     void primitive(const tPrimitive&) override { ++items; }
     bool table(const tTable&) override { return ++items != 0; }
     bool container(const tContainer&) override { return ++items != 0; }
 
     std::uint64_t items = 0;
+    bool rooted = false;
 };
 
 void writeFault(JsonWriter& json, const Faults::tFault& fault) {
@@ -63,14 +67,15 @@ void writeEnd(JsonWriter& json, const tOutcome& outcome) {
     json.key("faults").value(outcome.faults);
     json.key("bytes").value(outcome.bytes);
     json.key("milliseconds").value(outcome.time.count());
-    json.key("kept").value(outcome.kept);
+    json.key("kept").value(outcome.notKept == nullptr);
 }
 
 void printEnd(const tOutcome& outcome) {
     std::cerr << outcome.items << (outcome.items == 1 ? " item, " : " items, ") << outcome.faults
               << (outcome.faults == 1 ? " fault, " : " faults, ") << outcome.bytes << " bytes read in "
               << outcome.time.count() << " ms";
-    if (!outcome.kept) std::cerr << "; nothing was kept, since --strict takes no document with faults";
+    if (outcome.notKept) std::cerr << "; nothing was kept, since " << outcome.notKept;
+    if (outcome.remark) std::cerr << "; " << outcome.remark;
     std::cerr << '\n';
 }
 
@@ -96,10 +101,19 @@ tOutcome import(const tOptions& options, Schemas& schemas, const Faults::tHear& 
     Counting counting;
     visit(store, {}, counting);
     tOutcome outcome{.items = counting.items, .faults = faults.count(), .bytes = reader.bytes()};
-    outcome.kept = !options.strict || (faults.count() == 0 && !schemas.faulty());
-    if (outcome.kept) {
+    if (options.strict && (faults.count() != 0 || schemas.faulty())) {
+        outcome.notKept = "--strict takes no document with faults";
+    } else if (faults.brokeOff() && outcome.items == 0) {
+        outcome.notKept = "the document breaks off before its first item";
+    } else {
         target.keep();
-        if (faults.brokeOff()) std::cerr << "lvp-data: the store holds what came before the document broke off\n";
+        if (faults.brokeOff()) {
+            outcome.remark = "the store holds what came before the document broke off";
+        } else if (!counting.rooted && store.extent() != 0) {
+            outcome.remark =
+                "the top element is no <root>: what it holds stands at the top, and its own name and value "
+                "are not reached by a path";
+        }
     }
     outcome.time = std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start);
     return outcome;
@@ -110,7 +124,8 @@ tExitStatus importDocument(const tOptions& options) {
     Schemas schemas(options.schemas);
     tOutcome outcome;
     if (options.json) {
-        JsonWriter json(std::cout);
+        std::ostringstream out;  // a whole object or none
+        JsonWriter json(out);
         json.beginObject();
         json.key("document").value(options.document);
         json.key("store").value(options.store);
@@ -119,7 +134,7 @@ tExitStatus importDocument(const tOptions& options) {
         json.endArray();
         writeEnd(json, outcome);
         json.endObject();
-        std::cout << '\n';
+        std::cout << out.str() << '\n';
         flushOutput();
     } else {
         outcome = import(options, schemas, [&](const Faults::tFault& fault) { printFault(options.document, fault); });

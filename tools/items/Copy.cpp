@@ -88,7 +88,7 @@ struct tOptions {
 /// too, if the item leaves it.
 template <class Work>
 tExitStatus transfer(const char* doing, const tOptions& options, bool leaves, Work work) {
-    const bool two = !options.target.empty();
+    const bool two = !options.target.empty() && !isSameFile(options.store, options.target);
     ChangedStore target(two ? options.target : options.store, false);
     std::optional<ChangedStore> left;
     std::unique_ptr<IDataStore> read;

@@ -1,5 +1,6 @@
 #include <iostream>
 #include <memory>
+#include <sstream>
 
 #include "tools/Verbs.h"
 #include "tools/base/Files.h"
@@ -57,11 +58,12 @@ tExitStatus get(const tOptions& options) {
                                        " is no value: lvp-data ls lists what it holds, tree shows all of it");
     }
     if (options.json) {
-        JsonWriter json(std::cout);
+        std::ostringstream out;  // a whole object or none
+        JsonWriter json(out);
         ItemJson item(json, {.hidden = true});
         visit(*store, options.path, item);
         item.finish();
-        std::cout << '\n';
+        std::cout << out.str() << '\n';
     } else {
         ValuePrinter printer;
         visit(*store, options.path, printer);

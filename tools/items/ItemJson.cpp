@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <iostream>
+#include <sstream>
 
 #include "tools/base/Kinds.h"
 #include "tools/base/Units.h"
@@ -48,6 +49,11 @@ void writeText(JsonWriter& json, const char* key, std::wstring_view text) {
 
 }  // namespace
 
+/// What was asked for by name is shown, hidden or not.
+bool ItemJson::passesOver(unsigned char flags) const {
+    return (flags & kHidden) && !_extent.hidden && _levels > 0;
+}
+
 void ItemJson::begin(std::wstring_view name, const char* kind, unsigned char flags) {
     finish();
     _json.beginObject();
@@ -63,7 +69,7 @@ void ItemJson::begin(std::wstring_view name, const char* kind, unsigned char fla
 
 void ItemJson::primitive(const tPrimitive& item) {
     finish();
-    if ((item.flags & kHidden) && !_extent.hidden) return;
+    if (passesOver(item.flags)) return;
     begin(item.name, nameOf(item.valuetype), item.flags);
     if (item.units != units::kNoUnit) _json.key("unit").value(unitName(item.units));
     writeText(_json, "type", item.schema);
@@ -78,7 +84,7 @@ void ItemJson::primitive(const tPrimitive& item) {
 
 bool ItemJson::table(const tTable& item) {
     finish();
-    if ((item.flags & kHidden) && !_extent.hidden) return false;
+    if (passesOver(item.flags)) return false;
     begin(item.name, "table", item.flags);
     writeText(_json, "schemas", item.base);
     return enter();
@@ -86,7 +92,7 @@ bool ItemJson::table(const tTable& item) {
 
 bool ItemJson::container(const tContainer& item) {
     finish();
-    if ((item.flags & kHidden) && !_extent.hidden) return false;
+    if (passesOver(item.flags)) return false;
     begin(item.name, nameOf(item.type), item.flags);
     writeText(_json, "schemas", item.base);
     writeText(_json, "to", item.target);
@@ -144,7 +150,8 @@ void ItemJson::leave() {
 }
 
 void printItems(IDataStore& store, const std::string& storeName, const std::string& path, ItemJson::tExtent extent) {
-    JsonWriter json(std::cout);
+    std::ostringstream out;  // a whole object or none
+    JsonWriter json(out);
     json.beginObject();
     json.key("store").value(storeName);
     json.key("path").value(path);
@@ -154,7 +161,7 @@ void printItems(IDataStore& store, const std::string& storeName, const std::stri
     items.finish();
     json.endArray();
     json.endObject();
-    std::cout << '\n';
+    std::cout << out.str() << '\n';
 }
 
 }  // namespace lvp::tool

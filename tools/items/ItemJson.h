@@ -20,8 +20,8 @@ namespace lvp::tool {
 /// units and kinds, a link "to".
 class ItemJson : public lumivard::platform::data::structure::IVisitor {
 public:
-    /// How far it goes: so many levels, and to hidden items only if they shall be shown. Of a set on the last level
-    /// there are neither "items" nor "texts".
+    /// How far it goes: so many levels, and below the first to hidden items only if they shall be shown. Of a set on
+    /// the last level there are neither "items" nor "texts".
     struct tExtent {
         std::size_t levels = SIZE_MAX;
         bool hidden = false;
@@ -46,6 +46,7 @@ private:
     /// A member of it that is an array, and that goes on.
     enum tList : unsigned char { kNone, kTexts, kDefaults };
 
+    bool passesOver(unsigned char flags) const;
     void begin(std::wstring_view name, const char* kind, unsigned char flags);
     bool enter();
     void list(tList list, const char* name);

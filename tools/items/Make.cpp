@@ -67,7 +67,7 @@ void requireFitting(const tOptions& options, const tMade& kind) {
 }
 
 [[noreturn]] void refuseName(const tOptions& options) {
-    throw Failure(kCannotFinish, "in the store " + options.store + ", " + options.path + " is there already");
+    throw Failure(kCannotOpen, "in the store " + options.store + ", " + options.path + " is there already");
 }
 
 /// A container at the top, which is a group: no operation makes another one there.

@@ -41,14 +41,17 @@ private:
 void remove(IDataStore& store, const tOptions& options, const tItemPath& path) {
     if (itemAt(store, path.whole) == tItem::kNothing) refusePath(store, options.store, path.whole);
     const std::string item = path.whole + " in the store " + options.store;
-    if (path.owner.empty()) throw Failure(kCannotFinish, item + " stands at the top, which nothing can leave");
+    if (path.owner.empty()) throw Failure(kCannotOpen, item + " stands at the top, which nothing can leave");
     Contents contents;
     visit(store, path.whole, contents);
     if (contents.flags & kInherited) {
-        throw Failure(kCannotFinish, item + " came from a schema and stays: only the item that has the schema can go");
+        throw Failure(kCannotOpen, item + " came from a schema and stays: only the item that has the schema can go");
     }
     if (contents.any && !options.recursive) {
         throw Failure(kWrongUsage, item + " holds other items: -r removes it with all of them");
+    }
+    if (!containerAt(store, path.owner) && !propertyAt(store, path.owner)) {
+        throw Failure(kCannotOpen, item + " stands in a table at the top, which nothing can leave");
     }
     if (!destroyItem(store, path)) {
         throw Failure(kCannotFinish, item +

@@ -50,6 +50,7 @@ void setValue(IDataStore& store, const tOptions& options) {
         return;
     }
     const tTyped value = typedValue(primitive->valuetype(), options.words, options.unit);
+    if (value.bytes.empty()) throw Failure(kWrongUsage, "give the value before its unit");
     requireUnit(options, value.unit, primitive->units());
     if (!put(*primitive, value)) throw Failure(kCannotFinish, "the value is too long");
 }

@@ -1,6 +1,7 @@
 #include "tools/items/Typed.h"
 
 #include "tools/base/ExitStatus.h"
+#include "tools/base/Nearest.h"
 #include "tools/base/Units.h"
 
 namespace lvp::tool {
@@ -9,8 +10,9 @@ namespace {
 
 /// Whether a word among numbers is none: "Meter", but not "-1" or "inf".
 bool isName(const std::string& word) {
-    const bool letter = !word.empty() && ((word[0] >= 'a' && word[0] <= 'z') || (word[0] >= 'A' && word[0] <= 'Z'));
-    return letter && word != "inf" && word != "nan" && word != "true" && word != "false";
+    const std::string small = lower(word);
+    const bool letter = !small.empty() && small[0] >= 'a' && small[0] <= 'z';
+    return letter && small != "inf" && small != "infinity" && small != "nan";
 }
 
 }  // namespace
@@ -18,12 +20,16 @@ bool isName(const std::string& word) {
 tTyped typedValue(tValue kind, std::vector<std::string> words, const std::string& unit) {
     tTyped value;
     const tForm form = formOf(kind);
-    const bool ofNumbers = form == tForm::kReals || form == tForm::kIntegers || form == tForm::kTruths;
+    const bool ofNumbers = form == tForm::kReals || form == tForm::kIntegers;
+    if (!unit.empty()) value.unit = unitNamed(unit);
     if (ofNumbers && !words.empty() && isName(words.back())) {
-        value.unit = unitNamed(words.back());
+        const tUnit named = unitNamed(words.back());
+        if (!unit.empty() && named != value.unit) {
+            throw Failure(kWrongUsage, "two units are given: " + words.back() + " and " + unit);
+        }
+        value.unit = named;
         words.pop_back();
     }
-    if (!unit.empty()) value.unit = unitNamed(unit);
     value.bytes = parseValues(kind, words);
     return value;
 }

@@ -69,8 +69,8 @@ public:
     virtual void erase(unsigned int offset) = 0;
 
     /// What else this store can do (see `IRecordAccess`), owned by the store and alive as long as it; null from a store
-    /// that offers only the operations above, which is enough for everything to work. Whatever is added to the
-    /// abilities of a store is added there: this interface never grows again.
+    /// that offers only the operations above, which is enough for everything to work. This interface never grows
+    /// again; what stores are to be able to do besides is asked for in this way.
     virtual IRecordAccess* access() { return nullptr; }
 };
 
