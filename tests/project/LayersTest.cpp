@@ -106,6 +106,23 @@ std::vector<std::string> rooms() {
 
 INSTANTIATE_TEST_SUITE_P(Rooms, Layers, testing::ValuesIn(rooms()), [](const auto& room) { return room.param; });
 
+// Two classes of one name in one namespace are one to the linker, which takes the functions of either.
+TEST(NamesOfTheTool, StandForOneClassEach) {
+    static const std::regex pattern(R"(^(?:class|struct) (\w+)(?: final)?(?: :.*)? \{)");
+    std::map<std::string, fs::path> known;
+    for (const auto& entry : fs::recursive_directory_iterator(fs::path(LVP_SOURCE_DIR) / "tools")) {
+        if (entry.path().extension() != ".h") continue;
+        std::ifstream in(entry.path());
+        for (std::string line; std::getline(in, line);) {
+            std::smatch match;
+            if (!std::regex_search(line, match, pattern)) continue;
+            const auto [place, isNew] = known.try_emplace(match[1], entry.path());
+            EXPECT_TRUE(isNew) << match[1] << " stands in " << place->second << " and in " << entry.path();
+        }
+    }
+    EXPECT_GT(known.size(), 20u);
+}
+
 TEST(LayersRule, TellsAnUpwardInclude) {
     EXPECT_EQ(mayKnow().at("record").count(roomOf("design/Table.h")), 0u);
     EXPECT_EQ(mayKnow().at("stores").count(roomOf("lumivard/platform/data/Names.h")), 0u);

@@ -88,7 +88,7 @@ private:
 
 }  // namespace
 
-std::size_t TextPool::place(std::wstring_view text) {
+std::size_t PageTexts::place(std::wstring_view text) {
     const auto [entry, isNew] = _places.try_emplace(std::wstring(text), _texts.size());
     if (isNew) _texts.push_back(&entry->first);
     return entry->second;

@@ -14,10 +14,10 @@ namespace lvp::tool {
 namespace data = lumivard::platform::data;
 
 /// Texts, each kept once and named by its place. The empty text has place 0.
-class TextPool {
+class PageTexts {
 public:
-    TextPool() { place(L""); }
-    TextPool(TextPool&&) = default;
+    PageTexts() { place(L""); }
+    PageTexts(PageTexts&&) = default;
 
     std::size_t place(std::wstring_view text);
     const std::vector<const std::wstring*>& texts() const { return _texts; }
@@ -50,7 +50,7 @@ struct tPageItems {
         data::metadata::tValue kind;
     };
 
-    TextPool pool;
+    PageTexts pool;
     unsigned int version = 0;
 
     std::vector<std::uint32_t> level;
