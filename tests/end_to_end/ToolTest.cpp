@@ -103,7 +103,10 @@ TEST_F(Tool, TellsWhatToDoWithADocumentInTheStoresPlace) {
     EXPECT_EQ(refused.status, 3);
     EXPECT_EQ(refused.err,
               "lvp-data: " + text + " is an XML document and no store: lvp-data import makes a store of it\n");
-    EXPECT_EQ(run("").err, "lvp-data: give a verb: lvp-data --help lists them, lvp-data VERB --help shows one\n");
+    const std::string help = "lvp-data --help lists them, lvp-data VERB --help shows one\n";
+    EXPECT_EQ(run("").err, "lvp-data: give a verb: " + help);
+    EXPECT_EQ(run("exprt a").err, "lvp-data: there is no verb \"exprt\", but export: " + help);
+    EXPECT_EQ(run("frobnicate").err, "lvp-data: there is no verb \"frobnicate\": " + help);
 }
 
 TEST_F(Tool, RefusesAStoreThatWouldBeGoneAtItsEnd) {

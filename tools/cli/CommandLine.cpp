@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "tools/base/Files.h"
+#include "tools/base/Nearest.h"
 #include "tools/base/Text.h"
 #include "tools/base/Watch.h"
 
@@ -69,13 +70,26 @@ tExitStatus CommandLine::run(int argc, char** argv) {
         _app->parse(words);
     } catch (const CLI::RequiredError& error) {
         if (_app->get_subcommands().empty()) {
-            return tell("give a verb: lvp-data --help lists them, lvp-data VERB --help shows one", kWrongUsage);
+            return missesVerb(argc > 1 ? argv[1] : "");
         }
         return answer(error);
     } catch (const CLI::ParseError& error) {
         return answer(error);
     }
     return guarded(_work);
+}
+
+tExitStatus CommandLine::missesVerb(const std::string& word) const {
+    const std::string help = "lvp-data --help lists them, lvp-data VERB --help shows one";
+    if (word.empty() || word[0] == '-') return tell(("give a verb: " + help).c_str(), kWrongUsage);
+    std::vector<std::string> verbs;
+    for (const CLI::App* verb :
+         _app->get_subcommands([](const CLI::App* each) { return !each->get_group().empty(); })) {
+        verbs.push_back(verb->get_name());
+    }
+    const std::string near = listed(nearest(word, verbs, 3));
+    return tell(("there is no verb \"" + word + "\"" + (near.empty() ? "" : ", but " + near) + ": " + help).c_str(),
+                kWrongUsage);
 }
 
 /// Help that was asked for, or what is wrong with the command line.

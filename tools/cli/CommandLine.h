@@ -34,6 +34,7 @@ public:
     tExitStatus run(int argc, char** argv);
 
 private:
+    tExitStatus missesVerb(const std::string& word) const;
     tExitStatus answer(const CLI::ParseError& error);
 
     std::unique_ptr<CLI::App> _app;
