@@ -41,7 +41,7 @@ TEST_F(Canonical, DocumentsHaveItemsByNameAndOneValueALine) {
               "    <name locale=\"de-de\">Be</name>\n"
               "    <name locale=\"fr-fr\">B</name>\n"
               "  </group>\n"
-              "</root>");
+              "</root>\n");
 }
 
 TEST_F(Canonical, DocumentsReadBackAsTheSame) {
@@ -66,7 +66,7 @@ TEST_F(Canonical, DocumentsOfOneItem) {
         "</group></root>");
     EXPECT_EQ(run("export --canonical " + store + " g").out,
               "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<group name=\"g\">\n  <int8 name=\"a\">2</int8>\n  <int8 "
-              "name=\"b\">1</int8>\n</group>");
+              "name=\"b\">1</int8>\n</group>\n");
 }
 
 TEST_F(Canonical, MaterialsReadBackAsTheSame) {

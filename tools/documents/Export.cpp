@@ -66,6 +66,7 @@ void writeByEvents(IDataStore& store, const tOptions& options, const Schemas& sc
         readItem(store, options.store, options.path, schemas.locator(), rewriter);
     }
     serializer.detach();
+    if (options.canonical) writer.write("\n", 1);  // the last line is one, too
 }
 
 tExitStatus exportDocument(const tOptions& options) {
