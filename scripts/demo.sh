@@ -11,7 +11,7 @@ install_packages "${build_packages[@]}" "${test_packages[@]}"
 echo "Building (build/dev) ..."
 mkdir -p build
 log=build/demo.log
-{ cmake --preset dev && cmake --build --preset dev --target lvp-data; } >"$log" 2>&1 || { cat "$log"; exit 1; }
+{ cmake --preset dev ${LVP_CONFIGURE:-} && cmake --build --preset dev --target lvp-data; } >"$log" 2>&1 || { cat "$log"; exit 1; }
 
 tool=build/dev/tools/lvp-data
 work=$(mktemp -d)
