@@ -96,6 +96,16 @@ TEST_P(EasySet, RefusesAnotherKindAndLeavesTheValue) {
     EXPECT_THAT(stored<int>(L"v"), ElementsAre(1, 2));
 }
 
+TEST_P(EasySet, GoesNoNameBeyondAPrimitive) {
+    ASSERT_TRUE(easy::set(model(), L"title", "Carport"));
+    for (const wchar_t* path : {L"title.x", L"title.", L"title.x.y"}) {
+        EXPECT_FALSE(easy::set(model(), path, "overwritten")) << path;
+        EXPECT_FALSE(easy::get<std::string>(model(), path)) << path;
+    }
+    EXPECT_FALSE(easy::set(model(), L"title.title", "overwritten"));
+    EXPECT_EQ(easy::get<std::string>(model(), L"title"), "Carport");
+}
+
 TEST_P(EasySet, PutsSeveralDoublesIntoVectorsAndOneNot) {
     put<double>(L"at", metadata::kVec3, {});
     EXPECT_TRUE(easy::set(model(), L"at", std::array{1.0, 2.0, 3.0}));

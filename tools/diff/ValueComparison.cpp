@@ -55,8 +55,10 @@ bool ValueComparison::equalReals(const char* a, const char* b) const {
     const auto y = static_cast<double>(realAt<Real>(b));
     if (x == y || (std::isnan(x) && std::isnan(y))) return true;
     if (!std::isfinite(x) || !std::isfinite(y)) return false;
-    // By halves, which cannot run over.
-    return _tolerance > 0 && std::abs(x / 2 - y / 2) <= _tolerance * (std::max(std::abs(x), std::abs(y)) / 2);
+    if (!(_tolerance > 0) || x == 0 || y == 0) return false;
+    const double larger = std::max(std::abs(x), std::abs(y));
+    const double apart = std::abs(x - y);
+    return std::isfinite(apart) ? apart <= _tolerance * larger : std::abs(x / 2 - y / 2) <= _tolerance * (larger / 2);
 }
 
 bool ValueComparison::equalElements(tForm form, std::size_t stride, const char* a, const char* b) const {

@@ -196,19 +196,22 @@ concept Gettable = requires(const tItem& item) {
     Form<T>::read(item);
 };
 
-/// Is shown one primitive, and does something with its values if it has some of its own of a kind that fits.
+/// Is shown one primitive, and does something with its values if it has some of its own of a kind that fits. It has to
+/// have the last name of the path, which may go one name beyond a primitive.
 template <class Use>
 class OneValue final : public structure::IVisitor {
 public:
-    OneValue(tHolds holds, Use use) : _holds(holds), _use(use) {}
+    OneValue(std::wstring_view path, tHolds holds, Use use)
+        : _name(path.substr(path.rfind(L'.') + 1)), _holds(holds), _use(use) {}
     void primitive(const tPrimitive& item) override {
         constexpr unsigned char external = 0x08;  // see `IProperty::flags`
-        if ((item.flags & external) == 0 && _holds(item.valuetype)) _use(item);
+        if (item.name == _name && (item.flags & external) == 0 && _holds(item.valuetype)) _use(item);
     }
     bool table(const tTable&) override { return false; }
     bool container(const tContainer&) override { return false; }
 
 private:
+    std::wstring_view _name;
     tHolds _holds;
     Use _use;
 };
@@ -216,7 +219,7 @@ private:
 /// Lets `use` have the primitive at a path, if there is one whose kind fits.
 template <class Use>
 void look(Place where, std::wstring_view path, tHolds holds, Use use) {
-    OneValue visitor(holds, use);
+    OneValue visitor(path, holds, use);
     if (!path.empty()) show(where, path, visitor);  // which for no path shows everything
 }
 

@@ -121,7 +121,10 @@ inline bool putInto(metadata::IPrimitive& there, const tElements& elements, cons
 inline bool putIn(structure::IContainer& from, std::wstring_view path, const tElements& elements, const tAs& as) {
     const Scope scope(from);
     if (const auto now = from.container({})) {
-        if (const auto property = now->property(wide(path))) {
+        const auto property = now->property(wide(path));
+        const auto owner = property ? now->property(wide(atLast(path).head)) : SharedPtr<metadata::IProperty>();
+        if (metadata::IPrimitive::to(owner.get())) return false;  // a path may go one name beyond a primitive
+        if (property) {
             auto* const there = metadata::IPrimitive::to(property.get());
             return there && putInto(*there, elements, as);
         }
