@@ -1,9 +1,9 @@
 #include <cmath>
 #include <cstdlib>
-#include <fstream>
 #include <iostream>
 #include <memory>
 #include <optional>
+#include <sstream>
 
 #include "tools/Verbs.h"
 #include "tools/base/Files.h"
@@ -115,29 +115,32 @@ private:
     unsigned long _faults = 0;
 };
 
-/// Where the differences are written.
+/// Where the differences are written: a file appears whole or not at all.
 class Output {
 public:
     explicit Output(const std::string& file) : _name(file) {
-        if (file.empty()) return;
-        _file.open(file, std::ios::binary | std::ios::trunc);
-        if (!_file) throw Failure(kCannotOpen, "cannot write " + file);
+        if (!file.empty()) _file = openOutput("the differences to", file);
     }
 
-    std::ostream& stream() { return _name.empty() ? std::cout : _file; }
+    std::ostream& stream() {
+        if (_name.empty()) return std::cout;
+        return _text;
+    }
     bool colours() const {
         const char* const none = std::getenv("NO_COLOR");
         return _name.empty() && isTerminalOutput() && (!none || !*none);
     }
     void finish() {
         if (_name.empty()) return flushOutput();
-        _file.close();
-        if (!_file) throw Failure(kCannotFinish, "cannot write " + _name);
+        const std::string text = _text.str();
+        _file->write(text.data(), text.size());
+        _file->close();
     }
 
 private:
     std::string _name;
-    std::ofstream _file;
+    std::unique_ptr<lumivard::platform::core::io::IDataWriter> _file;
+    std::ostringstream _text;
 };
 
 void writeJson(std::ostream& out, const tOptions& options, Comparison& comparison, unsigned long faults) {
