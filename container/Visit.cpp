@@ -57,10 +57,10 @@ public:
         return true;
     }
 
-    /// Shows all that a set holds, and where it is the root that too.
+    /// Shows all that a set holds, and where it stands at the top that too.
     void showContents(unsigned int set) {
         _start = set;
-        showRoot(set);
+        if (set == kTop) showTop();
         open(set);
         showLevels(1);
     }
@@ -84,12 +84,39 @@ private:
         showContainer(record.offset());
     }
 
-    void showRoot(unsigned int offset) {
-        const Record::Root record(_store, offset, Record::kInPlace);
-        if (record.type() != Record::kRoot || !Record::Anatomy::fits(record)) return;
+    void showTop() {
+        const Record::Entity record(_store, kTop, Record::kInPlace);
+        if (!Record::Anatomy::fits(record)) return;
         const unsigned int texts = record.locale();
-        _visitor.root(record.name());
+        unsigned int defaults = IDataStore::BADOFF;
+        const std::wstring name = record.name();
+        IVisitor::tRoot shown;
+        shown.name = name;
+        if (record.type() == Record::kTable) {
+            const Record::Table table(_store, kTop, Record::kInPlace);
+            shown.kind = IVisitor::tRoot::kTable;
+            shown.base = _first.of(table.section(Record::Table::kBase));
+            defaults = table.defaults();
+        } else if (record.type() == Record::kContainer) {
+            const Record::Container container(_store, kTop, Record::kInPlace);
+            shown.kind = kindOf(container);
+            shown.base = _first.of(container.section(Record::Container::kBase));
+            shown.target = _second.of(container.section(Record::Container::kInfo));
+        }
+        _visitor.root(shown);
         showTexts(texts);
+        showDefaults(defaults);
+    }
+
+    static IVisitor::tRoot::tKind kindOf(const Record::Container& record) {
+        switch (static_cast<IContainer::tType>(record.kind())) {
+            case IContainer::kGroup:
+                return IVisitor::tRoot::kGroup;
+            case IContainer::kLink:
+                return IVisitor::tRoot::kLink;
+            default:
+                return IVisitor::tRoot::kNode;
+        }
     }
 
     void showPrimitive(const Record::Primitive& record) {
@@ -229,7 +256,7 @@ bool IVisitor::tPrimitive::get(void* data, unsigned int start, unsigned int coun
     return true;
 }
 
-void IVisitor::root(std::wstring_view) {}
+void IVisitor::root(const tRoot&) {}
 
 void IVisitor::primitive(const tPrimitive&) {}
 

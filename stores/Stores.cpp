@@ -21,6 +21,7 @@ constexpr char kDatabase[] = "postgresql://";
 LmdbEngine::Settings settingsOf(const FileOptions& options) {
     LmdbEngine::Settings settings;
     settings.verify = options.verify;
+    settings.progress = options.progress;
     if (options.network) settings.fileSystem = kNoFileSystem;
     return settings;
 }
@@ -70,8 +71,8 @@ FileReport verify(const fs::path& path, bool values, const FileOptions& options)
     return attempt("examine", path, [&] { return verifyStoreFile(path, values, settingsOf(options)); });
 }
 
-void compact(const fs::path& path, const FileOptions& options, const tProgress& progress) {
-    attempt("compact", path, [&] { compactStoreFile(path, settingsOf(options), progress); });
+void compact(const fs::path& path, const FileOptions& options) {
+    attempt("compact", path, [&] { compactStoreFile(path, settingsOf(options)); });
 }
 
 std::unique_ptr<IDataStore> open(const std::string& location, tMode mode) {

@@ -14,6 +14,7 @@
 #include "stores/lmdb/HeaderFormat.h"
 #include "stores/lmdb/LockFile.h"
 #include "stores/lmdb/NewFile.h"
+#include "stores/lmdb/Progress.h"
 #include "stores/lmdb/Verification.h"
 
 namespace lumivard::platform::stores {
@@ -78,7 +79,7 @@ void copyRecords(LmdbEngine& source, const FileReport& report, const fs::path& t
     unsigned long long done = 0;
     source.forEachRecord([&](std::uint64_t key, std::span<const std::byte> bytes) {
         copy.add(key, bytes);
-        if (progress && !progress(++done, report.records)) throw EngineError("it was told to stop");
+        goOn(progress, ++done, report.records);
     });
     copy.finish(source.header());
 }
@@ -109,18 +110,18 @@ void copyRights(int from, int to) {
 
 }  // namespace
 
-void compactStoreFile(const fs::path& path, LmdbEngine::Settings settings, const tProgress& progress) {
+void compactStoreFile(const fs::path& path, LmdbEngine::Settings settings) {
     const fs::path real = realPath(path);
     std::error_code error;
     if (!fs::exists(real, error)) throw EngineError("there is no such file");
     LmdbEngine source(real, tMode::kWrite, settings);
-    const FileReport report = source.verify(true);
+    const FileReport report = source.verify(true, settings.progress);
     lmdb::requireSound(report);
     source.file().takeAlone();  // to say so before the work, should there be readers
     source.file().share();
 
     NewFile copy(real.parent_path(), kPrivate);
-    copyRecords(source, report, copy.path(), progress);
+    copyRecords(source, report, copy.path(), settings.progress);
     copyRights(source.file().descriptor(), copy.descriptor());
     copy.makeDurable();
 

@@ -2,7 +2,6 @@
 
 #include <filesystem>
 
-#include "lumivard/platform/stores/FileOptions.h"
 #include "stores/lmdb/LmdbEngine.h"
 
 namespace lumivard::platform::stores {
@@ -13,8 +12,6 @@ namespace lumivard::platform::stores {
 /// the name: a process or machine that dies leaves the old file or the new one. Readers may come and go while it is
 /// made; at the end nobody else may have the file open. Throws `EngineError`, with the old file in its place unless the
 /// very last step failed, which makes the name durable.
-///
-/// `progress` is called for each record, if it is not empty; when it gives false that is a failure too.
-void compactStoreFile(const std::filesystem::path& path, LmdbEngine::Settings settings, const tProgress& progress);
+void compactStoreFile(const std::filesystem::path& path, LmdbEngine::Settings settings);
 
 }  // namespace lumivard::platform::stores

@@ -92,14 +92,16 @@ LmdbEngine::LmdbEngine(const fs::path& path, tMode mode, const Settings& setting
     _beginReading();
     if (mode == tMode::kWrite) _takeOverFromDeadWriter();
     // Pages behind the end of the file would end the process when they are read: see that none of them is in use.
-    if (settings.verify || lmdb::isShort(report)) lmdb::requireSound(verify(false));
+    if (settings.verify || lmdb::isShort(report)) lmdb::requireSound(verify(false, settings.progress));
     _openDatabase();
 }
 
-FileReport LmdbEngine::verify(bool values) {
+FileReport LmdbEngine::verify(bool values, const tProgress& progress) {
     constexpr int kMostTries = 100;
     for (int tries = 0; tries < kMostTries; ++tries) {
-        if (auto report = lmdb::verifyAll(_file->descriptor(), mdb_txn_id(_snapshot.get()), values)) return *report;
+        if (auto report = lmdb::verifyAll(_file->descriptor(), mdb_txn_id(_snapshot.get()), values, progress)) {
+            return *report;
+        }
         _renew();  // two commits have come since the snapshot was taken
     }
     throw EngineError("others change it faster than it can be examined");

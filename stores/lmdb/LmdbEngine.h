@@ -8,6 +8,7 @@
 #include <optional>
 #include <utility>
 
+#include "lumivard/platform/stores/FileOptions.h"
 #include "lumivard/platform/stores/FileReport.h"
 #include "lumivard/platform/stores/tMode.h"
 #include "stores/engine/Engine.h"
@@ -32,6 +33,7 @@ public:
         std::size_t mapSize = 0;         ///< bytes of address space to begin with; 0: by the size of the file
         std::optional<long> fileSystem;  ///< instead of what statfs says
         bool verify = false;             ///< measures every page at opening: for files that may be damaged
+        tProgress progress = {};         ///< hears of that
     };
 
     /// Opens the file, created before with `tMode::kWrite` if there is none. Throws `EngineError` when it is refused.
@@ -39,7 +41,7 @@ public:
     ~LmdbEngine() override;
 
     /// Measures all pages of the snapshot, and with `values` the checksum of each stored record.
-    FileReport verify(bool values);
+    FileReport verify(bool values, const tProgress& progress);
 
     /// Shows all records of the snapshot, by rising offset. The bytes stand during the call alone.
     void forEachRecord(const std::function<void(std::uint64_t, std::span<const std::byte>)>& visit);

@@ -90,7 +90,11 @@ bool PageVerifier::_use(std::uint64_t number, std::uint64_t count) {
         _fault("container.length", "it ends before " + pageName(number + count - 1), number);
         return false;
     }
-    if (!_marks || _used.insert(number, count)) return true;
+    if (!_marks) return true;
+    if (_used.insert(number, count)) {
+        _goOn();
+        return true;
+    }
     _fault("container.shared", pageName(number) + " is in use twice", number);
     return false;
 }

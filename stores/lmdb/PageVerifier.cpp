@@ -146,7 +146,8 @@ void PageVerifier::_header(const Leaf& leaf) {
 
 // --- All of it
 
-void PageVerifier::verifyAll(bool values) {
+void PageVerifier::verifyAll(bool values, const tProgress& progress) {
+    _progress = progress;
     verifyHeader();
     if (_report.faultCount != 0) return;
     _marks = true;
@@ -182,6 +183,7 @@ void PageVerifier::_checksum(const Leaf& leaf) {
     std::uint64_t left = sound ? leaf.node.size - trailer : 0;
     std::vector<std::byte> piece;
     for (; sound && left != 0; left -= piece.size(), position += piece.size()) {
+        _goOn();  // a value may be long
         piece.resize(static_cast<std::size_t>(std::min(left, kPiece)));
         sound = _file.read(position, piece);
         sum = crc32c(piece, sum);

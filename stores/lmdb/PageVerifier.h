@@ -8,10 +8,12 @@
 #include <string>
 #include <vector>
 
+#include "lumivard/platform/stores/FileOptions.h"
 #include "lumivard/platform/stores/FileReport.h"
 #include "stores/lmdb/PageFormat.h"
 #include "stores/lmdb/PageReader.h"
 #include "stores/lmdb/PageSet.h"
+#include "stores/lmdb/Progress.h"
 
 namespace lumivard::platform::stores::lmdb {
 
@@ -38,7 +40,8 @@ public:
     void verifyHeader();
 
     /// Examines all pages that are in use, the free list, and with `values` the checksum of each stored value.
-    void verifyAll(bool values);
+    /// `progress` hears of each page in use; ended by it, it throws `EngineError`.
+    void verifyAll(bool values, const tProgress& progress = {});
 
     /// What was found so far.
     const FileReport& report() const { return _report; }
@@ -81,6 +84,7 @@ private:
     void _visitNodes(const Frame& frame, std::size_t first, const Visit& visit);
 
     bool _use(std::uint64_t number, std::uint64_t count);
+    void _goOn() const { goOn(_progress, _used.size(), _meta.lastPage + 1); }
     bool _soundOverflow(const Leaf& leaf, std::uint64_t first);
 
     void _record(const Leaf& leaf, bool values);
@@ -96,6 +100,7 @@ private:
     std::uint64_t _filePages = 0;
     bool _marks = false;  // each page that is used; not on the one way down to the header
     PageSet _used;
+    tProgress _progress;
     std::vector<std::uint64_t> _free;
     bool _headerSeen = false;
     std::uint64_t _extent = 0;

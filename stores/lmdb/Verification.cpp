@@ -39,12 +39,12 @@ FileReport verifyHeader(int descriptor) {
     }
 }
 
-std::optional<FileReport> verifyAll(int descriptor, std::uint64_t transaction, bool values) {
+std::optional<FileReport> verifyAll(int descriptor, std::uint64_t transaction, bool values, const tProgress& progress) {
     for (int tries = 1;; ++tries) {
         PageVerifier verifier{PageReader(descriptor)};
         if (verifier.readMetas()) {
             if (!verifier.useTransaction(transaction)) return std::nullopt;
-            verifier.verifyAll(values);
+            verifier.verifyAll(values, progress);
         } else if (tries < kMostTries) {
             continue;  // a writer may have changed one of them meanwhile
         }

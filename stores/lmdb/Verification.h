@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 
+#include "lumivard/platform/stores/FileOptions.h"
 #include "lumivard/platform/stores/FileReport.h"
 #include "stores/engine/EngineError.h"
 
@@ -16,8 +17,9 @@ namespace lumivard::platform::stores::lmdb {
 FileReport verifyHeader(int descriptor);
 
 /// Every page of the state that a transaction of LMDB's holds still, and with `values` every stored record's checksum.
-/// Nothing when the file has forgotten the beginning of that state, since two commits have come after it.
-std::optional<FileReport> verifyAll(int descriptor, std::uint64_t transaction, bool values);
+/// Nothing when the file has forgotten the beginning of that state, since two commits have come after it. `progress`
+/// hears of each page, and may end it.
+std::optional<FileReport> verifyAll(int descriptor, std::uint64_t transaction, bool values, const tProgress& progress);
 
 /// Whether a file ends before the last of its pages. In order where those behind its end are free, which only the
 /// examination of all pages can tell.

@@ -229,7 +229,10 @@ TEST_P(Visitor, IsShownWhatSetsAre) {
 /// Notes names, and the texts and defaults that follow them.
 class Telling : public IVisitor {
 public:
-    void root(std::wstring_view name) override { said.push_back(L"root " + told(name)); }
+    void root(const tRoot& item) override {
+        static constexpr const wchar_t* kpKinds[] = {L"root ", L"table ", L"node ", L"group ", L"link "};
+        said.push_back(kpKinds[item.kind] + told(item.name) + told(item.base) + told(item.target));
+    }
     void primitive(const tPrimitive& item) override { said.push_back(told(item.name)); }
     bool table(const tTable& item) override { return enterSet(item.name); }
     bool container(const tContainer& item) override { return enterSet(item.name); }
@@ -287,6 +290,24 @@ TEST_P(VisitorOfTexts, IsNotShownThoseOfASetThatItDoesNotEnter) {
     telling.closed = L"table";
     EXPECT_TRUE(IVisitor::visit(store(), L"top", telling));
     EXPECT_THAT(telling.said, ElementsAre(L"top", L"fr-fr: Haut", L"table"));
+}
+
+TEST_P(VisitorOfTexts, IsShownWhatADocumentHasAtItsTopInPlaceOfARoot) {
+    const auto shown = [&](const std::string& document) {
+        const auto other = lumivard::platform::stores::memory();
+        lumivard::platform::core::io::MemoryReader reader(document);
+        lumivard::platform::data::format::xml::IXMLFrontEnd::parse(other.get(), &reader, nullptr, nullptr, nullptr);
+        Telling telling;
+        EXPECT_TRUE(IVisitor::visit(other.get(), L"", telling));
+        return telling.said;
+    };
+    EXPECT_THAT(shown("<node name='n'><name locale='de-de'>N</name><bool name='b'/></node>"),
+                ElementsAre(L"node n", L"de-de: N", L"b"));
+    EXPECT_THAT(shown("<group name='g'/>"), ElementsAre(L"group g"));
+    EXPECT_THAT(shown("<link name='l' to='x'/>"), ElementsAre(L"link lx"));
+    EXPECT_THAT(shown("<table name='t'><default unit='Inch' type='vec3'/><bool name='b'/></table>"),
+                ElementsAre(L"table t", inch, L"b"));
+    EXPECT_THAT(shown("<group name='a group with a long name'/>"), ElementsAre(L"group a group with a long name"));
 }
 
 TEST_P(VisitorOfTexts, IsShownTheRootWithItsOwnWhereTheWholeStoreIsShown) {

@@ -44,6 +44,22 @@ TEST_P(EasyMake, IsKnownToTheObjectThatItWentThrough) {
     EXPECT_TRUE(model().property(L"t"));
 }
 
+TEST_P(EasyMake, TakesTheNameOfAnItemThatIsGoneThoughTheObjectStillKnowsIt) {
+    easy::make(model(), L"a");
+    easy::makeTable(model(), L"t");
+    easy::set(model(), L"v", 1);
+    const auto known = model().container(L"a");
+    const auto kept = std::pair(model().property(L"t"), model().property(L"v"));
+    for (const wchar_t* name : {L"a", L"t", L"v"}) top()->destroy(name);
+    ASSERT_TRUE(model().has(L"v")) << "it still knows that";
+    EXPECT_TRUE(easy::make(model(), L"a"));
+    EXPECT_TRUE(easy::makeTable(model(), L"t"));
+    EXPECT_TRUE(easy::set(model(), L"v", 2));
+    EXPECT_THAT(stored<int>(L"v"), ElementsAre(2));
+    EXPECT_TRUE(find(L"top.a"));
+    EXPECT_TRUE(metadata::ITable::to(there(L"t").get()));
+}
+
 TEST_P(EasyMake, BeginsAtTheTopOfAStoreAndSetsItUp) {
     const auto made = easy::make(other(), L"model");
     ASSERT_TRUE(made);

@@ -51,6 +51,13 @@ TEST_P(EasyVisit, TellsWhereEachItemStands) {
     EXPECT_TRUE(found);
 }
 
+TEST_P(EasyVisit, TellsThePathOfThePrimitiveThatAPathGoesOneNameBeyond) {
+    fill();
+    EXPECT_THAT(shown(store(), L"top.first.beyond"), ElementsAre(L"0 top.first"));
+    EXPECT_THAT(shown(model(), L"first.beyond"), ElementsAre(L"0 first"));
+    EXPECT_THAT(shown(model(), L"table.value.beyond"), ElementsAre(L"0 table.value"));
+}
+
 TEST_P(EasyVisit, TellsPathsThatGetTakes) {
     fill();
     easy::set(model(), L"first", 3);

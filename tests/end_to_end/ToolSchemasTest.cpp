@@ -67,7 +67,7 @@ TEST_F(ToolValidation, NamesASchemaThatIsNotThere) {
     const tRun none = validate("", "S;Nope");
     EXPECT_EQ(none.status, 3);
     EXPECT_EQ(none.out, "");
-    EXPECT_EQ(none.err, "lvp-data: no schema \"Nope\" in " + path("schema.xml") + "\n");
+    EXPECT_EQ(none.err, "lvp-data: no schema \"Nope\" in " + path("schema.xml") + "; there are such as S, Empty\n");
 }
 
 TEST_F(ToolValidation, LooksAtTablesInContainersToo) {
@@ -91,6 +91,7 @@ TEST_F(Tool, ImportsMaterialsWithTheirSchemas) {
     EXPECT_EQ(valid.out, "Carbon.Graphite conforms to Mechanical;Thermal\n");
     EXPECT_NE(run("tree " + path("m.lvp") + " Carbon").out.find("class Mechanical;Thermal"), std::string::npos);
     EXPECT_EQ(run("tree " + path("m.lvp") + " Carbon").out.find("YieldStrength"), std::string::npos) << "it is hidden";
+    EXPECT_NE(run("tree --hidden " + path("m.lvp") + " Carbon").out.find("YieldStrength"), std::string::npos);
 }
 
 TEST_F(Tool, TakesSchemasFromSeveralStoresAndDocuments) {
@@ -146,6 +147,22 @@ TEST_F(Tool, PrintsTheFaultsOfSchemaDocuments) {
     EXPECT_EQ(shown.status, 1);
     EXPECT_EQ(shown.err, faulty + ":1:32: nonsense : unknown element, skipping\n");
     EXPECT_EQ(shown.out.substr(0, 2), "S:");
+}
+
+TEST_F(Tool, NamesSchemasThatAreNearToOneThatThereIsNot) {
+    const auto refusal = [&](const std::string& uri, const std::string& document) {
+        const tRun refused = run("schema " + uri + " --schemas " + document);
+        EXPECT_EQ(refused.status, 3);
+        const std::string begin = "lvp-data: no schema \"" + uri + "\" in " + document;
+        EXPECT_EQ(refused.err.substr(0, begin.size()), begin);
+        return refused.err.substr(std::min(begin.size(), refused.err.size()));
+    };
+    const std::string some =
+        document("<root name='s'><table name='Thermal'/><group name='g'><table name='Pose'/></group></root>");
+    EXPECT_EQ(refusal("thermall", some), "; near to it: Thermal\n");
+    EXPECT_EQ(refusal("g.pose", some), "; near to it: g.Pose\n");
+    EXPECT_EQ(refusal("zzz", some), "; there are such as Thermal, g.Pose\n");
+    EXPECT_EQ(refusal("Pose", document("<root name='s'/>")), ": a schema is a table, and there is none\n");
 }
 
 TEST_F(Tool, NamesSchemasThatItCannotOpen) {

@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "lumivard/platform/data.h"
+#include "lumivard/platform/stores.h"
 #include "tests/end_to_end/ToolFixture.h"
 
 // The command-line tool, run as a user runs it.
@@ -9,6 +11,8 @@
 namespace {
 
 using namespace lumivard::platform::test_support;
+namespace data = lumivard::platform::data;
+namespace stores = lumivard::platform::stores;
 
 TEST_F(Tool, ImportsExportsAndImportsTheSame) {
     ASSERT_EQ(run("import " + materials + " " + path("a.lvp")).status, 0);
@@ -51,6 +55,40 @@ TEST_F(Tool, ShowsNamesKindsValuesAndUnits) {
               "│  └─ text = a | b  [string]\n"
               "└─ l  [link]  to g\n");
     EXPECT_EQ(run("tree " + store + " g.length").out, "length = 2.5 3 Meter  [double]\n");
+}
+
+TEST_F(Tool, ShowsInTreesWhatDocumentsCannotCarry) {
+    data::structure::IContainerFrontEnd::toplevel(stores::file(path("odd.lvp"), stores::tMode::kWrite).get(), L"a\x01");
+    EXPECT_EQ(run("tree " + path("odd.lvp") + " 'a\x01'").out, "a\\x01  [group]\n");
+}
+
+TEST_F(Tool, ShowsInTreesAndJsonWhatStandsAtTheTopHiddenOrNot) {
+    const std::string whole = path("whole.lvp");
+    ASSERT_EQ(run("import " + materials + " " + whole + " --schemas " + schemas).status, 0);
+    ASSERT_EQ(run("export " + whole + " Carbon.Graphite -o " + path("part.xml")).status, 0);
+    const std::string part = path("part.lvp");
+    ASSERT_EQ(run("import " + path("part.xml") + " " + part + " --schemas " + schemas).status, 0);
+    EXPECT_EQ(run("tree " + part).out.substr(0, 8), "Graphite");
+    EXPECT_EQ(run("tree " + part).out.find("ShearModulus"), std::string::npos);
+    EXPECT_NE(run("tree --hidden " + part).out.find("ShearModulus"), std::string::npos);
+    EXPECT_EQ(run("tree --json " + part).out.find("ShearModulus"), std::string::npos);
+    EXPECT_NE(run("tree --json --hidden " + part).out.find("ShearModulus"), std::string::npos);
+    EXPECT_EQ(run("ls --json " + part).out.find("ShearModulus"), std::string::npos);
+}
+
+TEST_F(Tool, SaysThatNoPathLeadsToAValueAtTheTop) {
+    const tRun shown = run("tree " + imported("<int8 name='v'>5</int8>"));
+    EXPECT_EQ(shown.status, 3);
+    EXPECT_EQ(shown.err, "lvp-data: at the top of the store " + path("store.lvp") +
+                             " there is a value, which no path leads to; lvp-data export shows it\n");
+}
+
+TEST_F(Tool, ShowsTreesOfManyLevelsWithoutTheirFirstBranches) {
+    std::string items = "<int8 name='x'/>";
+    for (int level = 0; level < 103; ++level) items = "<node name='n'>" + items + "<node name='m'/></node>";
+    const std::string out = run("tree " + imported("<root name='r'>" + items + "</root>")).out;
+    EXPECT_NE(out.find("\n(4 levels) │  "), std::string::npos) << out;
+    EXPECT_EQ(out.find("(5 levels)"), std::string::npos);
 }
 
 TEST_F(Tool, ExportsOneItemByItsPath) {

@@ -8,6 +8,7 @@
 #include "lumivard/platform/core.h"
 #include "lumivard/platform/data.h"
 #include "lumivard/platform/data/check/Check.h"
+#include "lumivard/platform/data/easy.h"
 #include "lumivard/platform/stores.h"
 
 namespace {
@@ -19,6 +20,7 @@ using core::storage::datastore::IDataStore;
 using core::storage::datastore::IRecordAccess;
 using core::xml::XMLCallback;
 using data::format::xml::IXMLFrontEnd;
+using data::structure::IVisitor;
 
 /// The place of a virtual function in its class's table, as compilers of this platform write it in a pointer to the
 /// function: one more than its distance in bytes from the table's beginning.
@@ -67,6 +69,16 @@ TEST(Places, InTheAccessToAStoreStay) {
     EXPECT_EQ(place(&IRecordAccess::leave), 5);
     EXPECT_EQ(place(&IRecordAccess::changes), 6);
     EXPECT_EQ(place(&IRecordAccess::attachment), 7);
+}
+
+TEST(Places, InVisitorsStay) {
+    EXPECT_EQ(place(&IVisitor::root), 2);
+    EXPECT_EQ(place(&IVisitor::primitive), 3);
+    EXPECT_EQ(place(&IVisitor::table), 4);
+    EXPECT_EQ(place(&IVisitor::container), 5);
+    EXPECT_EQ(place(&IVisitor::text), 6);
+    EXPECT_EQ(place(&IVisitor::unitDefault), 7);
+    EXPECT_EQ(place(&IVisitor::leave), 8);
 }
 
 TEST(Places, InReadersAndWritersStay) {
@@ -120,7 +132,9 @@ TEST(Sizes, OfWhatClientsMakeStay) {
     EXPECT_EQ(sizeof(data::check::Report), 280u);
     EXPECT_EQ(sizeof(data::check::Step), 80u);
     EXPECT_EQ(sizeof(data::check::Repair), 584u);
-    EXPECT_EQ(sizeof(stores::FileOptions), 2u);
+    EXPECT_EQ(sizeof(stores::FileOptions), 40u);
+    EXPECT_EQ(sizeof(data::easy::Place), 16u);
+    EXPECT_EQ(sizeof(data::easy::tAs), 8u);
     EXPECT_EQ(sizeof(stores::FileFault), 72u);
     EXPECT_EQ(sizeof(stores::FileReport), 80u);
 }

@@ -104,6 +104,21 @@ TEST_F(DiffVerb, TellsChangedUnitsAndKinds) {
     expectDiff("<node name='n'/>", "<group name='n'/>", "~ n: kind node -> group\n");
 }
 
+TEST_F(DiffVerb, ComparesNumbersOfDifferentKindsAsNumbers) {
+    const auto expect = [&](const std::string& real, const std::string& kind, const std::string& other,
+                            const std::string& lines, const std::string& options = "") {
+        const std::string item = "<" + kind + " name='x'>" + other + "</" + kind + ">";
+        expectDiff(numbers(real), group(item), "~ g.x: kind double -> " + kind + "\n" + lines, options);
+    };
+    expect("-0", "int32", "0", "");
+    expect("100000", "int32", "100000", "");  // as a real number it is written 1e+05
+    expect("0.1", "scalar", "0.1", "");
+    expect("0.5", "scalar", "0.5000001", "", "--tolerance 1e-6");
+    expect("0.5", "scalar", "0.6", "~ g.x: 0.5 -> 0.6\n");
+    // The neighbour of a number that is too large for a double is not that number.
+    expect("9007199254740992", "int64", "9007199254740993", "~ g.x: 9007199254740992 -> 9007199254740993\n");
+}
+
 TEST_F(DiffVerb, TellsAnItemOfAnotherSortAsRemovedAndAdded) {
     expectDiff(group("<int8 name='i'>5</int8>"), group("<table name='i'/>"), "- g.i = 5 [int8]\n+ g.i [table]\n");
 }

@@ -25,7 +25,8 @@ protected:
         EXPECT_EQ(refused.status, status) << command;
         EXPECT_EQ(refused.err, "lvp-data: " + words + "\n");
         EXPECT_EQ(refused.out, "");
-        EXPECT_EQ(run("tree " + store).out, before) << command;
+        const tRun after = run("tree " + store);
+        EXPECT_EQ(after.out, before) << command << ": " << after.status << " " << after.err;
     }
     std::string get(const std::string& path) const { return run("get " + store + " " + path).out; }
     void expectDone(const std::string& command) const {
@@ -149,8 +150,7 @@ TEST_F(ValueVerbs, ShowAsJsonWhatIsHiddenWhenItIsNamed) {
     EXPECT_THAT(run("tree --json " + store + " a.h.ThermalConductivity").out,
                 HasSubstr("\"flags\":[\"inherited\",\"hidden\"]"));
     EXPECT_EQ(run("tree --json " + store + " a.h").out.find("hidden"), std::string::npos);
-    EXPECT_THAT(run("tree " + store + " a.h.ThermalConductivity").err,
-                HasSubstr("does not show in documents: it is hidden"));
+    EXPECT_THAT(run("tree " + store + " a.h.ThermalConductivity").out, testing::StartsWith("ThermalConductivity"));
 }
 
 TEST_F(ValueVerbs, RemoveNothingFromATableAtTheTop) {
@@ -215,7 +215,7 @@ TEST_F(ValueVerbs, MakeEachKindOfItem) {
     expectDone("mk " + store + " a.g.e string");
     EXPECT_EQ(run("tree " + store + " a.g").out,
               "g  [group]  en-us \"Group\"\n├─ l  [link]  to a.n\n├─ t  [table]\n│  ├─ inner  [table]\n│  └─ v = 1 2 3 "
-              "Meter  [vector3]\n├─ d = 2.5 Inch  [double]\n├─ b = 1  [bool]\n└─ e  [string]\n");
+              "Meter  [vector3]\n├─ d = 2.5 Inch  [double]\n├─ b = true  [bool]\n└─ e  [string]\n");
 }
 
 TEST_F(ValueVerbs, MakeAStoreWithItsFirstGroup) {

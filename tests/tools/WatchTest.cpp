@@ -72,6 +72,28 @@ TEST(Watch, ForgetsAnEndThatWasAskedOfEarlierWork) {
     EXPECT_NO_THROW(watch.advance());
 }
 
+TEST(Watch, OfAPartOfWorkEndsItWhenTheWholeWasInterrupted) {
+    Watch whole("view", "looks");
+    std::raise(SIGINT);
+    Watch part("opening", "pages");
+    EXPECT_THROW(part.advance(), Interrupted);
+}
+
+TEST(Watch, OfAPartOfWorkLeavesTheWholeToBeInterrupted) {
+    Watch whole("view", "looks");
+    { Watch part("opening", "pages"); }
+    std::raise(SIGINT);
+    EXPECT_THROW(whole.advance(), Interrupted);
+}
+
+TEST(Watch, HearsTheProgressOfALibrary) {
+    Watch watch("compact", "steps");
+    EXPECT_TRUE(watch.listener()(3, 10));
+    EXPECT_EQ(watch.done(), 3u);
+    std::raise(SIGINT);
+    EXPECT_THROW(watch.listener()(4, 10), Interrupted);
+}
+
 // --- A store
 
 class WatchedFile : public testing::Test {

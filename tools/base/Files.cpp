@@ -14,6 +14,7 @@
 #include "lumivard/platform/core/io/FileWriter.h"
 #include "lumivard/platform/stores.h"
 #include "tools/base/ExitStatus.h"
+#include "tools/base/Watch.h"
 
 namespace lvp::tool {
 
@@ -24,9 +25,10 @@ namespace {
 std::unique_ptr<IDataStore> openStore(const std::string& store, stores::tMode mode) {
     if (store == "memory:")
         throw Failure(kCannotOpen, "a store in memory would be gone with this command: give a file");
+    Watch watch("opening " + store, "pages");
     try {
         // Whoever turns to the tool may do so because a file is damaged: every page is measured first.
-        return stores::open(store, mode, {.verify = true});
+        return stores::open(store, mode, {.verify = true, .progress = watch.listener()});
     } catch (const stores::StoreError& error) {
         if (isDocument(store)) {
             throw Failure(kCannotOpen, store + " is an XML document and no store: lvp-data import makes a store of it");

@@ -1,6 +1,6 @@
 #include "tools/base/Units.h"
 
-#include <map>
+#include <set>
 #include <unordered_map>
 
 #include "tools/base/ExitStatus.h"
@@ -16,13 +16,23 @@ std::string_view trimmed(std::string_view name) {
     return name.substr(0, name.find_last_not_of(' ') + 1);
 }
 
-std::vector<tUnitRow> rows() {
-    std::vector<tUnitRow> rows;
-    std::map<int, bool> known;
-#define LVP_UNIT(enumerator, identifier, name) \
-    rows.push_back({units::enumerator, trimmed(name), known.emplace(identifier, true).second});
+struct tEntry {
+    tUnit unit;
+    const char* name;
+};
+
+constexpr tEntry kEntries[] = {
+#define LVP_UNIT(enumerator, identifier, name) {units::enumerator, name},
 #include "lumivard/platform/data/units/UnitTable.inc"
 #undef LVP_UNIT
+};
+
+std::vector<tUnitRow> rows() {
+    std::vector<tUnitRow> rows;
+    std::set<tUnit> known;
+    for (const tEntry& entry : kEntries) {
+        rows.push_back({entry.unit, trimmed(entry.name), known.insert(entry.unit).second});
+    }
     return rows;
 }
 

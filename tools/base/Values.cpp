@@ -149,6 +149,18 @@ std::vector<std::string> valuesOf(tValue kind, std::span<const char> bytes) {
     return values;
 }
 
+std::vector<long double> numbersOf(tValue kind, std::span<const char> bytes) {
+    std::vector<long double> numbers;  // whose mantissa takes 64 bits
+    if (formOf(kind) != tForm::kIntegers && formOf(kind) != tForm::kReals) return numbers;
+    withType(kind, [&](auto number) {
+        for (std::size_t i = 0; i + sizeof number <= bytes.size(); i += sizeof number) {
+            std::memcpy(&number, bytes.data() + i, sizeof number);
+            numbers.push_back(static_cast<long double>(number));
+        }
+    });
+    return numbers;
+}
+
 std::vector<char> parseValues(tValue kind, std::span<const std::string> values) {
     std::vector<char> bytes;
     const unsigned int components = componentsOf(kind);

@@ -33,6 +33,9 @@ std::vector<char> bytesOf(const IVisitor::tPrimitive& item);
 /// The values in such bytes as people type and read them, one text each: a number, a text, or all bytes in base64.
 std::vector<std::string> valuesOf(tValue kind, std::span<const char> bytes);
 
+/// The numbers in such bytes, exactly, of a kind whose values are integers or real numbers; of other kinds none.
+std::vector<long double> numbersOf(tValue kind, std::span<const char> bytes);
+
 /// The bytes of values as they were typed: the reverse of `valuesOf`. What cannot be read as a value of the kind, or
 /// lies out of its range, is a failure of `kWrongUsage` that says which value, and what would do.
 std::vector<char> parseValues(tValue kind, std::span<const std::string> values);

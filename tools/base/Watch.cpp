@@ -13,6 +13,7 @@ constexpr unsigned int kBetweenLooks = 256;  // calls between two looks at the c
 constexpr std::chrono::milliseconds kBetweenLines{100};
 
 volatile sig_atomic_t theEndIsAskedFor = 0;
+unsigned int theWatches = 0;
 
 void ask(int) {
     theEndIsAskedFor = 1;
@@ -33,7 +34,7 @@ Watch::Watch(std::string doing, std::string unit, std::uint64_t total)
       _total(total),
       _terminal(::isatty(STDERR_FILENO) == 1),
       _next(std::chrono::steady_clock::now() + kBetweenLines) {
-    theEndIsAskedFor = 0;
+    if (theWatches++ == 0) theEndIsAskedFor = 0;
     struct sigaction action {};
     action.sa_handler = ask;
     action.sa_flags = SA_RESTART | static_cast<int>(SA_RESETHAND);
@@ -44,6 +45,7 @@ Watch::Watch(std::string doing, std::string unit, std::uint64_t total)
 }
 
 Watch::~Watch() {
+    --theWatches;
     for (std::size_t i = 0; i < kSignals; ++i) ::sigaction(kAsked[i], &_before[i], nullptr);
     if (_shown) std::cerr << "\r\x1b[K" << std::flush;
 }
@@ -60,6 +62,14 @@ void Watch::reached(std::uint64_t done) {
     if (now < _next) return;
     _next = now + kBetweenLines;
     show();
+}
+
+std::function<bool(unsigned long long, unsigned long long)> Watch::listener() {
+    return [this](unsigned long long done, unsigned long long all) {
+        total(all);
+        reached(done);
+        return true;
+    };
 }
 
 void Watch::show() {

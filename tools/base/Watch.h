@@ -5,6 +5,7 @@
 #include <array>
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <string>
 
 namespace lvp::tool {
@@ -16,8 +17,8 @@ struct Interrupted {
 };
 
 /// Long work: says on standard error how far it is, where that is a terminal, and ends when the user asks for it, by an
-/// interrupt (Ctrl-C), a request to terminate, or a terminal that goes away. A second one ends the process at once. One
-/// at a time.
+/// interrupt (Ctrl-C), a request to terminate, or a terminal that goes away. A second one ends the process at once.
+/// Work that is a part of other work has a watch of its own, which ends before the other's.
 class Watch {
 public:
     /// What is done, and what its progress is counted in: "import", "bytes". `total` 0 is unknown.
@@ -29,6 +30,9 @@ public:
     /// So much is done, of the total. Throws `Interrupted` when the user has asked for an end. Costs next to nothing.
     void reached(std::uint64_t done);
     void advance(std::uint64_t more = 1) { reached(_done + more); }
+
+    /// Hears the progress of the library, with its total.
+    std::function<bool(unsigned long long done, unsigned long long total)> listener();
 
     /// Whether the user has asked for an end.
     static bool interrupted();

@@ -49,12 +49,9 @@ void requireSense(const tOptions& options) {
         throw Failure(kWrongUsage, "--to-path names the item in B to which that of --path in A is compared: give both");
     }
     if (!std::isfinite(options.tolerance)) throw Failure(kWrongUsage, "--tolerance takes a number");
-    std::vector<std::string> inputs = options.schemas;
-    inputs.insert(inputs.end(), {options.a, options.b});
-    for (const std::string& input : inputs) {
-        if (options.output.empty() || !isSameFile(input, options.output)) continue;
-        throw Failure(kCannotOpen, options.output + " would replace " + input + ", which is compared");
-    }
+    std::vector<std::string> others = options.schemas;
+    others.push_back(options.b);
+    refuseOutput("the comparison", options.output, options.a, others);
 }
 
 /// One side while it is compared: the source, under one guard all the time so that all that is read belongs together,
@@ -119,7 +116,7 @@ private:
 class Output {
 public:
     explicit Output(const std::string& file) : _name(file) {
-        if (!file.empty()) _file = openOutput("the differences to", file);
+        if (!file.empty()) _file = openOutput("the comparison", file);
     }
 
     std::ostream& stream() {

@@ -18,8 +18,8 @@ ModelReader::ModelReader(TextPool& pool, Model& model, const tExtent& extent, bo
     for (const Glob& glob : *_extent.ignored) _states.back().push_back(glob.begin());
 }
 
-void ModelReader::root(std::wstring_view name) {
-    _model.nameRoot(_pool.add(name));
+void ModelReader::root(const tRoot& shown) {
+    _model.nameRoot(_pool.add(shown.name));
     _last = 0;
 }
 

@@ -20,7 +20,7 @@ class ModelReader : public IVisitor {
 public:
     ModelReader(TextPool& pool, Model& model, const tExtent& extent, bool wholeStore);
 
-    void root(std::wstring_view name) override;
+    void root(const tRoot& shown) override;
     void primitive(const tPrimitive& item) override;
     bool table(const tTable& item) override;
     bool container(const tContainer& item) override;

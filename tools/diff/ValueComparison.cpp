@@ -33,6 +33,19 @@ Real realAt(const char* bytes) {
     return number;
 }
 
+/// Where lists of so many values differ, of which `equal` compares those at an index.
+template <class Equal>
+ValueComparison::tUnlike differing(std::size_t left, std::size_t right, Equal equal) {
+    const std::size_t common = std::min(left, right);
+    ValueComparison::tUnlike found{.first = common, .differing = std::max(left, right) - common};
+    for (std::size_t i = common; i-- > 0;) {
+        if (equal(i)) continue;
+        found.first = i;
+        ++found.differing;
+    }
+    return found;
+}
+
 /// A part of values that are there as texts.
 tSide part(tForm form, std::vector<std::string> values, std::uint64_t start, std::uint64_t most) {
     tSide side{.sort = tSide::tSort::kValues, .form = form, .values = {}, .start = start, .count = values.size()};
@@ -49,27 +62,28 @@ std::uint64_t ValueComparison::startOf(std::uint64_t count, std::uint64_t first,
     return std::min(first - std::min(first, kBefore), count - 1);
 }
 
-template <class Real>
-bool ValueComparison::equalReals(const char* a, const char* b) const {
-    const auto x = static_cast<double>(realAt<Real>(a));
-    const auto y = static_cast<double>(realAt<Real>(b));
+template <class Number>
+bool ValueComparison::equalNumbers(Number x, Number y) const {
     if (x == y || (std::isnan(x) && std::isnan(y))) return true;
     if (!std::isfinite(x) || !std::isfinite(y)) return false;
     if (!(_tolerance > 0) || x == 0 || y == 0) return false;
-    const double larger = std::max(std::abs(x), std::abs(y));
-    const double apart = std::abs(x - y);
+    const Number larger = std::max(std::abs(x), std::abs(y));
+    const Number apart = std::abs(x - y);
     return std::isfinite(apart) ? apart <= _tolerance * larger : std::abs(x / 2 - y / 2) <= _tolerance * (larger / 2);
 }
 
 bool ValueComparison::equalElements(tForm form, std::size_t stride, const char* a, const char* b) const {
-    if (form == tForm::kReals) return stride == sizeof(float) ? equalReals<float>(a, b) : equalReals<double>(a, b);
+    if (form == tForm::kReals) {
+        return stride == sizeof(float) ? equalNumbers<double>(realAt<float>(a), realAt<float>(b))
+                                       : equalNumbers(realAt<double>(a), realAt<double>(b));
+    }
     if (form == tForm::kTruths) return (*a != 0) == (*b != 0);
     return std::memcmp(a, b, stride) == 0;
 }
 
 ValueComparison::tUnlike ValueComparison::unlike(const tPrimitive& a, const tPrimitive& b, bool all) {
     const tForm form = formOf(a.valuetype);
-    if (a.valuetype != b.valuetype) return unlikeTexts(a, b);
+    if (a.valuetype != b.valuetype) return unlikeKinds(a, b);
     if (form == tForm::kTexts) return sameBytes(a, b) ? tUnlike{} : unlikeTexts(a, b);
     const std::uint32_t common = std::min(a.dimension, b.dimension);
     tUnlike found{.first = common, .differing = std::max(a.dimension, b.dimension) - common};
@@ -102,14 +116,21 @@ bool ValueComparison::sameBytes(const tPrimitive& a, const tPrimitive& b) {
 ValueComparison::tUnlike ValueComparison::unlikeTexts(const tPrimitive& a, const tPrimitive& b) {
     const std::vector<std::string> left = valuesOf(a.valuetype, bytesOf(a));
     const std::vector<std::string> right = valuesOf(b.valuetype, bytesOf(b));
-    const std::size_t common = std::min(left.size(), right.size());
-    tUnlike found{.first = common, .differing = std::max(left.size(), right.size()) - common};
-    for (std::size_t i = common; i-- > 0;) {
-        if (left[i] == right[i]) continue;
-        found.first = i;
-        ++found.differing;
-    }
-    return found;
+    return differing(left.size(), right.size(), [&](std::size_t i) { return left[i] == right[i]; });
+}
+
+// What is written the same is equal, though a float that is written 0.1 is not quite that; and so are equal numbers.
+ValueComparison::tUnlike ValueComparison::unlikeKinds(const tPrimitive& a, const tPrimitive& b) const {
+    const std::vector<char> bytesA = bytesOf(a);
+    const std::vector<char> bytesB = bytesOf(b);
+    const std::vector<std::string> left = valuesOf(a.valuetype, bytesA);
+    const std::vector<std::string> right = valuesOf(b.valuetype, bytesB);
+    const std::vector<long double> x = numbersOf(a.valuetype, bytesA);
+    const std::vector<long double> y = numbersOf(b.valuetype, bytesB);
+    const bool real = formOf(a.valuetype) == tForm::kReals || formOf(b.valuetype) == tForm::kReals;
+    const bool numbers = real && !x.empty() && !y.empty();
+    return differing(left.size(), right.size(),
+                     [&](std::size_t i) { return left[i] == right[i] || (numbers && equalNumbers(x[i], y[i])); });
 }
 
 std::uint64_t ValueComparison::hash(std::uint64_t seed, const tPrimitive& item) {

@@ -8,7 +8,7 @@
 namespace lvp::tool {
 
 /// Compares the values of primitives, which it reads in pieces. Texts are read whole, and so is everything where the
-/// kinds differ, since it is compared as it is written then.
+/// kinds differ.
 class ValueComparison {
 public:
     using tPrimitive = IVisitor::tPrimitive;
@@ -37,10 +37,11 @@ public:
 private:
     tUnlike unlike(const tPrimitive& a, const tPrimitive& b, bool all);
     static tUnlike unlikeTexts(const tPrimitive& a, const tPrimitive& b);
+    tUnlike unlikeKinds(const tPrimitive& a, const tPrimitive& b) const;
     bool sameBytes(const tPrimitive& a, const tPrimitive& b);
     bool equalElements(tForm form, std::size_t stride, const char* a, const char* b) const;
-    template <class Real>
-    bool equalReals(const char* a, const char* b) const;
+    template <class Number>
+    bool equalNumbers(Number x, Number y) const;
     std::uint32_t piece(const tPrimitive& item, std::uint32_t start);
     bool load(const tPrimitive& item, std::uint32_t start, std::uint32_t count, std::vector<char>& bytes);
 

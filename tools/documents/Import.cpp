@@ -43,7 +43,7 @@ struct tOutcome {
 /// Counts the items of a store, and sees whether there is a root.
 class Counting : public IVisitor {
 public:
-    void root(std::wstring_view) override { rooted = true; }
+    void root(const tRoot& item) override { rooted = item.kind == tRoot::kRoot; }
     void primitive(const tPrimitive&) override { ++items; }
     bool table(const tTable&) override { return ++items != 0; }
     bool container(const tContainer&) override { return ++items != 0; }

@@ -49,9 +49,8 @@ void writeText(JsonWriter& json, const char* key, std::wstring_view text) {
 
 }  // namespace
 
-/// What was asked for by name is shown, hidden or not.
 bool ItemJson::passesOver(unsigned char flags) const {
-    return (flags & kHidden) && !_extent.hidden && _levels > 0;
+    return (flags & kHidden) && !_extent.hidden && !(_extent.byPath && _levels == 0);
 }
 
 void ItemJson::begin(std::wstring_view name, const char* kind, unsigned char flags) {
@@ -156,6 +155,7 @@ void printItems(IDataStore& store, const std::string& storeName, const std::stri
     json.key("store").value(storeName);
     json.key("path").value(path);
     json.key("items").beginArray();
+    extent.byPath = !path.empty();
     ItemJson items(json, extent);
     visit(store, path, items);
     items.finish();

@@ -20,11 +20,12 @@ namespace lvp::tool {
 /// units and kinds, a link "to".
 class ItemJson : public lumivard::platform::data::structure::IVisitor {
 public:
-    /// How far it goes: so many levels, and below the first to hidden items only if they shall be shown. Of a set on
-    /// the last level there are neither "items" nor "texts".
+    /// How far it goes: so many levels, and to hidden items only if they shall be shown, or are what was asked for by
+    /// its path. Of a set on the last level there are neither "items" nor "texts".
     struct tExtent {
         std::size_t levels = SIZE_MAX;
         bool hidden = false;
+        bool byPath = true;
     };
 
     ItemJson(JsonWriter& json, tExtent extent) : _json(json), _extent(extent) {}

@@ -3,7 +3,6 @@
 
 #include "tools/Verbs.h"
 #include "tools/base/Files.h"
-#include "tools/documents/Document.h"
 #include "tools/items/ItemJson.h"
 #include "tools/items/Items.h"
 #include "tools/items/TreePrinter.h"
@@ -21,17 +20,23 @@ struct tOptions {
     bool hidden = false;
 };
 
+/// There is something, but no way to it.
+[[noreturn]] void refuseLoneValue(const std::string& store) {
+    throw Failure(kCannotOpen, "at the top of the store " + store +
+                                   " there is a value, which no path leads to; lvp-data export shows it");
+}
+
 tExitStatus printTree(const tOptions& options) {
     Schemas schemas(options.schemas);
     IDataStore& store = schemas.storeToRead(options.store);
+    if (!options.path.empty() && itemAt(store, options.path) == tItem::kNothing) {
+        refusePath(store, options.store, options.path);
+    }
     if (options.json) {
-        if (!options.path.empty() && itemAt(store, options.path) == tItem::kNothing) {
-            refusePath(store, options.store, options.path);
-        }
         printItems(store, options.store, options.path, {.hidden = options.hidden});
     } else {
-        TreePrinter printer;
-        readItem(store, options.store, options.path, schemas.locator(), printer);
+        TreePrinter printer(schemas.locator(), options.hidden, !options.path.empty());
+        if (!visit(store, options.path, printer)) refuseLoneValue(options.store);
         printer.print(std::cout);
     }
     flushOutput();
@@ -48,7 +53,7 @@ void declareTree(CommandLine& line) {
         .part(options->path)
         .schemas(options->schemas)
         .json(options->json)
-        .flag("--hidden", options->hidden, "Show what schemas have given and nobody has changed, too", "--json");
+        .flag("--hidden", options->hidden, "Show what schemas have given and nobody has changed, too");
 }
 
 }  // namespace lvp::tool

@@ -4,42 +4,50 @@
 #include <string>
 #include <vector>
 
-#include "lumivard/platform/core/xml/XMLCallback.h"
+#include "lumivard/platform/data/structure/IVisitor.h"
+#include "tools/schemas/Layouts.h"
 
 namespace lvp::tool {
 
-/// Gathers the events of a document and prints its items as a tree: a line for each, with name, value, unit, kind,
-/// schemas, target and display texts.
-class TreePrinter : public lumivard::platform::core::xml::XMLCallback {
+/// Gathers what it is shown and prints it as a tree: a line for each item, with name, value, unit, kind, schemas,
+/// target and display texts.
+class TreePrinter : public lumivard::platform::data::structure::IVisitor {
 public:
-    void notifyStartElement(const char* name, const char** attributes) override;
-    void notifyEndElement(const char* name) override;
-    void notifyStartNamespace(const char*, const char*) override {}
-    void notifyEndNamespace(const char*) override {}
-    void notifyCharacterData(const char* data, int length) override;
+    /// Structs are shown field by field where the locator, which may be null, knows their schema. `hidden`: with what
+    /// schemas have given and nobody has changed. What stands first is shown anyway if it was asked for by its path.
+    TreePrinter(lumivard::platform::data::metadata::ISchemaLocator* locator, bool hidden, bool byPath)
+        : _layouts(locator), _hidden(hidden), _byPath(byPath) {}
 
-    /// Prints what was gathered.
+    void root(const tRoot& item) override;
+    void primitive(const tPrimitive& item) override;
+    bool table(const tTable& item) override;
+    bool container(const tContainer& item) override;
+    void text(std::wstring_view locale, std::wstring_view text) override;
+    void unitDefault(lumivard::platform::data::units::tUnit units,
+                     lumivard::platform::data::metadata::tValue valuetype) override;
+    void leave() override { --_depth; }
+
+    /// Prints what was gathered. Of what lies deeper than 100 levels the first branches are left out, and counted,
+    /// since they would take the square of the depth.
     void print(std::ostream& out) const;
 
 private:
     struct tLine {
-        std::size_t depth = 0;
-        bool isValue = false;
-        std::string name;
-        std::string kind;
-        std::string units;
-        std::string notes;  ///< schemas, target, display texts
-        std::vector<std::string> values;
+        std::size_t depth;
+        std::string text;
     };
 
-    void startItem(const std::string& kind, const char** attributes);
-    static std::string describe(const tLine& line);
+    bool passesOver(unsigned char flags);
+    void add(std::wstring_view name, const std::string& value, const char* kind);
+    void note(const char* label, std::wstring_view text);
+    bool enter();
 
+    Layouts _layouts;
+    bool _hidden;
+    bool _byPath;
+    bool _passed = false;  ///< the item that came last was passed over
+    std::size_t _depth = 0;
     std::vector<tLine> _lines;
-    std::vector<std::size_t> _open;  ///< the lines of the open items, innermost last
-    std::string _sub;                ///< the open sub-element, or empty
-    std::string _locale;
-    std::string _text;
 };
 
 }  // namespace lvp::tool

@@ -41,11 +41,13 @@ public:
     bool faulty() const { return _faulty; }
 
     /// The schemas of a list of URIs, joined by ";", one by one. Throws a failure of `kCannotOpen` for one that is not
-    /// found.
+    /// found, which tells names that are near.
     std::vector<tNamedSchema> resolve(const std::string& uris) const;
 
 private:
     void readDocument(const std::string& document);
+    void search(IDataStore& store);
+    [[noreturn]] void refuse(const std::string& uri) const;
 
     struct tStore {
         std::string file;  ///< empty for a document
@@ -54,6 +56,7 @@ private:
 
     std::vector<std::string> _sources;
     std::vector<tStore> _stores;
+    std::vector<IDataStore*> _searched;                                  ///< those of them that hold schemas
     SharedPtr<ISchemaLocator> _locator = ISchemaLocator::make(nullptr);  // goes before the stores
     bool _faulty = false;
 };

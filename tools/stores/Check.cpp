@@ -30,8 +30,9 @@ bool isFile(const std::string& store) {
 
 stores::FileReport verify(const tCheckOptions& options) {
     if (!isFile(options.store)) return {};
+    Watch watch("check", "pages");
     try {
-        return stores::verify(options.store, options.whole || options.repair);
+        return stores::verify(options.store, options.whole || options.repair, {.progress = watch.listener()});
     } catch (const stores::StoreError& error) {
         throw Failure(kCannotOpen, error.what());
     }

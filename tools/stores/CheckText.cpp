@@ -97,6 +97,11 @@ void printEnd(const tCheckResult& result, std::ostream& out) {
     if (result.repair) printRepair(result, out);
     if (result.last()) printTotals(*result.last(), out);
     out << verdict(result) << '\n';
+    if (!result.repair && result.last() && result.last()->sound() && result.last()->unattached != 0) {
+        out << "what nothing reaches, as reading a document may leave it, goes with check --repair --reclaim; compact "
+               "then "
+               "gives its room back\n";
+    }
 }
 
 }  // namespace lvp::tool

@@ -20,13 +20,9 @@ struct tOptions {
 };
 
 void compact(const std::string& store) {
-    Watch watch("compact", "records");
+    Watch watch("compact", "steps");
     try {
-        stores::compact(store, {}, [&watch](unsigned long long done, unsigned long long total) {
-            watch.total(total);
-            watch.reached(done);
-            return true;
-        });
+        stores::compact(store, {.progress = watch.listener()});
     } catch (const stores::StoreError& error) {
         throw Failure(kCannotFinish, error.what());
     }

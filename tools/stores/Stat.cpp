@@ -72,13 +72,18 @@ struct tStatistics {
     std::uint64_t spare() const { return file.freePages * file.pageSize; }
 };
 
-tStatistics gather(const std::string& name) {
-    tStatistics statistics;
+stores::FileReport examine(const std::string& name) {
+    Watch watch("stat", "pages");
     try {
-        statistics.file = stores::verify(name, false);
+        return stores::verify(name, false, {.progress = watch.listener()});
     } catch (const stores::StoreError& error) {
         throw Failure(kCannotOpen, error.what());
     }
+}
+
+tStatistics gather(const std::string& name) {
+    tStatistics statistics;
+    statistics.file = examine(name);
     const auto store = openToRead(name);
     requireSetUp(*store, name);
     Watch watch("stat", "steps");

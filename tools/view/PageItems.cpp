@@ -15,8 +15,12 @@ class Gatherer : public structure::IVisitor {
 public:
     explicit Gatherer(tPageItems& items) : _items(items) {}
 
-    void root(std::wstring_view name) override {
-        add(tPageItems::kRoot, name, 0, kRootRecord);
+    void root(const tRoot& item) override {
+        static constexpr tPageItems::tKind kKinds[] = {tPageItems::kRoot, tPageItems::kTable, tPageItems::kNode,
+                                                       tPageItems::kGroup, tPageItems::kLink};
+        const std::size_t index = add(kKinds[item.kind], item.name, 0, kRootRecord);
+        note(_items.base, index, item.base);
+        if (item.kind == tRoot::kLink) note(_items.target, index, item.target);
         ++_level;
     }
 

@@ -4,14 +4,13 @@
 #include <cmath>
 #include <concepts>
 #include <cstring>
-#include <map>
 #include <string>
 #include <string_view>
 #include <utility>
 
-#include "lumivard/platform/data/metadata/ISchema.h"
 #include "tools/base/Values.h"
 #include "tools/items/Items.h"
+#include "tools/schemas/Layouts.h"
 
 namespace lvp::tool {
 
@@ -131,9 +130,9 @@ void writeField(JsonWriter& json, tValue kind, std::string_view bytes, unsigned 
 class Writer : public structure::IVisitor {
 public:
     Writer(JsonWriter& json, metadata::ISchemaLocator* locator, const tPageLimits& limits, tPageValues& values)
-        : _json(json), _locator(locator), _limits(limits), _values(values) {}
+        : _json(json), _layouts(locator), _limits(limits), _values(values) {}
 
-    void root(std::wstring_view) override { writeNone(); }
+    void root(const tRoot&) override { writeNone(); }
     bool table(const tTable&) override { return writeNone(); }
     bool container(const tContainer&) override { return writeNone(); }
 
@@ -199,15 +198,9 @@ private:
 
     /// The layout by which a struct can be shown; null for none.
     IStructLayout* layoutOf(const tPrimitive& item) {
-        if (item.valuetype != metadata::kStruct || item.schema.empty() || !_locator) return nullptr;
-        const std::wstring uri(item.schema);
-        if (uri.find(L';') != uri.npos) return nullptr;
-        const auto [known, isNew] = _layouts.try_emplace(uri);
-        if (isNew) known->second = _locator->resolve(uri.c_str());
-        IStructLayout* layout = known->second ? known->second->layout() : nullptr;
-        if (!layout || layout->values() == 0 || layout->stride() == 0 || layout->fields() > kMostFields) return nullptr;
-        if (_limits.elements != 0 && layout->values() > _limits.elements) return nullptr;
-        return item.dimension % layout->stride() == 0 ? layout : nullptr;
+        IStructLayout* const layout = _layouts.of(item);
+        if (!layout || layout->fields() > kMostFields) return nullptr;
+        return _limits.elements == 0 || layout->values() <= _limits.elements ? layout : nullptr;
     }
 
     void writeBlocks(const tPrimitive& item, IStructLayout& layout) {
@@ -235,10 +228,9 @@ private:
     }
 
     JsonWriter& _json;
-    metadata::ISchemaLocator* _locator;
+    Layouts _layouts;
     const tPageLimits& _limits;
     tPageValues& _values;
-    std::map<std::wstring, SharedPtr<metadata::ISchema>> _layouts;
     std::string _bytes;
 };
 

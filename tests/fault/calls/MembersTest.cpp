@@ -25,7 +25,7 @@ const std::set<std::string> kOfCallers = {
     "IVisitor::container(const tContainer& item)",
     "IVisitor::leave()",
     "IVisitor::primitive(const tPrimitive& item)",
-    "IVisitor::root(std::wstring_view name)",
+    "IVisitor::root(const tRoot& item)",
     "IVisitor::table(const tTable& item)",
     "IVisitor::text(std::wstring_view locale, std::wstring_view text)",
     "IVisitor::unitDefault(units::tUnit units, metadata::tValue valuetype)",
@@ -35,8 +35,7 @@ const std::set<std::string> kOfCallers = {
 /// Functions that are given no store, with what is known of each all the same.
 const std::map<std::string, std::string> kWithoutAStore = {
     {"check::rules()", "a table of texts"},
-    {"stores::compact(const std::filesystem::path& path, const FileOptions& options = {}, const tProgress& progress = "
-     "{})",
+    {"stores::compact(const std::filesystem::path& path, const FileOptions& options = {})",
      "of a file: FailingDiskTest.cpp, KilledWriterTest.cpp"},
     {"stores::discard(IDataStore& store)", "calls nothing of it"},
     {"stores::file(const std::filesystem::path& path, tMode mode)",

@@ -18,7 +18,7 @@ namespace {
 using test_support::effort;
 using test_support::seed;
 
-constexpr FileOptions kNotTrusted{.verify = true};
+const FileOptions kNotTrusted{.verify = true};
 
 class DamagedFiles : public testing::Test {
 protected:

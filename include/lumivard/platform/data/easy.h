@@ -24,8 +24,8 @@
 //   given back on the way.
 //
 // Threads: as the interfaces below. `get`, `set`, `visit`, and `make` and `makeTable` in a container, are one step each
-// for the store's other threads; given a store, the last two make the container at its top in a step before. Several
-// calls are one step under a `Scope`.
+// for the store's other threads; given a store, `set` finds and the last two make the container at its top in a step
+// before. Several calls are one step under a `Scope`.
 //
 // Header-only: a program that includes it links nothing beyond the library.
 #include "lumivard/platform/data/easy/Make.h"

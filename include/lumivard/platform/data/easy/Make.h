@@ -42,6 +42,16 @@ inline bool canBeMade(std::wstring_view path) {
     return path.find(L"..") == path.npos;
 }
 
+/// Makes something in a container, through the object that is given, which then knows it. That may know an item that is
+/// gone by now, and keep its name: then through an object that knows what is there.
+template <class Create>
+auto createIn(structure::IContainer& given, Create create) {
+    auto made = create(given);
+    if (made) return made;
+    const auto now = given.container({});
+    return now ? create(*now) : made;
+}
+
 /// The container or table at a path in a container, without a path that container itself: where items are made.
 class Owner {
 public:
@@ -61,12 +71,13 @@ public:
     SharedPtr<metadata::IPrimitive> create(std::wstring_view name, metadata::tValue kind, units::tUnit unit) {
         if (auto* const table = metadata::ITable::to(_table.get())) return table->create(wide(name), kind, unit);
         if (!_container || unit != units::kNoUnit) return {};
-        return _container->create(wide(name), kind);
+        return createIn(*_container, [&](auto& container) { return container.create(wide(name), kind); });
     }
 
     bool createTable(std::wstring_view name) {
         if (auto* const table = metadata::ITable::to(_table.get())) return bool(table->create(wide(name), nullptr));
-        return _container && _container->create(wide(name), nullptr);
+        if (!_container) return false;
+        return bool(createIn(*_container, [&](auto& container) { return container.create(wide(name), nullptr); }));
     }
 
 private:
@@ -88,7 +99,7 @@ inline SharedPtr<structure::IContainer> makeIn(structure::IContainer& from, std:
         auto next = now->container(name);
         if (!next && !now->has(name)) {
             if (owner == &from) now.reset();
-            next = owner->create(type, name, nullptr);
+            next = createIn(*owner, [&](auto& container) { return container.create(type, name, nullptr); });
         }
         if (left.tail.empty()) return next;
         now = std::move(next);

@@ -169,8 +169,9 @@ inline bool putTexts(Place where, std::wstring_view path, const std::wstring& pa
 /// record holds, some 4 GB, leaves the primitive that was made for it.)
 ///
 /// The path is followed through the store as it is now. What is made directly in a container that is given is known to
-/// that object. A hidden property is shown, as by `IPrimitive::set`. What a store throws may come between the steps of
-/// this: then a primitive that was made has no values, and one that was longer has as many zeros as were to be written.
+/// that object, unless it still knows another item of that name, which is gone. A hidden property is shown, as by
+/// `IPrimitive::set`. What a store throws may come between the steps of this: then a primitive that was made has no
+/// values, and one that was longer has as many zeros as were to be written.
 ///
 /// Costs the opening of the container and of each on the way, and of the primitive. Who sets many values keeps the
 /// `IPrimitive`.

@@ -76,8 +76,15 @@ private:
     std::size_t step(std::wstring_view name) {
         const std::size_t above = _path.size();
         if (!_above.empty()) _path += L'.';
-        _path += _above.empty() && !_start.empty() ? _start : name;
+        _path += _above.empty() && !_start.empty() ? startOf(name) : name;
         return above;
+    }
+
+    /// The path of the item that is shown first: where the visit began, or one name less, since a path may go one name
+    /// beyond a primitive.
+    std::wstring_view startOf(std::wstring_view name) const {
+        const auto dot = _start.rfind(L'.');
+        return dot == _start.npos || _start.substr(dot + 1) == name ? _start : _start.substr(0, dot);
     }
 
     template <class Item>

@@ -22,6 +22,23 @@ namespace lumivard::platform::data::structure {
 /// only where its owner lists it, and each set once.
 class LVP_EXPORT IVisitor {
 public:
+    /// What stands at the top of a store: its root, or the table or container that a document had there instead.
+    struct LVP_EXPORT tRoot {
+        /// The sorts of items that may stand there.
+        enum tKind : unsigned char {
+            kRoot,   ///< a root, as every store has that was not made of another document
+            kTable,  ///< a table
+            kNode,   ///< a container: a node
+            kGroup,  ///< a container: a group
+            kLink    ///< a container: a link
+        };
+
+        std::wstring_view name;    ///< what it is called
+        tKind kind = kRoot;        ///< what it is
+        std::wstring_view base;    ///< of a table or container: the schemas that it inherits from
+        std::wstring_view target;  ///< of a link: where it leads
+    };
+
     /// What a primitive is.
     struct LVP_EXPORT tPrimitive {
         std::wstring_view name;               ///< as `IProperty::tag`
@@ -63,7 +80,7 @@ public:
     virtual ~IVisitor() = default;
 
     /// The top of a store, before what stands there, where the whole of a store is shown. There is no `leave` for it.
-    virtual void root(std::wstring_view name);
+    virtual void root(const tRoot& item);
 
     /// A primitive.
     virtual void primitive(const tPrimitive& item);

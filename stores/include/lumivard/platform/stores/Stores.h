@@ -104,11 +104,7 @@ LVP_EXPORT FileReport verify(const std::filesystem::path& path, bool values, con
 /// Offsets, records and the version stay as they are. The new file has the old one's rights, and its owner where the
 /// process may give files away. Needs as much space again. Nobody may have the store open for writing, nor, when the
 /// copy takes its place, for reading. Throws `StoreError`; the old file is left in its place then.
-///
-/// `progress`, if it is not empty, is called on this thread as the copy goes on; when it gives false the work ends like
-/// a failure. What it throws passes through, and the old file is left in its place then too.
-LVP_EXPORT void compact(const std::filesystem::path& path, const FileOptions& options = {},
-                        const tProgress& progress = {});
+LVP_EXPORT void compact(const std::filesystem::path& path, const FileOptions& options = {});
 
 /// Opens what `location` names: "memory:" is `memory()`, whatever the mode; "postgresql://..." is refused, since this
 /// version has no such store; everything else is the path of a file, as for `file`.
