@@ -38,6 +38,7 @@ constexpr std::array<const char*, 6> kKinds{"root", "primitive", "table", "list"
 constexpr std::array<const char*, 3> kTypes{"node", "group", "link"};
 
 constexpr unsigned int kWord = 4;
+constexpr std::size_t kEntries = 1000;  // of a list, one by one
 using Record::Container;
 using Record::Entity;
 using Record::Locale;
@@ -118,16 +119,23 @@ std::string hexadecimal(std::uint32_t number) {
     return "0x" + text;
 }
 
-std::string textOf(std::span<const char> bytes) {
+std::wstring wideOf(std::span<const char> bytes) {
     std::wstring text(bytes.size() / sizeof(wchar_t), L'\0');
     if (!text.empty()) std::memcpy(text.data(), bytes.data(), text.size() * sizeof(wchar_t));
+    return text;
+}
+
+std::string quoted(const std::wstring& text) {
+    return "\"" + core::string::WideString(text.c_str()).string() + "\"";
+}
+
+/// Texts that end with a zero each.
+std::string textsOf(std::span<const char> bytes) {
+    const std::wstring text = wideOf(bytes);
     std::string joined;
     for (std::size_t begin = 0; begin < text.size();) {
         const std::size_t end = std::min(text.find(L'\0', begin), text.size());
-        if (end != begin) {
-            joined += (joined.empty() ? "\"" : " \"");
-            joined += core::string::WideString(text.substr(begin, end - begin).c_str()).string() + "\"";
-        }
+        joined += (joined.empty() ? "" : " ") + quoted(text.substr(begin, end - begin));
         begin = end + 1;
     }
     return joined;
@@ -165,14 +173,22 @@ public:
         }
     }
     void entries() {
-        while (_all.size() - _end >= kWord) {
+        for (std::size_t shown = 0; _all.size() - _end >= kWord && shown < kEntries; ++shown) {
             add("entry", kWord, meaningOf(tSays::kOffset, _all.subspan(_end, kWord)));
         }
+        const std::size_t left = (_all.size() - _end) / kWord;
+        if (left != 0) add("entries", left * kWord, std::to_string(left) + " more");
     }
     void section(Record::tType kind, const Record::tSection& section) {
         if (section.bytes.empty()) return;
         const bool isValue = kind == Record::kPrimitive && section.field == Primitive::kValue;
-        add(sectionOf(kind, section.field), section.bytes.size(), isValue ? std::string() : textOf(section.bytes));
+        std::string meaning;
+        if (kind == Record::kLocale) {
+            meaning = textsOf(section.bytes);
+        } else if (!isValue) {
+            meaning = quoted(wideOf(section.bytes));
+        }
+        add(sectionOf(kind, section.field), section.bytes.size(), std::move(meaning));
     }
     void rest() {
         if (_end < _all.size()) add("rest", _all.size() - _end, {});

@@ -210,6 +210,7 @@ void XMLPrimitive::takeNumbers(const Primitive* primitive, std::string_view text
             std::memcpy(_value.data() + start, scanned, size);
         }
     }
+    if (_empty && _changed) _empty->fill(index * size);
 }
 
 std::vector<char>& XMLPrimitive::value(const Primitive* primitive) {

@@ -30,6 +30,11 @@ foreach(pair IN LISTS CPACK_LVP_PACKAGES)
         execute_process(COMMAND gzip --best --no-name --force ${manual} COMMAND_ERROR_IS_FATAL ANY)
     endforeach()
 
+    # Debian's zsh looks for what packages bring in a folder of its own.
+    if(EXISTS ${root}/usr/share/zsh/site-functions)
+        file(RENAME ${root}/usr/share/zsh/site-functions ${root}/usr/share/zsh/vendor-completions)
+    endif()
+
     # Where the system looks for libraries anyway, a program does not name the place.
     file(GLOB_RECURSE programs ${root}/usr/bin/* ${root}/usr/lib/*.so)
     foreach(program IN LISTS programs)

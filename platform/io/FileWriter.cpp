@@ -78,6 +78,12 @@ FileWriter::~FileWriter() {
 
 bool FileWriter::open() {
     discard();
+    const bool opened = openBeside();
+    _cause = opened ? 0 : errno;
+    return opened;
+}
+
+bool FileWriter::openBeside() {
     const auto target = behindLinks(_path);
     if (!target) return false;
     struct stat old {};
@@ -103,6 +109,7 @@ bool FileWriter::open() {
 }
 
 void FileWriter::write(const void* data, unsigned long size) {
+    if (_file < 0 && _cause != 0) fail(_cause, "cannot write", _path);  // for who did not look at what `open` gave
     const auto* bytes = static_cast<const char*>(data);
     while (size != 0) {
         const ssize_t count = ::write(_file, bytes, std::min<unsigned long>(size, SSIZE_MAX));

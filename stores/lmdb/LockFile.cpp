@@ -80,8 +80,9 @@ bool isStoreFile(int descriptor) {
 // A new lock file is for everybody whom the store is for, whoever comes first.
 void giveRights(int descriptor, const struct stat& store) {
     constexpr mode_t kRights = 0666;
+    constexpr mode_t kOwners = 0600;  // who may read a store that nobody writes to enters himself here
     static_cast<void>(!::fchown(descriptor, store.st_uid, store.st_gid));  // as far as the process may
-    static_cast<void>(!::fchmod(descriptor, store.st_mode & kRights));
+    static_cast<void>(!::fchmod(descriptor, (store.st_mode & kRights) | kOwners));
 }
 
 }  // namespace

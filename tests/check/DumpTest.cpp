@@ -95,6 +95,35 @@ TEST_F(RecordDump, NamesLocalizedNames) {
                 ElementsAre("kind 0+1: localized names", "length 1+4: 20", "unused 5+3", "payload 8+20: \"de\" \"G\""));
 }
 
+TEST_F(RecordDump, ShowsTextsWithoutCharacters) {
+    std::string names("\x05\x20\0\0\0\0\0\0", 8);
+    for (const wchar_t each : std::wstring(L"de\0\0fr\0F", 8)) names.append(reinterpret_cast<const char*>(&each), 4);
+    EXPECT_THAT(told(dump(store->create(names.data(), static_cast<unsigned int>(names.size())))).back(),
+                "payload 8+32: \"de\" \"\" \"fr\" \"F\"");
+}
+
+TEST_F(RecordDump, ShowsANameAsFarAsTheLibraryReadsIt) {
+    structure::IContainerFrontEnd::toplevel(store.get(), L"abcd");
+    for (unsigned int offset = 0; offset < store->extent(); ++offset) {
+        const auto group = dump(offset);
+        if (group.kind != std::string("container")) continue;
+        std::string bytes(group.bytes.begin(), group.bytes.end());
+        bytes[bytes.find('b')] = 0;
+        store->update(offset, bytes.data(), static_cast<unsigned int>(bytes.size()), true);
+        EXPECT_THAT(told(dump(offset)), testing::Contains(testing::EndsWith(": \"a\"")));
+        return;
+    }
+    FAIL() << "there is a container";
+}
+
+TEST_F(RecordDump, TellsTheFirstThousandEntriesOfAList) {
+    std::string list(4 + 4 * 1003, '\0');
+    list[0] = 3;
+    const auto dumped = dump(store->create(list.data(), static_cast<unsigned int>(list.size())));
+    EXPECT_EQ(dumped.parts.size(), 2u + 1000 + 1);
+    EXPECT_EQ(told(dumped).back(), "entries 4004+12: 3 more");
+}
+
 TEST_F(RecordDump, OfAnOffsetWithoutARecordIsEmpty) {
     EXPECT_FALSE(dump(0).there);
     structure::IContainerFrontEnd::toplevel(store.get(), L"g");

@@ -38,7 +38,7 @@ TEST_F(Tool, TellsWhereADocumentBreaksOff) {
     const std::string broken = document("<root name=\"r\">\n<group name=\"g\"></root>");
     const tRun import = run("import " + broken + " " + path("store.lvp"));
     EXPECT_EQ(import.status, 1);
-    EXPECT_NE(import.err.find(broken + ": line 2, column "), std::string::npos) << import.err;
+    EXPECT_NE(import.err.find(broken + ":2:19: "), std::string::npos) << import.err;
     EXPECT_EQ(run("tree " + path("store.lvp")).out, "r  [root]\n└─ g  [group]\n");
 }
 

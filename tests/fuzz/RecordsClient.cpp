@@ -2,6 +2,8 @@
 
 #include <memory>
 
+#include "lumivard/platform/data/check/Dump.h"
+
 namespace lumivard::platform::fuzz {
 
 namespace metadata = data::metadata;
@@ -98,6 +100,7 @@ void RecordsClient::gather(IContainerFilter& containers, IPropertyFilter& proper
 void RecordsClient::look() {
     Taking taking;
     for (const wchar_t* path : {L"", L"a", L"a.b"}) IVisitor::visit(&_store, path, taking);
+    for (unsigned int offset = 0; offset < _store.extent() && step(); ++offset) data::check::dump(_store, offset);
     walk([this](IContainer& container) { lookAt(container); }, [this](IProperty& property) { lookAt(property); });
 }
 

@@ -119,7 +119,7 @@ TEST(Sizes, OfWhatClientsMakeStay) {
     EXPECT_EQ(sizeof(core::memory::DefaultPointerCounterImp), 32u);
     EXPECT_EQ(sizeof(core::thread::Mutex), 40u);
     EXPECT_EQ(sizeof(core::io::FileReader), 56u);
-    EXPECT_EQ(sizeof(core::io::FileWriter), 136u);
+    EXPECT_EQ(sizeof(core::io::FileWriter), 144u);
     EXPECT_EQ(sizeof(core::io::MemoryReader), 48u);
     EXPECT_EQ(sizeof(core::io::MemoryWriter), 40u);
     EXPECT_EQ(sizeof(core::xml::XMLParser), 16u);
@@ -134,7 +134,11 @@ TEST(Sizes, OfWhatClientsMakeStay) {
     EXPECT_EQ(sizeof(data::check::Repair), 584u);
     EXPECT_EQ(sizeof(stores::FileOptions), 40u);
     EXPECT_EQ(sizeof(data::easy::Place), 16u);
+    EXPECT_EQ(sizeof(data::easy::Scope), 8u);
     EXPECT_EQ(sizeof(data::easy::tAs), 8u);
+    EXPECT_EQ(sizeof(data::easy::tAt), 24u);
+    EXPECT_EQ(sizeof(data::easy::Range<data::structure::IContainerFilter>), 16u);
+    EXPECT_EQ(sizeof(data::easy::Range<data::structure::IContainerFilter>::Iterator), 24u);
     EXPECT_EQ(sizeof(stores::FileFault), 72u);
     EXPECT_EQ(sizeof(stores::FileReport), 80u);
 }

@@ -64,6 +64,32 @@ expect_depends(liblvp-data-6-1 "libc6 (" "libexpat1 (" "libgcc-s1 (" "liblmdb0 (
 expect_depends(liblvp-data-6-1-dev "liblvp-data-6-1 (= ${versions})")
 expect_depends(lvp-data-tools "libc6 (" "libstdc++6 (" "liblvp-data-6-1 (= ${versions})")
 
+# The headers of another series cannot be installed beside these.
+foreach(name IN ITEMS Provides Conflicts)
+    field(${liblvp-data-6-1-dev} ${name} value)
+    if(NOT value STREQUAL "liblvp-data-dev")
+        fail("In the package of the headers ${name} is: ${value}")
+    endif()
+endforeach()
+
+# zsh looks for completions where Debian's packages have them.
+if(NOT EXISTS ${WORK}/unpacked/usr/share/zsh/vendor-completions/_lvp-data
+        OR EXISTS ${WORK}/unpacked/usr/share/zsh/site-functions)
+    fail("The completions for zsh are not in the folder for those of packages.")
+endif()
+
+# Scripts in the pages of the interfaces that are somebody else's are named with their owners.
+file(READ ${WORK}/unpacked/usr/share/doc/liblvp-data-doc/copyright copyright)
+file(GLOB_RECURSE scripts ${WORK}/unpacked/usr/share/doc/*.js)
+foreach(script IN LISTS scripts)
+    file(READ ${script} text LIMIT 200)
+    string(REGEX REPLACE ".*/api/" "/api/" script ${script})
+    string(FIND "${copyright}" " usr/share/doc/liblvp-data-doc${script}\n" at)
+    if(text MATCHES "[Ll]icense" AND at EQUAL -1)
+        fail("The copyright does not name ${script}.")
+    endif()
+endforeach()
+
 run(dpkg-deb --control ${liblvp-data-6-1} ${WORK}/apart/liblvp-data-6-1/DEBIAN)
 file(WRITE ${WORK}/client/debian/control "")
 execute_process(COMMAND dpkg-shlibdeps -O -S${WORK}/apart/liblvp-data-6-1 ${WORK}/unpacked/usr/bin/lvp-data

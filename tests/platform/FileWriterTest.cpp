@@ -222,6 +222,18 @@ TEST(FileWriter, DoesNotOpenInAMissingFolder) {
     EXPECT_FALSE(nameless.open());
 }
 
+TEST(FileWriter, ThatCouldNotBeOpenedSaysWhyWhenItIsWrittenTo) {
+    const TemporaryFolder folder;
+    FileWriter writer(folder / "missing/f");
+    EXPECT_FALSE(writer.open());
+    try {
+        put(writer, "x");
+        FAIL() << "nothing is written";
+    } catch (const std::system_error& error) {
+        EXPECT_EQ(error.code(), std::errc::no_such_file_or_directory);
+    }
+}
+
 TEST(FileWriter, TakesTheLongestName) {
     const TemporaryFolder folder;
     const std::string name(255, 'n');

@@ -48,6 +48,17 @@ TEST_F(FilePlace, ANewLockFileHasTheRightsOfItsStore) {
     }
 }
 
+// Else who owns a store that is there to be read could not enter himself, and would find a lock file in the way later.
+TEST_F(FilePlace, ANewLockFileCanBeWrittenByTheOwnerOfAStoreThatCannot) {
+    open().reset();
+    std::filesystem::remove(path().string() + "-lock");
+    ASSERT_EQ(::chmod(path().c_str(), 0444), 0);
+    file(path(), tMode::kRead).reset();
+    struct stat status = {};
+    ASSERT_EQ(::stat((path().string() + "-lock").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777, 0644U);
+}
+
 // --- A file in the place of another
 
 // Another process that has a store open for reading until it is told something.

@@ -55,7 +55,7 @@ TEST(Units, ThatAreUnknownAreRefusedWithTheNearest) {
         FAIL();
     } catch (const Failure& failure) {
         EXPECT_EQ(failure.status(), kWrongUsage);
-        EXPECT_THAT(failure.what(), HasSubstr("there is no unit \"milimeter\"; near to it are MilliMeter"));
+        EXPECT_THAT(failure.what(), HasSubstr("there is no unit \"milimeter\"; near to it: MilliMeter"));
     }
     EXPECT_THROW(unitNamed("qqqqqqqqqqqq"), Failure);
 }

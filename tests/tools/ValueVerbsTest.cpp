@@ -174,7 +174,7 @@ TEST_F(ValueVerbs, SetNoOtherUnit) {
     expectRefusal("set " + store + " a.n.x 3 Meter", 2,
                   "a.n.x in the store " + store +
                       " has no unit, and a value keeps the unit that it was made with: rm and mk make it anew");
-    EXPECT_THAT(run("set " + store + " a.t.length 3 Metre").err, HasSubstr("near to it are Meter"));
+    EXPECT_THAT(run("set " + store + " a.t.length 3 Metre").err, HasSubstr("near to it: Meter"));
 }
 
 TEST_F(ValueVerbs, SetAUriInTheValuesPlaceAndAValueInTheUris) {
@@ -289,7 +289,7 @@ TEST_F(ValueVerbs, FindUnitsByPartsOfNames) {
                 HasSubstr("{\"name\":\"KiloMeter\",\"number\":8201,\"group\":\"Meter\",\"written\":\"KiloMeter\"}"));
     const tRun none = run("unit milimeter");
     EXPECT_EQ(none.status, 1);
-    EXPECT_THAT(none.err, HasSubstr("near to it are MilliMeter"));
+    EXPECT_THAT(none.err, HasSubstr("near to it: MilliMeter"));
     EXPECT_EQ(run("unit --group Metre").status, 2);
 }
 

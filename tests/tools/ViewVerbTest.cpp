@@ -50,6 +50,11 @@ protected:
         }
         return {};
     }
+    /// A document of its own, under another name.
+    std::string named(const std::string& name, const std::string& text) const {
+        std::filesystem::rename(document(text), path(name));
+        return path(name);
+    }
     /// A store of one group, "g", into which `fill` puts items.
     template <class Fill>
     std::string filled(Fill fill) const {
@@ -85,6 +90,31 @@ TEST_F(ToolView, HasLocalizedNamesAndTheDefaultsOfTables) {
     EXPECT_EQ(member(data, "strings"), R"(["","r","de","t","en","Meter","x"])");
     EXPECT_EQ(member(data, "texts"), R"([[0,2,"W"],[1,4,"T"],[2,2,"X"]])");
     EXPECT_EQ(member(data, "defaults"), "[[1,5,17]]");
+}
+
+TEST_F(ToolView, HasWhatStandsAtTheTopInPlaceOfARoot) {
+    const std::string given =
+        "--schemas " + named("s.xml", "<root name='s'><table name='S'><double name='x'>0</double></table></root>");
+    const std::string table = dataOf(
+        imported("<table name='t' class='S'><default unit='Meter' type='double'/></table>", "t.lvp", given), given);
+    EXPECT_EQ(member(table, "strings"), R"(["","t","S","Meter","x"])");
+    EXPECT_EQ(member(table, "kind"), "[-5,17]");
+    EXPECT_EQ(member(table, "base"), "[[0,2]]");
+    EXPECT_EQ(member(table, "defaults"), "[[0,3,17]]");
+    EXPECT_EQ(member(table, "schemas"), "[2]");
+    EXPECT_EQ(member(table, "conformance"), "[]") << "it cannot be opened";
+
+    const std::string group =
+        dataOf(imported("<group name='g' class='S'><node name='n' class='S'/></group>", "g.lvp", given), given);
+    EXPECT_EQ(member(group, "strings"), R"(["","g","S","x","n"])");
+    EXPECT_EQ(member(group, "kind"), "[-3,17,-2,17]");
+    EXPECT_EQ(member(group, "base"), "[[0,2],[2,2]]");
+    EXPECT_EQ(member(group, "conformance"), R"([[2,2,""]])");
+
+    const std::string link = dataOf(imported("<link name='l' to='a.b'/>"));
+    EXPECT_EQ(member(link, "strings"), R"(["","l","a.b"])");
+    EXPECT_EQ(member(link, "kind"), "[-4]");
+    EXPECT_EQ(member(link, "target"), "[[0,2]]");
 }
 
 TEST_F(ToolView, EscapesWhatCouldEndTheData) {
@@ -156,6 +186,49 @@ TEST_F(ToolView, CutsLongValuesAndSaysSo) {
     EXPECT_NE(whole.find('"' + std::string(100'002, 'x') + '"'), whole.npos);
 }
 
+TEST_F(ToolView, CutsNoVectorInTwo) {
+    const std::string cut = dataOf(filled([](structure::IContainer& group) {
+        std::vector<double> numbers(10'002);
+        for (std::size_t i = 0; i < numbers.size(); ++i) numbers[i] = static_cast<double>(i);
+        group.create(L"v", metadata::kVec3)->set(numbers.data(), 0, 10'002);
+    }));
+    EXPECT_EQ(member(cut, "cut"), "[[2,10002]]");
+    EXPECT_NE(cut.find(",9997,9998]"), cut.npos);
+}
+
+TEST_F(ToolView, HasAllBytesOfALongValueInTheirOrder) {
+    std::string bytes(70'000, '\0');
+    for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<char>(i % 251);
+    std::string digits;
+    for (const char byte : bytes) {
+        digits += "0123456789abcdef"[static_cast<unsigned char>(byte) >> 4];
+        digits += "0123456789abcdef"[static_cast<unsigned char>(byte) & 15];
+    }
+    const std::string data = dataOf(filled([&](structure::IContainer& group) {
+                                        group.create(L"b", metadata::kBinary)->set(bytes.data(), 0, 70'000);
+                                    }),
+                                    "--all");
+    EXPECT_TRUE(member(data, "value") == "[null,null,\"" + digits + "\"]");
+}
+
+TEST_F(ToolView, LeavesOutTheRoomBehindTheTextsOfAField) {
+    const std::string given = "--schemas " + named("s.xml",
+                                                   "<root name='s'><table name='S'><string name='t'>1234567</string>"
+                                                   "<int8 name='n'>0</int8></table></root>");
+    const std::string store =
+        imported("<root name='r'><group name='g'><struct name='s' type='S' dim='3'/></group></root>", "s.lvp", given);
+    {
+        const auto open = stores::file(store, stores::tMode::kWrite);
+        const auto structs = structure::IContainerFrontEnd::find(open.get(), L"g")->property(L"s");
+        auto* blocks = metadata::IPrimitive::to(structs.get());
+        const unsigned int stride = blocks->dimension() / 3;
+        ASSERT_TRUE(blocks->set(L"one", 0, 3 * sizeof(wchar_t)));
+        ASSERT_TRUE(blocks->set(L"a\0\0b", stride, 4 * sizeof(wchar_t)));
+        open->flush();
+    }
+    EXPECT_EQ(member(dataOf(store, given), "value"), R"([null,null,[["one",0],[["a","","b"],0],["",0]]])");
+}
+
 TEST_F(ToolView, ShowsStructsByTheirFieldsWhereTheSchemaIsGiven) {
     const std::string given = " --schemas " + motionSchemas;
     ASSERT_EQ(run("import " + motion + " " + path("m.lvp") + given).status, 0);
@@ -168,8 +241,7 @@ TEST_F(ToolView, ShowsStructsByTheirFieldsWhereTheSchemaIsGiven) {
 }
 
 TEST_F(ToolView, TellsWhatDoesNotConformToTheSchemasThatAreGiven) {
-    const std::string old = path("old.xml");
-    std::filesystem::rename(document("<root name='s'><table name='S'><int8 name='x'>0</int8></table></root>"), old);
+    const std::string old = named("old.xml", "<root name='s'><table name='S'><int8 name='x'>0</int8></table></root>");
     const std::string store = imported("<root name='r'><group name='g'><node name='n' class='S'/></group></root>",
                                        "a.lvp", "--schemas " + old);
     EXPECT_EQ(member(dataOf(store, "--schemas " + old), "conformance"), R"([[2,4,""]])");
@@ -181,6 +253,33 @@ TEST_F(ToolView, TellsWhatDoesNotConformToTheSchemasThatAreGiven) {
     EXPECT_EQ(member(data, "conformance"), R"([[2,4,"S: 'y' (int8) is missing"]])");
     EXPECT_EQ(member(data, "schemas"), "[4]");
     EXPECT_EQ(member(data, "base"), "[[2,4]]");
+}
+
+TEST_F(ToolView, TellsOnlyOfSchemasThatAreGivenWhetherItemsConform) {
+    const std::string s = named("s.xml", "<root name='s'><table name='S'><int8 name='x'>0</int8></table></root>");
+    const std::string t = named("t.xml", "<root name='t'><table name='T'><int8 name='y'>0</int8></table></root>");
+    const std::string store =
+        imported("<root name='r'><node name='n' class='S;T'/></root>", "n.lvp", "--schemas " + s + " --schemas " + t);
+    const auto told = [&](const std::string& given) {
+        const std::string data = dataOf(store, given);
+        return member(data, "schemas") + member(data, "conformance") + member(data, "strings");
+    };
+    EXPECT_EQ(told("--schemas " + s + " --schemas " + t), R"([6,7][[1,3,""]]["","r","n","S;T","x","y","S","T"])");
+    EXPECT_EQ(told("--schemas " + s), R"([6][[1,6,""]]["","r","n","S;T","x","y","S"])");
+
+    const std::string other = named("u.xml", "<root name='t'><table name='T'><int8 name='z'>0</int8></table></root>");
+    EXPECT_EQ(told("--schemas " + s + " --schemas " + other),
+              R"([7,6][[1,6,"T: 'z' (int8) is missing"]]["","r","n","S;T","x","y","T","S"])");
+}
+
+TEST_F(ToolView, TellsWhatNothingReachesAsANumber) {
+    const std::string given = " --schemas " + schemas;
+    ASSERT_EQ(run("import " + materials + " " + path("m.lvp") + given).status, 0);
+    const std::string data = dataOf(path("m.lvp"));
+    EXPECT_EQ(member(data, "findings"), "[]");
+    EXPECT_EQ(member(data, "severities"), R"({"note":0,"stale":0,"damage":0,"fatal":0})");
+    EXPECT_EQ(member(data, "unattached").find(R"({"records":)"), 0U);
+    EXPECT_EQ(member(data, "unattached").find(R"({"records":0)"), std::string::npos);
 }
 
 /// Notes the record of a value.

@@ -14,7 +14,8 @@ export class Data {
             base: [], target: [], uri: [], schema: [], locale: [], texts: [], cut: [], defaults: [],
             layouts: [], layout: [],
             schemas: null, conformance: null,
-            findings: [], severities: { note: 0, stale: 0, damage: 0, fatal: 0 } };
+            findings: [], severities: { note: 0, stale: 0, damage: 0, fatal: 0 },
+            unattached: { records: 0, bytes: 0 } };
         this.text('');
         this.add(0, 'root', name);
     }
@@ -110,12 +111,13 @@ export function varied() {
     const steel = 2;
     const brass = 8;
     data.json.schemas = [data.text('Mechanical')];
-    data.json.conformance = [[steel, data.text('Mechanical;Thermal'), ''],
+    data.json.conformance = [[steel, data.text('Mechanical'), ''],
         [brass, data.text('Mechanical'), "Mechanical: 'PoissonRatio' (double) is missing"]];
     data.json.findings = [
         [brass, 'stale', 'live.count', 'Metals.Brass', 'it is counted as open 2 times', 'the count becomes 0'],
-        [-1, 'note', 'live.unattached', '', 'nothing reaches the record', '']];
+        [-1, 'note', 'record.rest', '', 'bytes stand behind the last section', '']];
     data.json.severities = { note: 1, stale: 1, damage: 0, fatal: 0 };
+    data.json.unattached = { records: 1234, bytes: 56789 };
     return data;
 }
 

@@ -3,7 +3,7 @@ import { readFileSync } from 'node:fs';
 import { createHash } from 'node:crypto';
 import { afterEach, beforeEach, describe, it } from 'node:test';
 import { rows, shown, written } from './browser.mjs';
-import { hostile, varied } from './data.mjs';
+import { Data, hostile, varied } from './data.mjs';
 
 let page;
 let complaints;
@@ -67,6 +67,29 @@ describe('a store of hostile names and values', () => {
 
     it('keeps its own title', async () => {
         assert.match(await page.title(), /^<img src=x onerror=/);
+    });
+});
+
+describe('a page', () => {
+    it('of which the data are broken says so', async () => {
+        for (const text of ['', '{"level":[0', 'null', '{}']) {
+            ({ page, complaints } = await shown('broken', text));
+            assert.match(await page.locator('#panel').textContent(), /^The data in this page cannot be read: /);
+        }
+    });
+
+    it('of more languages and schemas than a call takes arguments is shown', async () => {
+        const data = new Data('numerous');
+        const texts = {};
+        for (let i = 0; i < 130000; ++i) texts['l' + i] = 'n';
+        data.add(1, 'node', 'n', { base: Array.from({ length: 130000 }, (_, i) => 's' + i).join(';'), texts });
+        data.json.schemas = [];
+        data.json.conformance = [];
+        ({ page, complaints } = await shown('numerous', data, { address: '#n' }));
+        assert.equal(await page.locator('#language option').count(), 130001);
+        assert.match(await page.locator('#panel dd').textContent(), /^s0; s1; .*s129999$/);
+        await page.click('#tab-schemas');
+        assert.equal(await page.locator('#panel section').count(), 20);
     });
 });
 

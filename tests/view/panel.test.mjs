@@ -1,7 +1,7 @@
 import assert from 'node:assert/strict';
 import { afterEach, beforeEach, describe, it } from 'node:test';
 import { heading, row, shown } from './browser.mjs';
-import { varied } from './data.mjs';
+import { Data, varied } from './data.mjs';
 
 let page;
 let complaints;
@@ -37,6 +37,13 @@ describe('a value', () => {
         assert.match(await page.locator('.facts').textContent(), /Elements123,456/);
     });
 
+    it('that is texts and is cut tells how many of them are here', async () => {
+        const data = new Data('cut');
+        data.add(1, 'string', 'many', { value: ['a', 'b', 'c'], cut: 123456 });
+        ({ page, complaints } = await shown('cut', data, { address: '#many' }));
+        assert.match(await page.locator('.facts').textContent(), /^Texts3 in this page$/);
+    });
+
     it('of vectors has a column for each component', async () => {
         await choose('outline');
         assert.deepEqual(await texts('th'), ['#', 'x (Meter)', 'y (Meter)']);
@@ -51,6 +58,19 @@ describe('a value', () => {
     it('of bytes is shown in hexadecimal digits and as characters', async () => {
         await choose('bytes');
         assert.match((await texts('pre'))[0], /^000000 {2}48 65 6c 6c 6f 00 ff +Hello\.\.$/);
+    });
+
+    it('of many bytes is shown a part at a time', async () => {
+        const data = new Data('bytes');
+        data.add(1, 'binary', 'b', { value: '61'.repeat(16 * 150 + 1) });
+        ({ page, complaints } = await shown('bytes', data, { address: '#b' }));
+        const lines = async () => (await texts('pre'))[0].split('\n');
+        assert.equal((await lines()).length, 100);
+        assert.match((await lines())[99], /^000630 {2}(61 ){16} a{16}$/);
+        await page.click('text=Show 51 more of 151 lines');
+        assert.equal((await lines()).length, 151);
+        assert.match((await lines())[150], /^000960 {2}61 +a$/);
+        assert.equal(await page.locator('.more').count(), 0);
     });
 
     it('that is a long text is cut, with a button for all of it', async () => {
@@ -100,6 +120,75 @@ describe('a set', () => {
         assert.deepEqual(await texts(columns + 'tbody tr:nth-child(3) td'), ['2', '0.002', '24']);
     });
 
+    /** A page of one set, "s", whose columns are shown. */
+    const filled = async (fill) => {
+        const data = new Data('filled');
+        data.add(1, 'group', 's');
+        fill(data);
+        ({ page, complaints } = await shown('filled', data, { address: '#s' }));
+    };
+
+    it('at the top in place of a root is told as what it is', async () => {
+        const data = new Data('top');
+        data.json.kind[0] = -5;
+        data.json.base.push([0, data.text('Mechanical')]);
+        data.json.defaults.push([0, data.text('Meter'), 17]);
+        ({ page, complaints } = await shown('top', data));
+        assert.equal(await page.locator('.chips').textContent(), 'table');
+        assert.equal(await page.locator('.facts').textContent(),
+            'Version1Inherits fromMechanicalDefaultdouble in Meter');
+    });
+
+    it('tells how long columns are that were cut', async () => {
+        await filled((data) => {
+            data.add(2, 'double', 'a', { value: [1, 2, 3] });
+            data.add(2, 'double', 'b', { value: [1, 2, 3, 4], cut: 12345 });
+        });
+        assert.deepEqual(await texts('.say'),
+            ['Of b the page holds the first 4 elements of 12,345: made with --all it holds all.']);
+    });
+
+    it('of many arrays and values tells how many columns there would be', async () => {
+        await filled((data) => {
+            for (let i = 0; i < 20; ++i) data.add(2, 'double', 'a' + i, { value: [1, 2] });
+            for (const set of ['m', 'n']) {
+                data.add(2, 'node', set);
+                for (let i = 0; i < 30; ++i) data.add(3, 'double', 'v' + i, { value: i });
+            }
+        });
+        assert.deepEqual(await texts('p.soft'), ['12 of 20 arrays are columns here: the first.',
+            '12 of 30 values are columns here: those that most of these have.']);
+    });
+
+    it('compares values of other units by their own', async () => {
+        await filled((data) => {
+            for (let i = 0; i < 1002; ++i) {
+                data.add(2, 'node', 'n' + i);
+                data.add(3, 'double', 'long', { value: i, unit: ['', 'Millimeter'][i - 1000] ?? 'Meter' });
+                data.add(3, 'double', 'mixed', { value: i, unit: i % 2 ? 'Gram' : 'Kilogram' });
+            }
+        });
+        assert.deepEqual(await texts('.compare th[scope="col"]'), ['Name', 'longMeter', 'mixedmixed units']);
+        const line = (name) => page.locator('.compare tr', { has: page.locator(`.go:text-is("${name}")`) })
+            .locator('td').allTextContents();
+        assert.deepEqual(await line('n1'), ['1', '1 Gram']);
+        for (let i = 0; i < 10; ++i) await page.locator('.more').first().click();
+        assert.deepEqual(await line('n1000'), ['1000 (no unit)', '1000 Kilogram']);
+        assert.deepEqual(await line('n1001'), ['1001 Millimeter', '1001 Gram']);
+    });
+
+    it('shows the unit behind a long value, too', async () => {
+        await filled((data) => {
+            for (const unit of ['Gram', 'Kilogram']) {
+                data.add(2, 'node', unit);
+                data.add(3, 'double', 'long', { value: [0.123456789012345, 0.123456789012345, 0.1], unit });
+            }
+        });
+        const cell = page.locator('.compare td').first();
+        assert.match(await cell.textContent(), /Gram$/);
+        assert.ok(await cell.evaluate((td) => td.scrollWidth <= td.clientWidth));
+    });
+
     it('that holds sets of the same values compares them', async () => {
         await choose('Metals');
         assert.match(await page.locator('#panel').textContent(), /Side by side/);
@@ -134,7 +223,22 @@ describe('schemas and findings', () => {
         assert.equal(await heading(page), 'Brass');
         assert.match(await page.locator('.chips').textContent(), /does not conform to Mechanical/);
         await choose('Steel');
-        assert.match(await page.locator('.chips').textContent(), /nodeconforms to Mechanical;Thermal/);
+        assert.match(await page.locator('.chips').textContent(), /nodeconforms to Mechanicalnothing known of Thermal$/);
+    });
+
+    it('tell how many of the items that inherit were looked at', async () => {
+        await page.click('#tab-schemas');
+        assert.match(await page.locator('#panel').textContent(),
+            /Of 2 items that inherit, 2 were looked at\.1 item does not conform/);
+        const data = varied();
+        data.json.conformance = data.json.conformance.slice(0, 1);
+        ({ page, complaints } = await shown('looked', data));
+        await page.click('#tab-schemas');
+        assert.match(await page.locator('#panel').textContent(), /Of 2 items that inherit, 1 was looked at: all conform\./);
+        data.json.conformance = [];
+        ({ page, complaints } = await shown('looked', data));
+        await page.click('#tab-schemas');
+        assert.match(await page.locator('#panel').textContent(), /Of 2 items that inherit, 0 were looked at\./);
     });
 
     it('say when nobody has looked whether items conform', async () => {
@@ -150,7 +254,8 @@ describe('schemas and findings', () => {
         await page.click('#tab-findings');
         assert.deepEqual(await texts('.found'), [
             'staleMetals.Brassit is counted as open 2 timeslive.count; a repair: the count becomes 0',
-            'note1 × live.unattachednothing reaches the record']);
+            'note1 × record.restbytes stand behind the last section',
+            'note1,234 records of 56,789 bytes, which nothing reacheslive.unattached']);
         await page.click('.found .go');
         assert.equal(await heading(page), 'Brass');
         assert.match(await page.locator('#panel').textContent(), /What is amiss/);
@@ -166,4 +271,6 @@ it('tells what is in the page and that it is all of the data', async () => {
     await page.click('#tab-about');
     assert.match(await page.locator('#panel').textContent(), /who gets the page gets the data/);
     assert.match(await page.locator('#panel').textContent(), /at most 10,000 elements/);
+    assert.deepEqual((await texts('h3:text("Keys") + .grid th')), ['\u2191 \u2193', '\u2192', '\u2190', 'Enter, space', '*',
+        'Home, End', 'Page up, Page down', 'a letter', '/']);
 });

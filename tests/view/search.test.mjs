@@ -12,7 +12,7 @@ afterEach(() => assert.deepEqual(complaints, []));
 async function search(text) {
     await page.keyboard.press('/');
     await page.keyboard.type(text);
-    await page.waitForFunction(() => document.getElementById('status').textContent.endsWith('found'));
+    await page.waitForFunction(() => /found/.test(document.getElementById('status').textContent));
     return page.locator('#results .label').allTextContents();
 }
 
@@ -27,10 +27,18 @@ describe('the search', () => {
     it('finds names in every language', async () => assert.deepEqual(await search('stahl'), ['Steel']));
     it('finds targets of links', async () => assert.deepEqual(await search('metals.gone'), ['Nowhere']));
 
+    it('finds schemas', async () => {
+        assert.deepEqual(await search('thermal'), ['Steel']);
+        await page.keyboard.press('Escape');
+        assert.deepEqual(await search('pose'), ['poses']);
+    });
+
     it('finds hidden defaults only where they are shown', async () => {
         assert.deepEqual(await search('poisson'), []);
+        assert.equal(await page.locator('#status').textContent(), '0 items found, 1 more among hidden defaults');
         await page.check('#hidden');
         assert.deepEqual(await page.locator('#results .label').allTextContents(), ['PoissonRatio']);
+        assert.equal(await page.locator('#status').textContent(), '1 item found');
     });
 
     it('chooses by the keys', async () => {
@@ -58,6 +66,23 @@ describe('the search', () => {
         await page.keyboard.press('Escape');
         assert.ok(await page.locator('#tree').isVisible());
         assert.equal(await page.locator('#status').textContent(), '28 items');
+    });
+
+    it('leaves beside the tree what was chosen before, where nothing was taken', async () => {
+        await page.click('#tree .label:text-is("Curves")');
+        await search('dens');
+        await page.keyboard.press('ArrowDown');
+        assert.equal(await heading(page), 'Density');
+        await page.keyboard.press('Escape');
+        assert.equal(await heading(page), 'Curves');
+
+        await search('dens');
+        await page.keyboard.press('ArrowDown');
+        await page.click('#tab-findings');
+        await page.fill('#search', '');
+        assert.equal(await heading(page), 'Findings of the checker');
+        await page.click('#tab-item');
+        assert.equal(await heading(page), 'Curves');
     });
 
     it('takes a / in a text as one', async () => {

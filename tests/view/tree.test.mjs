@@ -1,7 +1,7 @@
 import assert from 'node:assert/strict';
 import { afterEach, beforeEach, describe, it } from 'node:test';
 import { heading, row, rows, shown } from './browser.mjs';
-import { varied } from './data.mjs';
+import { Data, varied } from './data.mjs';
 
 let page;
 let complaints;
@@ -48,6 +48,46 @@ describe('the tree', () => {
         assert.equal(await chosen(), 'Steel');
         await page.goBack();
         assert.equal(await heading(page), 'Favourite');
+    });
+
+    it('leads back to the link that was followed by a key', async () => {
+        await page.locator('#tree').focus();
+        for (const key of ['ArrowDown', 'Enter', 'ArrowDown', 'ArrowDown', 'ArrowDown']) await page.keyboard.press(key);
+        assert.equal(await chosen(), 'Favourite');
+        await page.keyboard.press('Enter');
+        assert.equal(await chosen(), 'Steel');
+        await page.goBack();
+        assert.equal(await chosen(), 'Favourite');
+        assert.equal(await heading(page), 'Favourite');
+    });
+
+    it('says that a target is no container', async () => {
+        const data = new Data('targets');
+        data.add(1, 'table', 'there');
+        data.add(1, 'link', 'l', { target: 'there' });
+        ({ page, complaints } = await shown('targets', data, { address: '#l' }));
+        assert.equal(await page.locator('#panel dd').textContent(), 'there (no container there)');
+    });
+
+    it('shows names that differ in blanks, and in what has no shape, as different', async () => {
+        const names = ['a b', 'a  b', 'a b ', 'a\nb', 'a\\nb', 'a\\\nb', 'a\u{e0041}b', 'a\u180eb', 'a\u3164b',
+            'a\u115fb', 'a\u1160b', 'ab'];
+        const data = new Data('alike');
+        for (const name of names) data.add(1, 'string', name, { value: name });
+        ({ page, complaints } = await shown('alike', data));
+        const labels = (await rows(page)).slice(1);
+        assert.deepEqual(labels, ['a b', 'a  b', 'a b ', 'a\\nb', 'a\\\\nb', 'a\\\\\\nb', 'a\\u{e0041}b', 'a\\u180eb',
+            'a\\u3164b', 'a\\u115fb', 'a\\u1160b', 'ab']);
+        assert.deepEqual(await page.locator('#tree .string').allTextContents(), labels);
+        const width = (selector, index) => page.locator(selector).nth(index).evaluate((element) => {
+            const range = document.createRange();
+            range.selectNodeContents(element);
+            return range.getBoundingClientRect().width;
+        });
+        for (const [selector, first] of [['#tree .label', 1], ['#tree .string', 0]]) {
+            assert.ok(await width(selector, first) < await width(selector, first + 1), selector);
+            assert.ok(await width(selector, first) < await width(selector, first + 2), selector);
+        }
     });
 
     it('says that a target is not in the store', async () => {

@@ -69,6 +69,17 @@ TEST_F(Places, ThatATextFillsAreFreeAgain) {
     EXPECT_EQ(dimension(L"a9"), 4'000'001u);
 }
 
+TEST_F(Places, ThatNumbersFillAreFreeAgain) {
+    std::string numbers;
+    for (int i = 0; i < 1'000'000; ++i) numbers += "7 ";
+    std::string values;
+    for (int i = 0; i < 20; ++i) {
+        values += "<double name='a" + std::to_string(i) + "' dim='1000000'>" + numbers + "</double>";
+    }
+    EXPECT_EQ(read(values + "<double name='b' dim='10000000'/>"), tFaults{});  // 160 MB, and 80 MB more
+    EXPECT_EQ(dimension(L"b"), 10'000'000u);
+}
+
 TEST_F(Places, StayWhereAnElementOfTheSameKindIsRefusedInside) {
     EXPECT_EQ(read("<int32 name='a' dim='5'><int32 name='b' dim='2'/></int32>").size(), 1u);
     EXPECT_EQ(dimension(L"a"), 5u);

@@ -1,5 +1,6 @@
 #include "tools/base/Files.h"
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -10,7 +11,6 @@
 #include <string_view>
 #include <system_error>
 
-#include "lumivard/platform/core/io/FileReader.h"
 #include "lumivard/platform/core/io/FileWriter.h"
 #include "lumivard/platform/stores.h"
 #include "tools/base/ExitStatus.h"
@@ -26,14 +26,14 @@ std::unique_ptr<IDataStore> openStore(const std::string& store, stores::tMode mo
     if (store == "memory:")
         throw Failure(kCannotOpen, "a store in memory would be gone with this command: give a file");
     Watch watch("opening " + store, "pages");
+    // A file that is made here has nothing to measure, and is not left behind by an interrupt.
+    std::error_code error;
+    const auto listener = std::filesystem::exists(store, error) ? watch.listener() : stores::tProgress();
     try {
         // Whoever turns to the tool may do so because a file is damaged: every page is measured first.
-        return stores::open(store, mode, {.verify = true, .progress = watch.listener()});
-    } catch (const stores::StoreError& error) {
-        if (isDocument(store)) {
-            throw Failure(kCannotOpen, store + " is an XML document and no store: lvp-data import makes a store of it");
-        }
-        throw Failure(kCannotOpen, error.what());
+        return stores::open(store, mode, {.verify = true, .progress = listener});
+    } catch (const stores::StoreError& failure) {
+        refuseStore(store, failure);
     }
 }
 
@@ -42,6 +42,13 @@ std::unique_ptr<IDataStore> openStore(const std::string& store, stores::tMode mo
 }
 
 }  // namespace
+
+void refuseStore(const std::string& store, const stores::StoreError& error) {
+    if (isDocument(store)) {
+        throw Failure(kCannotOpen, store + " is an XML document and no store: lvp-data import makes a store of it");
+    }
+    throw Failure(kCannotOpen, error.what());
+}
 
 std::unique_ptr<IDataStore> openToRead(const std::string& store) {
     return openStore(store, stores::tMode::kRead);
@@ -54,14 +61,15 @@ std::unique_ptr<IDataStore> openToWrite(const std::string& store) {
 std::unique_ptr<IDataStore> openToChange(const std::string& store) {
     std::error_code error;
     if (!std::filesystem::exists(store, error)) {
-        throw Failure(kCannotOpen, "cannot open the store " + store + ": there is no such file");
+        throw Failure(kCannotOpen, "Cannot open the store \"" + store + "\": there is no such file.");
     }
     return openToWrite(store);
 }
 
 bool isDocument(const std::string& file) {
     std::error_code error;
-    if (!std::filesystem::is_regular_file(file, error)) return false;  // a pipe would be waited for
+    if (file == "-" || std::filesystem::is_fifo(file, error)) return true;  // where no store can be
+    if (!std::filesystem::is_regular_file(file, error)) return false;
     constexpr std::string_view kBefore("\0 \t\n\r\xEF\xBB\xBF\xFE\xFF", 10);
     std::ifstream in(file, std::ios::binary);
     for (char byte; in.get(byte);) {
@@ -79,7 +87,7 @@ bool isSameFile(const std::string& a, const std::string& b) {
 void refuseOutput(const char* what, const std::string& output, const std::string& store,
                   const std::vector<std::string>& others) {
     const auto refuse = [&](const std::string& input) {
-        if (output.empty() || !isSameFile(input, output)) return;
+        if (output.empty() || (!isSameFile(input, output) && !isSameFile(input + "-lock", output))) return;
         throw Failure(kCannotOpen,
                       std::string(what) + " " + output + " would replace " + input + ", which it is made from");
     };
@@ -111,13 +119,12 @@ bool isTerminalOutput() {
 }
 
 void requireReadable(const std::string& document) {
-    lumivard::platform::core::io::FileReader reader(document);
-    errno = 0;
-    if (!reader.open()) {
-        throw Failure(kCannotOpen,
-                      "cannot read the document " + document + ": " + std::generic_category().message(errno));
-    }
-    reader.close();
+    // Not by opening it: who writes into a pipe would have lost his reader.
+    struct stat status {};
+    if (document == "-") return;
+    errno = ::stat(document.c_str(), &status) == 0 && S_ISDIR(status.st_mode) ? EISDIR : 0;
+    if (errno == 0 && ::access(document.c_str(), R_OK) == 0) return;
+    throw Failure(kCannotOpen, "cannot read the document " + document + ": " + std::generic_category().message(errno));
 }
 
 void requireSetUp(IDataStore& store, const std::string& name) {

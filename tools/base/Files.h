@@ -6,6 +6,7 @@
 
 #include "lumivard/platform/core/io/IDataWriter.h"
 #include "lumivard/platform/core/storage/datastore/IDataStore.h"
+#include "lumivard/platform/stores/StoreError.h"
 
 namespace lvp::tool {
 
@@ -17,8 +18,11 @@ std::unique_ptr<IDataStore> openToRead(const std::string& store);
 std::unique_ptr<IDataStore> openToWrite(const std::string& store);
 std::unique_ptr<IDataStore> openToChange(const std::string& store);
 
+/// Throws the failure of `kCannotOpen` for a store that could not be opened; of a document it says what to do with it.
+[[noreturn]] void refuseStore(const std::string& store, const lumivard::platform::stores::StoreError& error);
+
 /// Whether a file begins as XML does in any encoding: with "<" behind white space, a byte order mark, and the zeros of
-/// wider characters. Stores begin with zeros and go on otherwise.
+/// wider characters. Stores begin with zeros and go on otherwise. So are pipes, and "-", which is standard input.
 bool isDocument(const std::string& file);
 
 /// Whether two names lead to one file that is there.
@@ -30,7 +34,8 @@ void requireReadable(const std::string& document);
 /// Throws a failure of `kCannotOpen` for a store that holds nothing yet.
 void requireSetUp(IDataStore& store, const std::string& name);
 
-/// Throws a failure of `kCannotOpen` where an output, "the document" or the like, would replace what it is made from.
+/// Throws a failure of `kCannotOpen` where an output, "the document" or the like, would replace what it is made from,
+/// or a lock file of that.
 void refuseOutput(const char* what, const std::string& output, const std::string& store,
                   const std::vector<std::string>& others);
 

@@ -67,6 +67,17 @@ void JsonWriter::literal(const std::string& text) {
     _out << text;
 }
 
+void JsonWriter::writeHex(std::string_view bytes) {
+    constexpr char kDigits[] = "0123456789abcdef";
+    std::string digits;
+    digits.reserve(bytes.size() * 2);
+    for (const char byte : bytes) {
+        digits += kDigits[static_cast<unsigned char>(byte) >> 4];
+        digits += kDigits[static_cast<unsigned char>(byte) & 15];
+    }
+    _out << digits;
+}
+
 void JsonWriter::begin(char bracket) {
     separate();
     _out << bracket;

@@ -4,6 +4,7 @@
 #include <concepts>
 #include <ostream>
 #include <string>
+#include <string_view>
 
 namespace lvp::tool {
 
@@ -34,6 +35,15 @@ public:
     void value(float number);
     /// A number or a truth value that is a text already.
     void literal(const std::string& text);
+    /// A text of hexadecimal digits, two for each byte of the portions that `next()` gives; an empty one ends it. No
+    /// more than one portion is held at a time.
+    template <class Next>
+    void hex(Next next) {
+        separate();
+        _out << '"';
+        for (std::string_view bytes = next(); !bytes.empty(); bytes = next()) writeHex(bytes);
+        _out << '"';
+    }
 
 private:
     void begin(char bracket);
@@ -41,6 +51,7 @@ private:
     void separate();
     void quote(const std::string& text);
     void writeReal(auto number);
+    void writeHex(std::string_view bytes);
 
     std::ostream& _out;
     bool _first = true;  ///< nothing stands in the innermost object or array so far

@@ -10,59 +10,53 @@ bool continuation(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0u) == 0x80u;
 }
 
-/// Whether a character begins here that ends a line or turns the direction in which text is shown: U+200E, U+200F,
-/// U+2028 to U+202E, U+2066 to U+2069.
-bool isTurn(std::string_view text) {
-    const std::string_view begin = text.substr(0, 2);
-    const auto last = static_cast<unsigned char>(text.size() < 3 ? 0 : text[2]);
-    return (begin == "\xE2\x80" && ((last >= 0xA8 && last <= 0xAE) || last == 0x8E || last == 0x8F)) ||
-           (begin == "\xE2\x81" && last >= 0xA6 && last <= 0xA9);
-}
-
-/// Such a character as \u and four digits.
-std::string turnEscape(std::string_view text) {
-    const auto last = static_cast<unsigned char>(text[2] & 0x3F);
-    const unsigned int high = (text[1] == '\x80' ? 0u : 4u) + (last >> 4);
-    return std::string("\\u20") + kHex[high] + kHex[last & 0x0F];
-}
-
-void appendEscape(std::string& out, unsigned char byte) {
-    switch (byte) {
+/// The name of a control character in an escape: "n", "x1b".
+std::string nameOf(unsigned int control) {
+    switch (control) {
         case '\n':
-            out += "\\n";
-            break;
+            return "n";
         case '\t':
-            out += "\\t";
-            break;
+            return "t";
         case '\r':
-            out += "\\r";
-            break;
+            return "r";
         default:
-            out += "\\x";
-            out += kHex[byte >> 4];
-            out += kHex[byte & 0x0F];
+            return {'x', kHex[control >> 4], kHex[control & 0x0F]};
     }
+}
+
+bool endsALineOrTurnsText(unsigned int character) {
+    return (character >= 0x2028 && character <= 0x202E) || (character >= 0x2066 && character <= 0x2069) ||
+           character == 0x200E || character == 0x200F;
 }
 
 }  // namespace
 
+tUnsafe unsafeAt(std::string_view text) {
+    const auto byte = [text](std::size_t i) { return i < text.size() ? static_cast<unsigned char>(text[i]) : 0U; };
+    if (byte(0) < 0x20 || byte(0) == 0x7F) return {1, byte(0)};
+    if (byte(0) == 0xC2 && byte(1) >= 0x80 && byte(1) < 0xA0) return {2, byte(1)};  // a C1 control
+    if (byte(0) == 0xD8 && byte(1) == 0x9C) return {2, 0x061C};
+    if (byte(0) != 0xE2 || (byte(1) & 0xC0) != 0x80 || (byte(2) & 0xC0) != 0x80) return {};
+    const unsigned int character = 0x2000 | (byte(1) & 0x3F) << 6 | (byte(2) & 0x3F);
+    return endsALineOrTurnsText(character) ? tUnsafe{3, character} : tUnsafe{};
+}
+
 std::string printable(std::string_view text) {
     std::string out;
     out.reserve(text.size());
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const auto byte = static_cast<unsigned char>(text[i]);
-        if (byte < 0x20 || byte == 0x7F) {
-            appendEscape(out, byte);
-        } else if (byte == 0xC2 && i + 1 < text.size() && static_cast<unsigned char>(text[i + 1]) < 0xA0) {
-            appendEscape(out, static_cast<unsigned char>(text[++i]));  // a C1 control, U+0080 to U+009F
-        } else if (text.substr(i, 2) == "\xD8\x9C") {                  // U+061C, another of the kind
-            out += "\\u061c";
-            ++i;
-        } else if (isTurn(text.substr(i))) {
-            out += turnEscape(text.substr(i));
-            i += 2;
+    for (std::size_t i = 0; i < text.size();) {
+        const tUnsafe found = unsafeAt(text.substr(i));
+        if (found.bytes == 0) {
+            out += text[i++];
+            continue;
+        }
+        i += found.bytes;
+        out += '\\';
+        if (found.character < 0x100) {
+            out += nameOf(found.character);
         } else {
-            out += text[i];
+            out += 'u';
+            for (int shift = 12; shift >= 0; shift -= 4) out += kHex[found.character >> shift & 0x0F];
         }
     }
     return out;

@@ -75,7 +75,7 @@ tUnit unitNamed(const std::string& name) {
     }
     const std::string near = listed(nearestUnits(name, 3));
     throw Failure(kWrongUsage, "there is no unit \"" + name + "\"" +
-                                   (near.empty() ? ": lvp-data unit shows them all" : "; near to it are " + near));
+                                   (near.empty() ? ": lvp-data unit shows them all" : "; near to it: " + near));
 }
 
 std::vector<std::string> nearestUnits(std::string_view text, std::size_t most) {

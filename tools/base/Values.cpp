@@ -94,6 +94,9 @@ void appendTruth(const std::string& value, std::vector<char>& bytes) {
 
 void appendText(const std::string& value, std::vector<char>& bytes) {
     const std::wstring text = StringAlgorithm::UTF8Decode(value.c_str());
+    if (WideString(text.c_str()).string() != value) {
+        throw Failure(kWrongUsage, "\"" + value + "\" is not text in UTF-8");
+    }
     append(bytes, text.c_str(), (text.size() + 1) * sizeof(wchar_t));
 }
 

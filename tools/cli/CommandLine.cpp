@@ -1,6 +1,7 @@
 #include "tools/cli/CommandLine.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <exception>
 #include <iostream>
 #include <sstream>
@@ -64,24 +65,40 @@ Verb CommandLine::addHidden(const char* name, std::function<tExitStatus()> work)
 }
 
 tExitStatus CommandLine::run(int argc, char** argv) {
-    std::vector<std::string> words;
-    for (int i = argc - 1; i > 0; --i) words.push_back(Verb::marked(argv[i]));
+    std::vector<std::string> words = Verb::marked({argv + std::min(argc, 1), argv + argc});
+    const std::string first = words.empty() ? std::string() : words.front();
+    const bool isVerb = !_app->get_subcommands([&](const CLI::App* verb) { return verb->get_name() == first; }).empty();
+    const bool isOption = first.rfind('-', 0) == 0 && _app->get_option_no_throw(first) != nullptr;
+    if (!isVerb && !isOption) return missesVerb(Verb::withoutMarks(first));
+    std::reverse(words.begin(), words.end());
     try {
         _app->parse(words);
-    } catch (const CLI::RequiredError& error) {
-        if (_app->get_subcommands().empty()) {
-            return missesVerb(argc > 1 ? argv[1] : "");
-        }
-        return answer(error);
+    } catch (const CLI::ExtrasError&) {
+        return refuseExtras();
     } catch (const CLI::ParseError& error) {
         return answer(error);
     }
     return guarded(_work);
 }
 
+/// Words that nothing takes, in the order in which they were given.
+tExitStatus CommandLine::refuseExtras() const {
+    const CLI::App& verb = *_app->get_subcommands().front();
+    std::vector<std::string> extras = _app->remaining(true);
+    std::string sentence = verb.get_name() + " takes no " + Verb::withoutMarks(extras.front());
+    std::vector<std::string> options;
+    for (const CLI::Option* option : verb.get_options()) {
+        for (const std::string& name : option->get_lnames()) options.push_back("--" + name);
+    }
+    const std::vector<std::string> near = nearest(extras.front(), options, 1);
+    if (extras.front().rfind("--", 0) == 0 && !near.empty()) sentence += ", but " + near.front();
+    return tell((sentence + ": lvp-data " + verb.get_name() + " --help shows what it takes").c_str(), kWrongUsage);
+}
+
 tExitStatus CommandLine::missesVerb(const std::string& word) const {
     const std::string help = "lvp-data --help lists them, lvp-data VERB --help shows one";
-    if (word.empty() || word[0] == '-') return tell(("give a verb: " + help).c_str(), kWrongUsage);
+    if (word.empty()) return tell(("give a verb: " + help).c_str(), kWrongUsage);
+    if (word[0] == '-') return tell(("give a verb before " + word + ": " + help).c_str(), kWrongUsage);
     std::vector<std::string> verbs;
     for (const CLI::App* verb :
          _app->get_subcommands([](const CLI::App* each) { return !each->get_group().empty(); })) {
@@ -97,8 +114,11 @@ tExitStatus CommandLine::answer(const CLI::ParseError& error) {
     std::ostringstream help;
     std::ostringstream complaint;
     const bool asked = _app->exit(error, help, complaint) == 0;
-    std::istringstream lines(complaint.str());
-    for (std::string line; std::getline(lines, line);) std::cerr << printable(line) << '\n';
+    if (!asked) {
+        const std::vector<CLI::App*> verbs = _app->get_subcommands();
+        const std::string command = verbs.empty() ? "lvp-data" : "lvp-data " + verbs.front()->get_name();
+        tell((Verb::withoutMarks(error.what()) + ": " + command + " --help shows what it takes").c_str(), kWrongUsage);
+    }
     std::cout << help.str();
     return guarded([asked] {
         flushOutput();

@@ -35,6 +35,7 @@ public:
 
 private:
     tExitStatus missesVerb(const std::string& word) const;
+    tExitStatus refuseExtras() const;
     tExitStatus answer(const CLI::ParseError& error);
 
     std::unique_ptr<CLI::App> _app;

@@ -1,7 +1,11 @@
 #include "tools/cli/Verb.h"
 
 #include <CLI/CLI.hpp>
+#include <charconv>
+#include <cmath>
 #include <string_view>
+
+#include "tools/base/Nearest.h"
 
 namespace lvp::tool {
 
@@ -27,10 +31,26 @@ CLI::Option& add(CLI::App& app, const char* names, Value& value, const char* hel
 
 }  // namespace
 
-std::string Verb::marked(const std::string& word) {
-    const auto begins = [&word](std::string_view beginning) { return word.rfind(beginning, 0) == 0; };
-    const bool number = begins("-.") || begins("-inf") || begins("-nan");
-    return number || begins("[") || begins(kMark) ? std::string(kMark) + word : word;
+std::vector<std::string> Verb::marked(const std::vector<std::string>& words) {
+    std::vector<std::string> marked;
+    bool all = false;  // behind "--" there are no options
+    for (const std::string& word : words) {
+        const std::string small = lower(word);
+        const auto begins = [&small](std::string_view beginning) { return small.rfind(beginning, 0) == 0; };
+        const bool number = begins("-.") || begins("-inf") || begins("-nan");
+        const bool plain = number || begins("[") || begins(kMark) || word == "++";
+        if (!all && word == "--") {
+            all = true;
+        } else {
+            marked.push_back(all || plain ? std::string(kMark) + word : word);
+        }
+    }
+    return marked;
+}
+
+std::string Verb::withoutMarks(std::string text) {
+    std::erase(text, kMark[0]);
+    return text;
 }
 
 Verb& Verb::argument(const char* name, std::string& value, const char* help) {
@@ -60,14 +80,32 @@ Verb& Verb::option(const char* names, std::string& value, const char* help) {
 
 Verb& Verb::options(const char* names, std::vector<std::string>& values, const char* help) {
     add(_app, names, values, help)
-        .expected(1)
+        .check(notEmpty)
+        ->expected(1)
         ->allow_extra_args(false)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
     return *this;
 }
 
+Verb& Verb::output(std::string& value, const char* help) {
+    const auto take = [&value](const std::string& word) {
+        const std::string name = unmarked(word);
+        if (name.empty()) throw CLI::ValidationError("--output", "it is empty");
+        value = name == "-" || name == "/dev/stdout" ? std::string() : name;
+    };
+    _app.add_option_function<std::string>("-o,--output", take, help);
+    return *this;
+}
+
 Verb& Verb::number(const char* name, double& value, const char* help) {
-    _app.add_option(name, value, help)->check(CLI::NonNegativeNumber);
+    const auto take = [name, &value](const std::string& word) {
+        const std::string text = unmarked(word);
+        const auto read = std::from_chars(text.data(), text.data() + text.size(), value);
+        const bool whole = read.ec == std::errc() && read.ptr == text.data() + text.size();
+        if (whole && std::isfinite(value) && value >= 0) return;
+        throw CLI::ValidationError(name, "\"" + text + "\" is no number from 0 on, such as 1e-9");
+    };
+    _app.add_option_function<std::string>(name, take, help)->type_name("NUMBER");
     return *this;
 }
 

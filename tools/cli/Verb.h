@@ -18,9 +18,12 @@ class Verb {
 public:
     explicit Verb(CLI::App& app) : _app(app) {}
 
-    /// A word of the command line as it has to be given to the parser, which would take some words for what they are
-    /// not.
-    static std::string marked(const std::string& word);
+    /// The words of a command line as they have to be given to the parser, which would take some of them for what they
+    /// are not. Behind a "--" all of them are words.
+    static std::vector<std::string> marked(const std::vector<std::string>& words);
+
+    /// What the parser says of such words, as they were typed.
+    static std::string withoutMarks(std::string text);
 
     /// Arguments, in their order: one that must be given, one that may be left out, at least one of several, and any
     /// number of them.
@@ -34,6 +37,9 @@ public:
     Verb& option(const char* names, std::string& value, const char* help);
     Verb& options(const char* names, std::vector<std::string>& values, const char* help);
     Verb& number(const char* name, double& value, const char* help);
+
+    /// Where the verb writes. Empty where that is standard output: when it is left out, or is "-".
+    Verb& output(std::string& value, const char* help);
 
     /// An option without a value, which may make sense only where another one is given.
     Verb& flag(const char* name, bool& value, const char* help, const char* needs = nullptr);

@@ -237,7 +237,7 @@ void declareDiff(CommandLine& line) {
         .flag("--order", options->order, "The order of items matters")
         .json(options->json)
         .flag("--html", options->html, "Write a page with the two side by side")
-        .option("-o,--output", options->output, "Where to write; standard output when left out");
+        .output(options->output, "Where to write; standard output when left out");
 }
 
 }  // namespace lvp::tool

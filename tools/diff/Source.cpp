@@ -2,11 +2,11 @@
 
 #include <filesystem>
 
-#include "lumivard/platform/core/io/FileReader.h"
 #include "lumivard/platform/data/format/xml/IXMLFrontEnd.h"
 #include "lumivard/platform/stores.h"
 #include "tools/base/ExitStatus.h"
 #include "tools/base/Files.h"
+#include "tools/documents/DocumentReader.h"
 #include "tools/documents/Faults.h"
 #include "tools/documents/WatchedStreams.h"
 
@@ -27,7 +27,7 @@ void Source::readDocument(const Schemas& schemas) {
     std::error_code error;
     const auto size = std::filesystem::file_size(_name, error);
     Watch watch("diff", "bytes", error ? 0 : size);
-    lumivard::platform::core::io::FileReader file(_name);
+    DocumentReader file(_name);
     WatchedReader reader(file, watch);
     // An interrupt shows here as a document that breaks off.
     Faults faults([&](const Faults::tFault& fault) {

@@ -1,47 +1,28 @@
+#include <iostream>
 #include <memory>
 
+#include "lumivard/platform/core/io/MemoryReader.h"
 #include "lumivard/platform/core/io/MemoryWriter.h"
-#include "lumivard/platform/core/string/StringAlgorithm.h"
+#include "lumivard/platform/core/xml/XMLParser.h"
 #include "lumivard/platform/core/xml/XMLSerializer.h"
 #include "lumivard/platform/data/format/xml/IXMLFrontEnd.h"
 #include "tools/Verbs.h"
 #include "tools/base/Files.h"
+#include "tools/base/Kinds.h"
 #include "tools/base/WatchedStore.h"
 #include "tools/documents/CanonicalDocument.h"
-#include "tools/documents/Document.h"
+#include "tools/documents/TerminalWriter.h"
 #include "tools/documents/WatchedStreams.h"
+#include "tools/items/Items.h"
+#include "tools/schemas/Layouts.h"
 #include "tools/schemas/Schemas.h"
 
 namespace lvp::tool {
 
 namespace core = lumivard::platform::core;
-using core::string::StringAlgorithm;
+using lumivard::platform::data::format::xml::IXMLFrontEnd;
 
 namespace {
-
-/// Writes the events of a document as a document.
-class Rewriter : public XMLCallback {
-public:
-    explicit Rewriter(core::xml::XMLSerializer& serializer) : _serializer(serializer) {}
-
-    void notifyStartElement(const char* name, const char** attributes) override {
-        _serializer.startElement(StringAlgorithm::UTF8Decode(name).c_str(), nullptr);
-        for (; *attributes; attributes += 2) {
-            _serializer.addAttribute(StringAlgorithm::UTF8Decode(attributes[0]).c_str(),
-                                     StringAlgorithm::UTF8Decode(attributes[1]).c_str(), nullptr);
-        }
-    }
-    void notifyEndElement(const char*) override { _serializer.endElement(false); }
-    void notifyStartNamespace(const char*, const char*) override {}
-    void notifyEndNamespace(const char*) override {}
-    void notifyCharacterData(const char* data, int length) override {
-        const std::string text(data, static_cast<std::size_t>(length));
-        _serializer.addCharacterData(StringAlgorithm::UTF8Decode(text.c_str()).c_str());
-    }
-
-private:
-    core::xml::XMLSerializer& _serializer;
-};
 
 struct tOptions {
     std::string store;
@@ -51,43 +32,93 @@ struct tOptions {
     bool canonical = false;
 };
 
-/// Writes what lies at the path, or all, by way of the events of the document that the library writes.
-void writeByEvents(IDataStore& store, const tOptions& options, const Schemas& schemas, core::io::IDataWriter& writer) {
+/// Looks over what is written: finds the record of the item at the path, and counts the structs that go out without a
+/// value, since nothing tells how they are laid out.
+class Survey : public IVisitor {
+public:
+    explicit Survey(ISchemaLocator* locator) : _layouts(locator) {}
+
+    void primitive(const tPrimitive& item) override {
+        see(item.offset, item.flags);
+        if (item.valuetype != lumivard::platform::data::metadata::kStruct || item.dimension == 0) return;
+        if ((item.flags & kHidden) == 0 && !_layouts.of(item)) ++structs;
+    }
+    bool table(const tTable& item) override { return see(item.offset, item.flags); }
+    bool container(const tContainer& item) override { return see(item.offset, item.flags); }
+
+    unsigned int offset = 0;  ///< of the item that was shown first
+    bool hidden = false;      ///< and whether it is
+    std::size_t structs = 0;
+
+private:
+    bool see(unsigned int record, unsigned char flags) {
+        if (!_seen) {
+            offset = record;
+            hidden = (flags & kHidden) != 0;
+        }
+        _seen = true;
+        return (flags & kHidden) == 0;
+    }
+
+    Layouts _layouts;
+    bool _seen = false;
+};
+
+/// Looks at the item at the path, or at the whole store.
+Survey survey(IDataStore& store, const tOptions& options, ISchemaLocator* locator) {
+    if (!options.path.empty() && itemAt(store, options.path) == tItem::kNothing) {
+        refusePath(store, options.store, options.path);
+    }
+    Survey survey(locator);
+    visit(store, options.path, survey);
+    if (options.path.empty()) survey.offset = 0;
+    if (!options.path.empty() && survey.hidden) {
+        throw Failure(kCannotOpen,
+                      options.path + " in the store " + options.store +
+                          " is hidden, as it came from a schema, and documents leave that out; lvp-data get "
+                          "and tree show it");
+    }
+    return survey;
+}
+
+void writeCanonical(IDataStore& store, unsigned int offset, ISchemaLocator* locator, core::io::IDataWriter& writer) {
+    core::io::MemoryWriter plain;
+    IXMLFrontEnd::serialize(&store, &plain, locator, offset);
+    CanonicalDocument document;
+    core::io::MemoryReader reader(plain.bytes());
+    reader.open();
+    core::xml::XMLParser(&document, nullptr).parseDocument(&reader);
     core::LVPUUID id;
     core::xml::XMLSerializer serializer(id);
     serializer.attach(&writer);
     serializer.emitXMLHeader();
-    if (options.canonical) {
-        CanonicalDocument document;
-        readItem(store, options.store, options.path, schemas.locator(), document);
-        document.write(serializer);
-    } else {
-        Rewriter rewriter(serializer);
-        readItem(store, options.store, options.path, schemas.locator(), rewriter);
-    }
+    document.write(serializer);
     serializer.detach();
-    if (options.canonical) writer.write("\n", 1);  // the last line is one, too
 }
 
 tExitStatus exportDocument(const tOptions& options) {
     refuseOutput("the document", options.output, options.store, options.schemas);
     Schemas schemas(options.schemas);
+    IDataStore& under = schemas.storeToRead(options.store);
     Watch watch("export", "bytes");
-    WatchedStore store(schemas.storeToRead(options.store), watch, false);
-
-    // What fails before the first byte of the item is there leaves the old document in its place.
-    const bool byEvents = !options.path.empty() || options.canonical;
-    core::io::MemoryWriter events;
-    if (byEvents) writeByEvents(store, options, schemas, events);
+    WatchedStore store(under, watch, false);
+    const Survey found = survey(store, options, schemas.locator());
     const auto output = openOutput("the document", options.output);
-    WatchedWriter writer(*output, watch);
-    if (byEvents) {
-        writer.write(events.bytes().data(), events.bytes().size());
-        writer.close();
+    const bool terminal = options.output.empty() && isTerminalOutput();
+    TerminalWriter shown(*output, terminal);
+    WatchedWriter writer(shown, watch);
+    if (options.canonical) {
+        writeCanonical(store, found.offset, schemas.locator(), writer);
     } else {
-        lumivard::platform::data::format::xml::IXMLFrontEnd::serialize(&store, &writer, schemas.locator(), 0);
+        IXMLFrontEnd::serialize(&store, &writer, schemas.locator(), found.offset);
     }
-    return schemas.faulty() ? kFaults : kDone;
+    if (options.canonical || terminal) writer.write("\n", 1);
+    shown.close();
+    if (found.structs != 0) {
+        std::cerr << "lvp-data: " << found.structs << (found.structs == 1 ? " struct" : " structs")
+                  << " went out without a value: give the --schemas that tell how it is laid out\n";
+    }
+    return schemas.faulty() || found.structs != 0 ? kFaults : kDone;
 }
 
 }  // namespace
@@ -95,10 +126,10 @@ tExitStatus exportDocument(const tOptions& options) {
 void declareExport(CommandLine& line) {
     const auto options = std::make_shared<tOptions>();
     line.add("export", "Write a store, or one item of it, as an XML document",
-             "export materials.lvp Metal.Steel -o steel.xml", [options] { return exportDocument(*options); })
+             "export materials.lvp Carbon.Graphite -o graphite.xml", [options] { return exportDocument(*options); })
         .store(options->store)
         .part(options->path)
-        .option("-o,--output", options->output, "The document; standard output when left out")
+        .output(options->output, "The document; standard output when left out")
         .flag("--canonical", options->canonical,
               "Items sorted by name and one value a line, so that a comparison by lines shows what changed")
         .schemas(options->schemas);

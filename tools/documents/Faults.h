@@ -12,7 +12,7 @@ class Faults : public lumivard::platform::data::format::xml::IXMLFrontEnd::IErro
 public:
     using WideString = lumivard::platform::core::string::WideString;
 
-    /// A fault; line and column from 1, both 0 where they are a part of the message.
+    /// A fault; line and column from 1, both 0 where they are not known.
     struct tFault {
         unsigned long line;
         unsigned long column;
@@ -26,11 +26,14 @@ public:
     void report(const WideString& message) override;
     void malformed(const WideString& message) override;
 
+    /// One more fault, of the document as a whole.
+    void add(const std::string& message) { hand({0, 0, message}); }
+
     unsigned long count() const { return _count; }
     bool brokeOff() const { return _brokeOff; }
 
 private:
-    void hand(const WideString& message);
+    void hand(const tFault& fault);
 
     tHear _hear;
     unsigned long _line = 0;

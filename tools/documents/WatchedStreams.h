@@ -31,13 +31,13 @@ private:
     unsigned long long _bytes = 0;
 };
 
-/// A writer whose bytes count as progress.
+/// A writer, which is open already, whose bytes count as progress. It stays open until its owner closes it.
 class WatchedWriter : public lumivard::platform::core::io::IDataWriter {
 public:
     WatchedWriter(IDataWriter& under, Watch& watch) : _under(under), _watch(watch) {}
 
-    bool open() override { return _under.open(); }
-    void close() override { _under.close(); }
+    bool open() override { return true; }
+    void close() override {}
     void write(const void* data, unsigned long size) override {
         _watch.advance(size);
         _under.write(data, size);

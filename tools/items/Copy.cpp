@@ -41,6 +41,9 @@ SharedPtr<IContainer> openDestination(const tPlace& to) {
         refuse("the destination " + path.whole + " names no container to stand in: give CONTAINER.NAME");
     }
     auto owner = containerAt(*to.store, path.owner);
+    if (!owner && itemAt(*to.store, path.owner) == tItem::kTable) {
+        refuse(path.owner + " in the store " + to.storeName + " is a table: cp and mv put items into containers only");
+    }
     if (!owner) refuse("the store " + to.storeName + " holds no container at the path " + path.owner);
     if (owner->has(wide(path.name))) {
         refuse("in the store " + to.storeName + ", " + path.owner + " already holds " + path.name);
@@ -138,13 +141,13 @@ void declareTransfer(CommandLine& line, const char* name, const char* help, cons
 }  // namespace
 
 void declareCopy(CommandLine& line) {
-    declareTransfer(line, "cp", "Copy an item, with all that it holds", "cp materials.lvp Metal.Steel Metal.MySteel",
-                    copyItem);
+    declareTransfer(line, "cp", "Copy an item, with all that it holds",
+                    "cp materials.lvp Carbon.Graphite Carbon.MyGraphite", copyItem);
 }
 
 void declareMove(CommandLine& line) {
-    declareTransfer(line, "mv", "Move an item, with all that it holds", "mv materials.lvp Metal.Steel Alloys.Steel",
-                    moveItem);
+    declareTransfer(line, "mv", "Move an item, with all that it holds",
+                    "mv materials.lvp Carbon.MyGraphite Other.MyGraphite", moveItem);
 }
 
 }  // namespace lvp::tool

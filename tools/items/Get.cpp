@@ -76,7 +76,7 @@ tExitStatus get(const tOptions& options) {
 
 void declareGet(CommandLine& line) {
     const auto options = std::make_shared<tOptions>();
-    line.add("get", "Print a value, with its unit", "get materials.lvp Metal.Steel.Mechanical.Density",
+    line.add("get", "Print a value, with its unit", "get materials.lvp Carbon.Graphite.Density",
              [options] { return get(*options); })
         .store(options->store)
         .item(options->path)

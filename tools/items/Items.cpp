@@ -72,7 +72,9 @@ void release(const SharedPtr<IProperty>& property) {
 }  // namespace
 
 WideString wide(const std::string& text) {
-    return lumivard::platform::core::string::StringAlgorithm::UTF8Decode(text.c_str()).c_str();
+    const std::wstring decoded = lumivard::platform::core::string::StringAlgorithm::UTF8Decode(text.c_str());
+    if (utf8(decoded) != text) throw Failure(kWrongUsage, "\"" + text + "\" is not text in UTF-8");
+    return decoded.c_str();
 }
 
 std::string utf8(std::wstring_view text) {
@@ -100,7 +102,9 @@ void refusePath(IDataStore& store, const std::string& storeName, const std::stri
     }
     const Look owner = look(store, tItemPath(missing.owner));
     std::string sentence = "the store " + storeName + " holds nothing at the path " + path;
-    if (owner.kind == tItem::kPrimitive) {
+    if (missing.name.empty() && owner.kind != tItem::kPrimitive) {
+        sentence += ": a name in it is empty";
+    } else if (owner.kind == tItem::kPrimitive) {
         sentence += ": " + missing.owner + " is a value, which holds no items";
     } else {
         const std::string near = listed(nearest(missing.name, owner.names, 3));

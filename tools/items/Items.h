@@ -19,6 +19,7 @@ using lumivard::platform::data::metadata::IProperty;
 using lumivard::platform::data::structure::IContainer;
 using lumivard::platform::data::structure::IVisitor;
 
+/// A text in UTF-8, and back. What is none is a failure of `kWrongUsage`, since it would become another text.
 WideString wide(const std::string& text);
 std::string utf8(std::wstring_view text);
 

@@ -35,7 +35,12 @@ public:
         if (_options.with) _lines.back().value = valueLine(item, kColumns);
     }
     bool table(const tTable& item) override { return set("table", item.name, item.flags); }
-    bool container(const tContainer& item) override { return set(nameOf(item.type), item.name, item.flags); }
+    bool container(const tContainer& item) override {
+        const std::size_t before = _lines.size();
+        const bool enters = set(nameOf(item.type), item.name, item.flags);
+        if (_lines.size() > before && !item.target.empty()) _lines.back().target = printable(utf8(item.target));
+        return enters;
+    }
 
     void print() const {
         std::size_t widest = 0;
@@ -44,6 +49,7 @@ public:
             if (_options.with) std::cout << line.kind << std::string(widest + 2 - line.kind.size(), ' ');
             std::cout << line.name;
             if (!line.value.empty()) std::cout << " = " << line.value;
+            if (_options.with && !line.target.empty()) std::cout << " to " << line.target;
             std::cout << '\n';
         }
     }
@@ -53,6 +59,7 @@ private:
         std::string kind;
         std::string name;
         std::string value;
+        std::string target;  ///< of a link
     };
 
     bool shows(unsigned char flags) const { return _options.hidden || (flags & kHidden) == 0; }
@@ -61,7 +68,7 @@ private:
         if (shows(flags)) add(kind, name);
         return false;
     }
-    void add(const char* kind, std::wstring_view name) { _lines.push_back({kind, printable(utf8(name)), {}}); }
+    void add(const char* kind, std::wstring_view name) { _lines.push_back({kind, printable(utf8(name)), {}, {}}); }
 
     const tOptions& _options;
     bool _within;  ///< what is shown is held by the set
@@ -89,7 +96,7 @@ tExitStatus list(const tOptions& options) {
 
 void declareList(CommandLine& line) {
     const auto options = std::make_shared<tOptions>();
-    line.add("ls", "List what a container or table holds, one name a line", "ls -l materials.lvp Metal.Steel",
+    line.add("ls", "List what a container or table holds, one name a line", "ls -l materials.lvp Carbon.Graphite",
              [options] { return list(*options); })
         .store(options->store)
         .part(options->path)

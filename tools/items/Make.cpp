@@ -1,10 +1,13 @@
+#include <filesystem>
 #include <memory>
+#include <system_error>
 
 #include "lumivard/platform/data.h"
 #include "lumivard/platform/stores.h"
 #include "tools/Verbs.h"
 #include "tools/base/ChangedStore.h"
 #include "tools/base/Kinds.h"
+#include "tools/base/Nearest.h"
 #include "tools/items/Items.h"
 #include "tools/items/Texts.h"
 #include "tools/items/Typed.h"
@@ -44,11 +47,13 @@ tMade madeKind(const std::string& name) {
     if (name == "table") return {.isTable = true};
     const tValue value = kindNamed(name);
     if (value != tValue{}) return {.value = value};
-    std::string kinds = "node, group, link, table";
+    std::vector<std::string> kinds{"node", "group", "link", "table"};
     for (unsigned int kind = metadata::kBinary; kind <= metadata::kStruct; ++kind) {
-        kinds += std::string(", ") + nameOf(static_cast<tValue>(kind));
+        kinds.emplace_back(nameOf(static_cast<tValue>(kind)));
     }
-    throw Failure(kWrongUsage, "there is no kind \"" + name + "\": it is one of " + kinds);
+    const std::vector<std::string> near = nearest(name, kinds, 1);
+    throw Failure(kWrongUsage, "there is no kind \"" + name + "\"" + (near.empty() ? "" : ", but " + near.front()) +
+                                   ": it is one of " + listed(kinds));
 }
 
 /// What is given makes sense for the kind.
@@ -157,6 +162,13 @@ tExitStatus make(const tOptions& options) {
         schema = schemas.locator()->resolve(wide(options.classes));
     }
     const bool atTop = options.path.find('.') == std::string::npos;
+    std::error_code error;
+    if (!atTop && !options.parents && !std::filesystem::exists(options.store, error)) {
+        throw Failure(kCannotOpen, "there is no store " + options.store +
+                                       ": with -p it is made, with the groups on the "
+                                       "way to " +
+                                       options.path);
+    }
     ChangedStore store(options.store, atTop || options.parents);
     if (atTop) {
         makeTop(*store, options, kind);
@@ -173,7 +185,7 @@ tExitStatus make(const tOptions& options) {
 void declareMake(CommandLine& line) {
     const auto options = std::make_shared<tOptions>();
     line.add("mk", "Make a container, a table or a value; the store too, where there is none",
-             "mk materials.lvp Metal.Steel.Length double 2.5 Meter", [options] { return make(*options); })
+             "mk materials.lvp Carbon.Graphite.Length double 2.5 Meter", [options] { return make(*options); })
         .store(options->store)
         .item(options->path)
         .argument("KIND", options->kind, "node, group, link, table, or a kind of values such as double")

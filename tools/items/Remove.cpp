@@ -72,7 +72,7 @@ tExitStatus removeItems(const tOptions& options) {
 
 void declareRemove(CommandLine& line) {
     const auto options = std::make_shared<tOptions>();
-    line.add("rm", "Remove items; all of them, or none", "rm -r materials.lvp Metal.MySteel",
+    line.add("rm", "Remove items; all of them, or none", "rm -r materials.lvp Other.MyGraphite",
              [options] { return removeItems(*options); })
         .store(options->store)
         .arguments("PATH", options->paths, "Names from the top down, joined by dots")

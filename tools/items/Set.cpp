@@ -50,7 +50,8 @@ void setValue(IDataStore& store, const tOptions& options) {
         return;
     }
     const tTyped value = typedValue(primitive->valuetype(), options.words, options.unit);
-    if (value.bytes.empty()) throw Failure(kWrongUsage, "give the value before its unit");
+    const bool ofBytes = formOf(primitive->valuetype()) == tForm::kBytes && !options.words.empty();
+    if (value.bytes.empty() && !ofBytes) throw Failure(kWrongUsage, "give the value before its unit");
     requireUnit(options, value.unit, primitive->units());
     if (!put(*primitive, value)) throw Failure(kCannotFinish, "the value is too long");
 }
@@ -72,7 +73,7 @@ tExitStatus set(const tOptions& options) {
 void declareSet(CommandLine& line) {
     const auto options = std::make_shared<tOptions>();
     line.add("set", "Change a value, or what an item is called in a language",
-             "set materials.lvp Metal.Steel.Mechanical.Density 7850 KilogramPerCubicMeter",
+             "set materials.lvp Carbon.Graphite.Density 1800 KilogramPerCubicMeter",
              [options] { return set(*options); })
         .store(options->store)
         .item(options->path)

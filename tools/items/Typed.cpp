@@ -1,5 +1,8 @@
 #include "tools/items/Typed.h"
 
+#include <algorithm>
+#include <array>
+
 #include "tools/base/ExitStatus.h"
 #include "tools/base/Nearest.h"
 #include "tools/base/Units.h"
@@ -8,11 +11,12 @@ namespace lvp::tool {
 
 namespace {
 
-/// Whether a word among numbers is none: "Meter", but not "-1" or "inf".
+/// Whether a word among numbers or truth values is none: "Meter", but not "-1", "inf" or "true".
 bool isName(const std::string& word) {
     const std::string small = lower(word);
     const bool letter = !small.empty() && small[0] >= 'a' && small[0] <= 'z';
-    return letter && small != "inf" && small != "infinity" && small != "nan";
+    constexpr std::array kValues{"inf", "infinity", "nan", "true", "false"};
+    return letter && std::find(kValues.begin(), kValues.end(), small) == kValues.end();
 }
 
 }  // namespace
@@ -20,7 +24,7 @@ bool isName(const std::string& word) {
 tTyped typedValue(tValue kind, std::vector<std::string> words, const std::string& unit) {
     tTyped value;
     const tForm form = formOf(kind);
-    const bool ofNumbers = form == tForm::kReals || form == tForm::kIntegers;
+    const bool ofNumbers = form == tForm::kReals || form == tForm::kIntegers || form == tForm::kTruths;
     if (!unit.empty()) value.unit = unitNamed(unit);
     if (ofNumbers && !words.empty() && isName(words.back())) {
         const tUnit named = unitNamed(words.back());

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
-#include "lumivard/platform/core/io/FileReader.h"
 #include "lumivard/platform/stores.h"
 #include "tools/base/ExitStatus.h"
 #include "tools/base/Files.h"
 #include "tools/base/Nearest.h"
+#include "tools/documents/DocumentReader.h"
 #include "tools/documents/Faults.h"
 #include "tools/items/Items.h"
 
@@ -75,7 +75,7 @@ void Schemas::readDocument(const std::string& document) {
     // A locator of its own: what one finds in a document that is half read, it keeps.
     const auto above = ISchemaLocator::make(nullptr);
     for (const tStore& open : _stores) above->push(open.store.get());
-    lumivard::platform::core::io::FileReader reader(document);
+    DocumentReader reader(document);
     Faults faults([&](const Faults::tFault& fault) { printFault(document, fault); });
     IXMLFrontEnd::parse(store, &reader, above.get(), nullptr, &faults);
     if (faults.brokeOff()) throw Failure(kCannotOpen, "the schemas in " + document + " cannot be used");

@@ -37,6 +37,9 @@ public:
     /// The locator; null when no source was given.
     ISchemaLocator* locator() const { return _sources.empty() ? nullptr : _locator.get(); }
 
+    /// The same, which finds nothing where no source was given.
+    ISchemaLocator* all() const { return _locator.get(); }
+
     /// Whether a document had faults.
     bool faulty() const { return _faulty; }
 

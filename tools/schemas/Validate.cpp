@@ -93,7 +93,7 @@ tExitStatus validate(const tOptions& options) {
 void declareValidate(CommandLine& line) {
     const auto options = std::make_shared<tOptions>();
     line.add("validate", "Tell whether a container or table conforms to schemas, and why not",
-             "validate materials.lvp Metal.Steel \"Mechanical;Thermal\" --schemas schemas.xml",
+             "validate materials.lvp Carbon.Graphite \"Mechanical;Thermal\" --schemas schemas.xml",
              [options] { return validate(*options); })
         .store(options->store)
         .item(options->path)

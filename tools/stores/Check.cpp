@@ -34,7 +34,7 @@ stores::FileReport verify(const tCheckOptions& options) {
     try {
         return stores::verify(options.store, options.whole || options.repair, {.progress = watch.listener()});
     } catch (const stores::StoreError& error) {
-        throw Failure(kCannotOpen, error.what());
+        refuseStore(options.store, error);
     }
 }
 

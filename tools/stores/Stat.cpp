@@ -77,7 +77,7 @@ stores::FileReport examine(const std::string& name) {
     try {
         return stores::verify(name, false, {.progress = watch.listener()});
     } catch (const stores::StoreError& error) {
-        throw Failure(kCannotOpen, error.what());
+        refuseStore(name, error);
     }
 }
 

@@ -64,7 +64,7 @@ tExitStatus search(const tOptions& options) {
     } else if (rows.empty()) {
         const std::string near = listed(nearestUnits(options.text, 5));
         throw Failure(kFaults, "no unit has \"" + options.text + "\" in its name" +
-                                   (near.empty() ? "" : "; near to it are " + near));
+                                   (near.empty() ? "" : "; near to it: " + near));
     } else {
         print(rows);
     }

@@ -111,19 +111,22 @@ std::vector<std::wstring> split(const std::wstring& uris) {
     return all;
 }
 
-/// The first difference of an item from one of its schemas, behind the schema's name. False where none is known.
-bool compare(const tSubject& subject, const std::wstring& uris, Known& known, std::string& difference) {
-    bool looked = false;
+/// What came of holding an item against its schemas.
+struct tVerdict {
+    std::wstring uris;       ///< the known ones, which it conforms to, or the first that it does not; empty for none
+    std::string difference;  ///< from that one, behind its name
+};
+
+tVerdict compare(const tSubject& subject, const std::wstring& uris, Known& known) {
+    tVerdict verdict;
     for (const std::wstring& uri : split(uris)) {
         metadata::ISchema* schema = known.find(uri);
         if (!schema) continue;
-        looked = true;
         const std::string cause = subject.difference(schema);
-        if (cause.empty()) continue;
-        difference = printable(utf8(uri)) + ": " + cause;
-        break;
+        if (!cause.empty()) return {uri, printable(utf8(uri)) + ": " + cause};
+        verdict.uris += (verdict.uris.empty() ? L"" : L";") + uri;
     }
-    return looked;
+    return verdict;
 }
 
 }  // namespace
@@ -159,16 +162,19 @@ std::vector<tConformance> conformance(IDataStore& store, const Schemas& schemas,
     for (std::size_t item = 0; item < items.size() && base != items.base.end(); ++item) {
         const std::wstring* path = paths.next();
         if (base->item != item) continue;
-        const std::size_t uris = base++->text;
+        const std::size_t named = base++->text;
         if (!path) continue;
         const tSubject subject(store, utf8(*path), items.kind[item] == tPageItems::kTable);
         if (!subject) continue;
-        std::string difference;
-        if (!compare(subject, *items.pool.texts()[uris], known, difference)) continue;
-        rows.push_back({item, uris, std::move(difference)});
+        tVerdict verdict = compare(subject, *items.pool.texts()[named], known);
+        if (verdict.uris.empty()) continue;
+        rows.push_back({item, items.pool.place(verdict.uris), std::move(verdict.difference)});
     }
-    for (const tPageItems::tNote& note : items.schema) {
-        for (const std::wstring& uri : split(*items.pool.texts()[note.text])) known.find(uri);
+    // Of items that were not compared, too, the page tells which of their schemas were given.
+    for (const auto* notes : {&items.base, &items.schema}) {
+        for (const tPageItems::tNote& note : *notes) {
+            for (const std::wstring& uri : split(*items.pool.texts()[note.text])) known.find(uri);
+        }
     }
     for (const std::wstring& uri : known.found()) found.push_back(items.pool.place(uri));
     return rows;

@@ -20,13 +20,14 @@ std::vector<std::size_t> itemsOf(const std::vector<data::check::Finding>& findin
 /// Whether an item still has what the schemas have that it was made with.
 struct tConformance {
     std::size_t item;
-    std::size_t uris;        ///< in the pool
+    std::size_t uris;        ///< in the pool: the schemas that it has all of, or the first that it has not
     std::string difference;  ///< the first one, behind the schema's name; empty where there is none
 };
 
-/// Holds all items that name schemas against those of them that are among `schemas`. `found` takes the places in the
-/// pool of the URIs that are, those of schemas that lay out structs too. Tables at the top of the store,
-/// and items with a dot in their path, cannot be opened and are passed over.
+/// Holds all items that name schemas against those of them that are among `schemas`; of the others nothing is said.
+/// `found` takes the places in the pool of the URIs that are, those of schemas that lay out structs too. Tables at the
+/// top of the store, what stands there in place of a root, and items with a dot in their path cannot be opened and are
+/// passed over.
 std::vector<tConformance> conformance(data::IDataStore& store, const Schemas& schemas, tPageItems& items,
                                       std::vector<std::size_t>& found);
 

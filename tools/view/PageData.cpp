@@ -139,6 +139,10 @@ void writeFindings(JsonWriter& json, const tPageSource& source, const tPageItems
         json.key(word(severity)).value(source.report.count(severity));
     }
     json.endObject();
+    json.key("unattached").beginObject();
+    json.key("records").value(source.report.unattached);
+    json.key("bytes").value(source.report.unattachedBytes);
+    json.endObject();
 }
 
 }  // namespace

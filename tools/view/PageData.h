@@ -45,9 +45,11 @@ struct tPageSource {
 ///     defaults    [item, place of the unit, kind]: of tables
 ///
 ///     schemas     places of the URIs that were found, or null where no schemas were given
-///     conformance [item, place of the URIs, text]: what it lacks, empty for nothing; null where none were given
+///     conformance [item, place of URIs, text]: empty for an item that has all of these schemas, otherwise what it
+///                 lacks of this one; null where none were given
 ///     findings    [item or -1, severity, code, path, found, repair]
 ///     severities  {note, stale, damage, fatal}: how many findings there are of each
+///     unattached  {records, bytes} that nothing reaches, of which there are no findings
 ///
 ///     strings     texts
 void writePageData(std::ostream& out, const tPageSource& source);

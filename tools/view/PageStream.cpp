@@ -19,6 +19,7 @@ std::streamsize PageStream::Buffer::xsputn(const char* text, std::streamsize siz
 
 int PageStream::Buffer::sync() {
     _writer.write(_bytes.data(), _bytes.size());
+    _written += _bytes.size();
     _bytes.clear();
     return 0;
 }

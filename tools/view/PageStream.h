@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <ostream>
 #include <streambuf>
 #include <string>
@@ -15,10 +16,15 @@ public:
     /// `writer` is open, and outlives the stream. What it throws passes through.
     explicit PageStream(lumivard::platform::core::io::IDataWriter& writer);
 
+    /// How many bytes have gone to the writer: all, behind a flush.
+    std::uint64_t written() const { return _buffer.written(); }
+
 private:
     class Buffer : public std::streambuf {
     public:
         explicit Buffer(lumivard::platform::core::io::IDataWriter& writer) : _writer(writer) {}
+
+        std::uint64_t written() const { return _written; }
 
     protected:
         int_type overflow(int_type character) override;
@@ -30,6 +36,7 @@ private:
 
         lumivard::platform::core::io::IDataWriter& _writer;
         std::string _bytes;
+        std::uint64_t _written = 0;
     };
 
     Buffer _buffer;

@@ -91,17 +91,6 @@ bool isBytes(tValue kind) {
     return formOf(kind) == tForm::kBytes;
 }
 
-void writeBytes(JsonWriter& json, std::string_view bytes) {
-    constexpr char kDigits[] = "0123456789abcdef";
-    std::string text;
-    text.reserve(bytes.size() * 2);
-    for (const char byte : bytes) {
-        text += kDigits[static_cast<unsigned char>(byte) >> 4];
-        text += kDigits[static_cast<unsigned char>(byte) & 15];
-    }
-    json.value(text);
-}
-
 /// Texts that each end with a zero, the last one perhaps without.
 void writeTexts(JsonWriter& json, std::wstring characters) {
     if (characters.empty() || characters.back() != L'\0') characters += L'\0';
@@ -115,10 +104,14 @@ void writeTexts(JsonWriter& json, std::wstring characters) {
 
 /// Elements of a field of a struct: one by itself, several as an array.
 void writeField(JsonWriter& json, tValue kind, std::string_view bytes, unsigned int count) {
-    if (isBytes(kind)) return writeBytes(json, bytes);
+    if (isBytes(kind)) {
+        return json.hex([&] { return std::exchange(bytes, {}); });
+    }
     if (isText(kind)) {
         std::wstring characters(count, L'\0');
         std::memcpy(characters.data(), bytes.data(), std::min(bytes.size(), count * sizeof(wchar_t)));
+        // A field has the room that its schema gave it: zeros behind the texts fill it up.
+        characters.resize(characters.find_last_not_of(L'\0') + 1);
         return writeTexts(json, std::move(characters));
     }
     if (count != 1) json.beginArray();
@@ -148,8 +141,7 @@ public:
         } else if (IStructLayout* layout = layoutOf(item)) {
             writeBlocks(item, *layout);
         } else {
-            const std::uint64_t count = shown(item.dimension, _limits.elements);
-            writeBytes(_json, read(item, 0, count));
+            writeBytes(item);
         }
         ++_values.items;
     }
@@ -175,6 +167,17 @@ private:
         return _bytes;
     }
 
+    /// By portions: the digits of all of them together would take several times the memory of the value.
+    void writeBytes(const tPrimitive& item) {
+        const std::uint64_t count = shown(item.dimension, _limits.elements);
+        std::uint64_t start = 0;
+        _json.hex([&]() -> std::string_view {
+            const std::uint64_t portion = std::min(kPortion, count - start);
+            start += portion;
+            return read(item, start - portion, portion);
+        });
+    }
+
     void writeText(const tPrimitive& item) {
         const std::uint64_t count = shown(item.dimension, _limits.characters);
         const std::string& bytes = read(item, 0, count);
@@ -184,7 +187,9 @@ private:
     }
 
     void writeNumbers(const tPrimitive& item) {
-        const std::uint64_t count = shown(item.dimension, _limits.elements);
+        // No vector and no matrix is cut in two.
+        const std::uint64_t count =
+            shown(item.dimension, _limits.elements - _limits.elements % componentsOf(item.valuetype));
         if (item.dimension != 1) _json.beginArray();
         for (std::uint64_t start = 0; start < count; start += kPortion) {
             const std::uint64_t portion = std::min(kPortion, count - start);

@@ -10,17 +10,26 @@ const kComponents = { vector2: 2, vector3: 3, vector4: 4, matrix2x2: 4, matrix3x
 const kOwnKinds = { '-1': 'store', '-2': 'node', '-3': 'group', '-4': 'link', '-5': 'table', '-6': 'container' };
 
 /** Control characters, those that turn the direction of text among them, and such as have no shape. */
-const kUnseen = /[\u0000-\u001f\u007f-\u009f\u00ad\u061c\u200b-\u200f\u2028-\u202e\u2060-\u206f\ufeff\ufff9-\ufffb]/g;
+const kUnseen = new RegExp('[\\u0000-\\u001f\\u007f-\\u009f\\u00ad\\u061c\\u115f\\u1160\\u180e\\u200b-\\u200f' +
+    '\\u2028-\\u202e\\u2060-\\u206f\\u3164\\ufeff\\uffa0\\ufff9-\\ufffb\\u{e0000}-\\u{e007f}]', 'gu');
 const kShort = { '\n': '\\n', '\t': '\\t', '\r': '\\r' };
 
-/** Text with an escape in place of each character that could hide or turn what stands beside it. */
-function seen(text) {
-    return text.replace(kUnseen, (one) => kShort[one] ?? '\\u' + one.charCodeAt(0).toString(16).padStart(4, '0'));
+function escaped(one) {
+    const code = one.codePointAt(0).toString(16);
+    return kShort[one] ?? '\\u' + (code.length > 4 ? `{${code}}` : code.padStart(4, '0'));
 }
 
-/** The same for a text of several lines, which stay lines. */
+/**
+ * Text with an escape in place of each character that could hide or turn what stands beside it. Backslashes are
+ * doubled: no text looks like another one with an escape in it.
+ */
+function seen(text) {
+    return text.replaceAll('\\', '\\\\').replace(kUnseen, escaped);
+}
+
+/** The same for a text of several lines, which stay lines, and with backslashes as they are. */
 function seenLines(text) {
-    return text.replace(kUnseen, (one) => (one === '\n' || one === '\t' ? one : seen(one)));
+    return text.replace(kUnseen, (one) => (one === '\n' || one === '\t' ? one : escaped(one)));
 }
 
 /** The first `most` characters, with an ellipsis for the others; no character is cut in two. */
@@ -83,6 +92,7 @@ class Store {
             this.findings.get(finding[0]).push(index);
         });
         this.conformance = byItem(json.conformance, true);
+        this.given = json.schemas && new Set(json.schemas.map((place) => json.strings[place]));
         this.byName = new Map();
         this.place();
     }
@@ -201,6 +211,11 @@ class Store {
         }
     }
 
+    /** Of the schemas that an item inherits from, those of which nothing is known. */
+    unknownSchemas(item) {
+        return this.given ? this.base(item).split(';').filter((uri) => uri && !this.given.has(uri)) : [];
+    }
+
     isText(item) { return kTexts.has(this.kindName(item)); }
     isBytes(item) { return typeof this.value(item) === 'string' && ['binary', 'struct'].includes(this.kindName(item)); }
     components(item) { return kComponents[this.kindName(item)] ?? 1; }
@@ -260,7 +275,8 @@ class Store {
     /** All that a search looks at, in small letters. */
     haystack(item) {
         const value = this.value(item);
-        const parts = [this.name(item), this.unit(item), this.uri(item), this.target(item)];
+        const parts = [this.name(item), this.unit(item), this.uri(item), this.target(item), this.base(item),
+            this.schema(item)];
         for (const [, text] of this.texts.get(item) ?? []) parts.push(text);
         if (Array.isArray(value)) parts.push(value.join('\n'));
         else if (value !== null && !this.isBytes(item)) parts.push(numberText(value));

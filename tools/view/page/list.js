@@ -10,7 +10,10 @@ function furnish(element, attributes, children) {
         if (typeof value === 'function') element.addEventListener(name, value);
         else if (value !== false && value !== null && value !== undefined) element.setAttribute(name, value);
     }
-    element.append(...children.flat(Infinity).filter((child) => child !== null && child !== undefined && child !== ''));
+    // One by one: of some 100,000 the arguments of one call would be too many.
+    for (const child of children.flat(Infinity)) {
+        if (child !== null && child !== undefined && child !== '') element.append(child);
+    }
     return element;
 }
 
@@ -26,13 +29,24 @@ function icon(name) {
     return draw('svg', { class: 'icon', 'aria-hidden': 'true' }, draw('use', { href: '#icon-' + name }));
 }
 
+/** Takes a button away. The focus goes to what it stood in, instead of to nowhere. */
+function retire(button) {
+    if (document.activeElement === button) button.closest('[tabindex]')?.focus({ preventScroll: true });
+    button.remove();
+}
+
 /** Shows, of a list of any length, the rows in sight and some beside them: the number of elements stays small. */
 class Sight {
-    /** `rows(first, last)` gives the elements of these rows, from the first one to before the last. */
-    constructor(frame, rows) {
+    /**
+     * `rows(first, last)` gives the elements of these rows, from the first one to before the last. `holder` has the
+     * focus while they are gone through: it is told the element that is `active`, by its id.
+     */
+    constructor(frame, rows, holder = frame) {
         this.frame = frame;
         this.drawRows = rows;
+        this.holder = holder;
         this.count = 0;
+        this.active = null;
         this.body = make('ul', { class: 'rows', role: 'none' });
         this.space = make('div', { class: 'space', role: 'none' }, this.body);
         frame.append(this.space);
@@ -62,6 +76,14 @@ class Sight {
         const last = Math.min(count, Math.ceil((top + this.frame.clientHeight) / row) + Sight.kMargin);
         this.body.style.transform = `translateY(${first * row - top + this.frame.scrollTop}px)`;
         this.body.replaceChildren(...this.drawRows(first, last));
+        this.tellActive();
+    }
+
+    /** Names the active element as long as there is one: of a row that is scrolled out of sight there is none. */
+    tellActive() {
+        const isThere = this.active !== null && document.getElementById(this.active);
+        if (isThere) this.holder.setAttribute('aria-activedescendant', this.active);
+        else this.holder.removeAttribute('aria-activedescendant');
     }
 
     /** Scrolls so that a row is in sight, and draws. */
@@ -87,7 +109,7 @@ function inSteps(parent, items, step, element, what) {
         shown += next.length;
         const left = items.length - shown;
         button.textContent = `Show ${counted(Math.min(step, left))} more of ${counted(items.length)} ${what}`;
-        if (left <= 0) button.remove();
+        if (left <= 0) retire(button);
     };
     more();
     return items.length > shown ? button : null;

@@ -15,6 +15,7 @@ class Page {
         this.search = new Search({ input, results, tree, status }, store, {
             look: (item) => this.panel.showItem(item),
             choose: (item) => this.go(item),
+            leave: () => this.panel.lookAt(this.tree.chosen),
         });
         this.language(element('language'), element('language-choice'));
         this.hidden(element('hidden'), element('hidden-choice'));
@@ -41,6 +42,8 @@ class Page {
 
     /** Leads to an item from anywhere: shows hidden defaults where it is one. */
     go(item, isNew = true) {
+        // Keys do not write into the address where they lead: the way back begins at the item that is left.
+        if (isNew) this.toAddress(this.tree.chosen, false);
         if (!this.store.inSight[item]) this.showHidden(true);
         if (!this.tree.frame.hidden) this.tree.show(item);
         else this.search.end(), this.tree.show(item);
@@ -66,7 +69,10 @@ class Page {
 
     click(event) {
         const go = event.target.closest('[data-go]');
-        if (go) this.go(Number(go.dataset.go));
+        if (!go) return;
+        this.go(Number(go.dataset.go));
+        // What had the focus is gone.
+        this.tree.frame.focus({ preventScroll: true });
     }
 
     key(event) {
@@ -87,8 +93,8 @@ class Page {
     language(select, choice) {
         const languages = this.store.languages();
         choice.hidden = !languages.length;
-        select.append(make('option', { value: '' }, 'as stored'),
-            ...languages.map((locale) => make('option', { value: locale }, brief(locale, 40))));
+        furnish(select, {}, [make('option', { value: '' }, 'as stored'),
+            languages.map((locale) => make('option', { value: locale }, brief(locale, 40)))]);
         select.addEventListener('change', () => {
             this.store.language = select.value;
             this.redraw();
@@ -124,4 +130,9 @@ class Page {
     }
 }
 
-new Page(new Store(JSON.parse(document.getElementById('data').textContent)));
+try {
+    new Page(new Store(JSON.parse(document.getElementById('data').textContent)));
+} catch (error) {
+    document.getElementById('panel').textContent = 'The data in this page cannot be read: it was cut or changed, or ' +
+        `is more than this browser takes, which may be 500 MB. (${brief(String(error), 200)})`;
+}

@@ -20,7 +20,8 @@ function drawChips(store, item) {
     return make('div', { class: 'chips' },
         make('span', { class: 'chip' }, store.kindName(item)),
         kFlagWords.map(([flag, word, title]) => (flags & flag ? make('span', { class: 'chip', title }, word) : null)),
-        (store.conformance.get(item) ?? []).map(([uris, lack]) => drawVerdict(store.json.strings[uris], lack)));
+        (store.conformance.get(item) ?? []).map(([uris, lack]) => drawVerdict(store.json.strings[uris], lack)),
+        drawUnknown(store.unknownSchemas(item)));
 }
 
 function drawVerdict(uris, difference) {
@@ -28,11 +29,18 @@ function drawVerdict(uris, difference) {
     return make('span', { class: 'chip ' + (difference ? 'no' : 'yes') }, words + brief(uris, 100));
 }
 
+function drawUnknown(uris) {
+    if (!uris.length) return null;
+    return make('span', { class: 'chip', title: 'Not among the schemas that were given' },
+        'nothing known of ' + brief(uris.join(';'), 100));
+}
+
 function drawTarget(store, item) {
     const target = store.targetOf(item);
     const path = store.target(item);
     if (target >= 0) return [drawGo(store, target, path)];
-    return [brief(path, 400), make('span', { class: 'soft' }, ' (not in this store)')];
+    const why = store.at(path.split('.')) > 0 ? ' (no container there)' : ' (not in this store)';
+    return [brief(path, 400), make('span', { class: 'soft' }, why)];
 }
 
 /** URIs of schemas; one that a table of this store has leads there. */
@@ -44,19 +52,25 @@ function drawUris(store, uris) {
     });
 }
 
+/** How many elements a value has in the store. Of texts that were cut only those in the page can be counted. */
+function countOf(store, item) {
+    if (!store.isText(item)) return counted(store.total(item));
+    return counted(store.elements(item).length) + (store.cut.has(item) ? ' in this page' : '');
+}
+
 function drawFacts(store, item) {
     const facts = [];
-    const add = (name, ...value) => facts.push(make('dt', {}, name), make('dd', {}, ...value));
+    const add = (name, value) => facts.push(make('dt', {}, name), make('dd', {}, value));
     if (item === 0) add('Version', String(store.json.version));
     if (store.label(item) !== store.name(item)) add('Name', brief(store.name(item), 400));
     if (Array.isArray(store.value(item)) || store.isBytes(item)) {
         add(store.isText(item) ? 'Texts' : store.layout.has(item) ? 'Blocks' : 'Elements',
-            counted(store.isText(item) ? store.elements(item).length : store.total(item)));
+            countOf(store, item));
     }
     if (store.unit(item)) add('Unit', store.unit(item));
-    if (store.target(item)) add('Leads to', ...drawTarget(store, item));
-    if (store.base(item)) add(store.isSet(item) ? 'Inherits from' : 'Schema', ...drawUris(store, store.base(item)));
-    if (store.schema(item)) add('Laid out by', ...drawUris(store, store.schema(item)));
+    if (store.target(item)) add('Leads to', drawTarget(store, item));
+    if (store.base(item)) add(store.isSet(item) ? 'Inherits from' : 'Schema', drawUris(store, store.base(item)));
+    if (store.schema(item)) add('Laid out by', drawUris(store, store.schema(item)));
     if (store.uri(item)) add('Value at', brief(store.uri(item), 2000));
     if (store.locale(item)) add('Value written in', brief(store.locale(item), 100));
     for (const [unit, kind] of store.defaults.get(item) ?? []) {
@@ -78,7 +92,7 @@ function drawComplaints(store, item) {
     const differences = (store.conformance.get(item) ?? []).filter(([, difference]) => difference);
     if (!findings.length && !differences.length) return null;
     return [make('h3', {}, 'What is amiss'),
-        differences.map(([, difference]) => make('p', { class: 'say no' }, brief(difference, 2000))),
+        differences.map(([, difference]) => make('p', { class: 'say no' }, seenLines(shortened(difference, 2000)))),
         findings.map((finding) => drawFinding(store, finding, false))];
 }
 
@@ -137,8 +151,7 @@ function drawSchemas(store) {
 }
 
 function sourceOf(store, uri) {
-    const given = store.json.schemas?.map((place) => store.json.strings[place]);
-    return !given || given.includes(uri) ? null : ' (not among the schemas that were given)';
+    return !store.given || store.given.has(uri) ? null : ' (not among the schemas that were given)';
 }
 
 function drawConformance(store, unlike) {
@@ -146,15 +159,18 @@ function drawConformance(store, unlike) {
         return make('p', { class: 'soft' },
             'Whether items conform was not looked at: the page was made without --schemas.');
     }
-    if (!unlike.length) {
-        const looked = plural(store.json.conformance.length, 'item', 'items') + ' looked at';
-        return make('p', {}, store.json.conformance.length ? looked + ': all conform.' : looked + '.');
-    }
+    const looked = store.json.conformance.length;
+    const verdict = looked && !unlike.length ? ': all conform' : '';
+    const all = plural(store.json.base.length, 'item that inherits', 'items that inherit');
+    const sentence = make('p', {},
+        `Of ${all}, ${counted(looked)} ${looked === 1 ? 'was' : 'were'} looked at${verdict}.`);
+    if (!unlike.length) return sentence;
     const list = make('ul');
     const more = inSteps(list, unlike, kRowStep, ([item, , difference]) => make('li', { class: 'found' },
         drawGo(store, item, store.pathText(item)),
-        make('div', { class: 'say no' }, brief(difference, 2000))), 'items');
-    return [make('h3', {}, `${plural(unlike.length, 'item does', 'items do')} not conform`), list, more];
+        make('div', { class: 'say no' }, seenLines(shortened(difference, 2000)))), 'items');
+    const head = make('h3', {}, `${plural(unlike.length, 'item does', 'items do')} not conform`);
+    return [sentence, head, list, more];
 }
 
 /** One line for all notes of a rule that are about no item in sight. */
@@ -167,6 +183,14 @@ function drawFolded(store, findings) {
     const chip = () => make('span', { class: 'chip note' }, 'note');
     return [...byCode].map(([code, all]) => make('div', { class: 'found' }, chip(),
         `${counted(all.length)} \u00d7 ${code}`, make('div', {}, brief(all[0][4], 2000))));
+}
+
+/** One line for what nothing reaches, be it a record or a million. */
+function drawUnattached({ records, bytes }) {
+    if (!records) return null;
+    return make('div', { class: 'found' }, make('span', { class: 'chip note' }, 'note'),
+        `${plural(records, 'record', 'records')} of ${plural(bytes, 'byte', 'bytes')}, which nothing reaches`,
+        make('div', { class: 'soft' }, 'live.unattached'));
 }
 
 /** How many findings there are, those of harm first. */
@@ -186,16 +210,17 @@ function drawFindings(store) {
     const sentence = !total ? 'The store is in order'
         : plural(total, 'finding', 'findings') + (harm ? '' : ', notes only: nothing is wrong') + told;
     return [make('h2', {}, 'Findings of the checker'), make('p', { class: 'soft' }, sentence + '.'), list, more,
-        drawFolded(store, findings.filter(isFolded))].flat();
+        drawFolded(store, findings.filter(isFolded)), drawUnattached(store.json.unattached)].flat();
 }
 
 const kKeys = [
     ['\u2191 \u2193', 'the item above, below'],
     ['\u2192', 'open, or the first item in it'],
     ['\u2190', 'close, or what it stands in'],
-    ['Enter', 'follow a link, open or close'],
+    ['Enter, space', 'follow a link, open or close'],
     ['*', 'open all beside it'],
     ['Home, End', 'the first, the last row'],
+    ['Page up, Page down', 'as many rows as are in sight'],
     ['a letter', 'the next name that begins so'],
     ['/', 'search; \u2193 and Enter choose, Esc ends it'],
 ];
@@ -265,6 +290,12 @@ class Panel {
     showItem(item) {
         this.item = item;
         this.show('item');
+    }
+
+    /** Has an item behind the first tab, and leaves the tab that is open. */
+    lookAt(item) {
+        this.item = item;
+        this.draw();
     }
 
     key(event) {

@@ -3,22 +3,35 @@
 
 const kPlotWidth = 1000;
 const kPlotHeight = 300;
-const kPlotPoints = 500;
+const kPlotPoints = 500;   // of a line over places
+const kWayPoints = 2000;   // of the way that vectors of two make
 
-/** Of a long row of numbers, the least and the greatest of each of its parts, as [place, number]. */
-function thinned(numbers) {
-    const points = [];
-    const part = Math.ceil(numbers.length / kPlotPoints * 2);
-    for (let begin = 0; begin < numbers.length; begin += part) {
-        let low = begin;
-        let high = begin;
-        for (let i = begin; i < Math.min(begin + part, numbers.length); ++i) {
-            if (!(numbers[i] >= numbers[low])) low = i;
-            if (!(numbers[i] <= numbers[high])) high = i;
+/** The places of the least, the greatest, and one that is no number, in a part of a row of numbers. */
+function telling(numbers, begin, end) {
+    let low = -1;
+    let high = -1;
+    let gap = -1;
+    for (let i = begin; i < end; ++i) {
+        if (!Number.isFinite(numbers[i])) {
+            gap = i;
+            continue;
         }
-        for (const i of low === high ? [low] : [Math.min(low, high), Math.max(low, high)]) points.push([i, numbers[i]]);
+        if (low < 0 || numbers[i] < numbers[low]) low = i;
+        if (high < 0 || numbers[i] > numbers[high]) high = i;
     }
-    return points;
+    return [low, high, gap].filter((place) => place >= 0);
+}
+
+/** Places in long rows of numbers, about `most` and in their order, that show what all of them would show. */
+function thinned(rows, most) {
+    const count = rows[0].length;
+    const part = Math.max(1, Math.ceil(count / most * 2 * rows.length));
+    const places = [];
+    for (let begin = 0; begin < count; begin += part) {
+        const found = new Set(rows.flatMap((numbers) => telling(numbers, begin, Math.min(begin + part, count))));
+        places.push(...[...found].sort((a, b) => a - b));
+    }
+    return places;
 }
 
 /** The span of numbers, without those that are none; null when there are none. */
@@ -33,11 +46,19 @@ function span(numbers) {
     return low <= high ? [low, high] : null;
 }
 
+/**
+ * Where a number stands between two, from 0 to 1. All are halved first: the difference of great ones may be none. In
+ * the middle where nothing else can be told, as between two that are the same.
+ */
+function share(value, low, high) {
+    const part = (value / 2 - low / 2) / (high / 2 - low / 2);
+    return Number.isFinite(part) ? part : 0.5;
+}
+
 /** Lines through [x, y], broken where one is no number, as texts for `polyline`. */
 function linesThrough(points, [left, right], [low, high]) {
-    const x = (value) => (right > left ? (value - left) / (right - left) : 0.5) * (kPlotWidth - 20) + 10;
-    // Divided first: the difference of great numbers may be none.
-    const y = (value) => (high > low ? (high / 2 - value / 2) / (high / 2 - low / 2) : 0.5) * (kPlotHeight - 20) + 10;
+    const x = (value) => share(value, left, right) * (kPlotWidth - 20) + 10;
+    const y = (value) => (1 - share(value, low, high)) * (kPlotHeight - 20) + 10;
     const lines = [[]];
     for (const [across, up] of points) {
         const isPoint = Number.isFinite(across) && Number.isFinite(up);
@@ -48,14 +69,15 @@ function linesThrough(points, [left, right], [low, high]) {
     return lines.filter((line) => line.length).map((line) => (line.length > 1 ? line : [line[0], line[0]]).join(' '));
 }
 
-/** Seven digits are enough for the edge of a picture. */
-function edge(number) {
-    return String(Number(number.toPrecision(7)));
-}
-
 /** Elements as numbers: truth values are 0 and 1, and numbers that came as text are as near as they can be. */
 function asNumbers(elements) {
     return elements.map((element) => (element === 'NaN' ? NaN : Number(element)));
+}
+
+/** Which line is which component. */
+function drawKey(components) {
+    return make('div', { class: 'key' },
+        kAxes.slice(0, components).map((axis, k) => make('span', { class: 'key-' + k }, axis)));
 }
 
 /**
@@ -69,15 +91,17 @@ function plotOf(elements, components, unit) {
     const heights = span(components === 2 ? rows[1] : numbers);
     const widths = components === 2 ? span(rows[0]) : [0, rows[0].length - 1];
     if (!heights || !widths) return null;
-    const series = components === 2 ? [rows[0].map((x, i) => [x, rows[1][i]])] : rows.map(thinned);
+    const series = components === 2 ? [thinned(rows, kWayPoints).map((i) => [rows[0][i], rows[1][i]])]
+        : rows.map((row) => thinned([row], kPlotPoints).map((i) => [i, row[i]]));
     const lines = series.flatMap((points, k) => linesThrough(points, widths, heights)
         .map((line) => draw('polyline', { class: 'line-' + k, points: line })));
     const many = counted(rows[0].length);
-    const label = `Plot of ${many} values from ${edge(heights[0])} to ${edge(heights[1])} ${unit}`.trim();
+    const label = `Plot of ${many} values from ${heights[0]} to ${heights[1]} ${unit}`.trim();
     const box = `0 0 ${kPlotWidth} ${kPlotHeight}`;
     return make('div', { class: 'plot' },
-        make('span', { class: 'high' }, edge(heights[1])),
-        make('span', { class: 'low' }, edge(heights[0])),
+        make('span', { class: 'high' }, String(heights[1])),
+        make('span', { class: 'low' }, String(heights[0])),
         draw('svg', { role: 'img', 'aria-label': label, viewBox: box, preserveAspectRatio: 'none' }, lines),
-        make('div', { class: 'along' }, make('span', {}, edge(widths[0])), make('span', {}, edge(widths[1]))));
+        make('div', { class: 'along' }, make('span', {}, String(widths[0])), make('span', {}, String(widths[1]))),
+        components > 2 ? drawKey(components) : null);
 }

@@ -4,15 +4,19 @@
 const kSlice = 12;  // milliseconds of work before the page gets its turn
 
 class Search {
-    /** `look(item)` is called for one that is marked, `choose(item)` for one that is taken. */
-    constructor({ input, results, tree, status }, store, { look, choose }) {
-        Object.assign(this, { input, results, tree, status, store, look, choose });
+    /**
+     * `look(item)` is called for one that is marked, `choose(item)` for one that is taken, and `leave()` when none was,
+     * though some were looked at.
+     */
+    constructor({ input, results, tree, status }, store, { look, choose, leave }) {
+        Object.assign(this, { input, results, tree, status, store, look, choose, leave });
+        this.hasLooked = false;
         this.found = [];
         this.at = -1;
         this.run = 0;
         this.tell();
         this.sight = new Sight(results, (first, last) => this.found.slice(first, last)
-            .map((item, index) => this.drawFound(item, first + index)));
+            .map((item, index) => this.drawFound(item, first + index)), input);
         input.addEventListener('input', () => this.begin());
         input.addEventListener('keydown', (event) => this.key(event));
         results.addEventListener('click', (event) => {
@@ -29,19 +33,34 @@ class Search {
         this.at = -1;
         this.showsResults(words !== '');
         this.status.textContent = '';
-        if (!words) return this.tell();
+        if (!words) return this.rest();
         let item = 0;
+        let hidden = 0;
         const go = () => {
             if (run !== this.run) return;
             const end = performance.now() + kSlice;
             for (; item < this.store.count && performance.now() < end; ++item) {
-                if (this.store.inSight[item] && this.store.haystack(item).includes(words)) this.found.push(item);
+                if (!this.store.haystack(item).includes(words)) continue;
+                if (this.store.inSight[item]) this.found.push(item);
+                else ++hidden;
             }
             this.mark(this.at);
             if (item < this.store.count) setTimeout(go);
-            else this.status.textContent = plural(this.found.length, 'item', 'items') + ' found';
+            else this.tellFound(hidden);
         };
         go();
+    }
+
+    tellFound(hidden) {
+        const more = hidden ? `, ${counted(hidden)} more among hidden defaults` : '';
+        this.status.textContent = plural(this.found.length, 'item', 'items') + ' found' + more;
+    }
+
+    /** Nothing is looked for any more. */
+    rest() {
+        this.tell();
+        if (this.hasLooked) this.leave();
+        this.hasLooked = false;
     }
 
     /** What is said of the whole, as long as nothing is looked for. */
@@ -53,7 +72,8 @@ class Search {
         this.results.hidden = !shows;
         this.tree.hidden = shows;
         this.input.setAttribute('aria-expanded', String(shows));
-        if (!shows) this.input.removeAttribute('aria-activedescendant');
+        this.sight.active = null;
+        this.sight.tellActive();
     }
 
     drawFound(item, index) {
@@ -72,18 +92,20 @@ class Search {
     /** Marks one of those that were found; -1 for none. */
     mark(index) {
         this.at = Math.max(-1, Math.min(index, this.found.length - 1));
+        this.sight.active = this.at < 0 ? null : 'found-' + this.at;
         this.sight.show(this.found.length);
-        if (this.at < 0) return this.input.removeAttribute('aria-activedescendant');
-        this.sight.reveal(this.at);
-        this.input.setAttribute('aria-activedescendant', 'found-' + this.at);
+        if (this.at >= 0) this.sight.reveal(this.at);
     }
 
     lookAt(index) {
         this.mark(index);
-        if (this.at >= 0) this.look(this.found[this.at]);
+        if (this.at < 0) return;
+        this.hasLooked = true;
+        this.look(this.found[this.at]);
     }
 
     take(item) {
+        this.hasLooked = false;
         this.end();
         this.choose(item);
     }

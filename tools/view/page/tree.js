@@ -131,9 +131,7 @@ class Tree {
 
     select(item, how) {
         const other = item !== this.chosen;
-        this.chosen = item;
-        this.frame.setAttribute('aria-activedescendant', 'item-' + item);
-        this.sight.reveal(this.rowOf(item));
+        this.mark(item);
         if (other || how === 'click') this.choose(item, how);
     }
 
@@ -142,8 +140,12 @@ class Tree {
         for (const each of this.store.chain(item).slice(0, -1)) this.open[each] = 1;
         this.open[0] = 1;
         this.build();
+        this.mark(item);
+    }
+
+    mark(item) {
         this.chosen = item;
-        this.frame.setAttribute('aria-activedescendant', 'item-' + item);
+        this.sight.active = 'item-' + item;
         this.sight.reveal(this.rowOf(item));
     }
 

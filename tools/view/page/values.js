@@ -18,19 +18,20 @@ function drawText(text) {
     if (text.length <= kTextStep) return [box];
     const button = make('button', { type: 'button', class: 'plain more', click: () => {
         box.textContent = seenLines(text);
-        button.remove();
+        retire(button);
     } }, `Show all (${counted(text.length)} characters)`);
     return [box, button];
 }
 
-/** What says that the page holds less than the store. */
-function drawCut(store, item) {
+/** What says that the page holds less than the store, of a value with this name where it is not the only one. */
+function drawCut(store, item, name) {
     if (!store.cut.has(item)) return null;
     const value = store.value(item);
     const parts = store.isText(item) ? [store.json.limits.characters, 'characters']
         : store.isBytes(item) ? [value.length / 2, 'bytes']
         : [value.length, store.layout.has(item) ? 'blocks' : 'elements'];
-    return make('p', { class: 'say no' }, `The page holds the first ${counted(parts[0])} ${parts[1]} of ` +
+    const page = name === undefined ? 'The page' : `Of ${brief(name, 60)} the page`;
+    return make('p', { class: 'say no' }, `${page} holds the first ${counted(parts[0])} ${parts[1]} of ` +
         `${counted(store.cut.get(item))}: made with --all it holds all.`);
 }
 
@@ -38,8 +39,8 @@ function drawPlace(place) {
     return make('td', { class: 'end soft' }, counted(place));
 }
 
-function drawCell(isText, text) {
-    return make('td', { class: 'value ' + (isText ? 'string' : 'end number') }, seen(text));
+function drawCell(isText, text, ...more) {
+    return make('td', { class: 'value ' + (isText ? 'string' : 'end number') }, seen(text), more);
 }
 
 /** A table of numbers: a row for each element, or each vector. */
@@ -68,15 +69,16 @@ function drawMatrices(store, item) {
     return [box, more];
 }
 
-/** Bytes, sixteen a line, with the characters that they may be. */
+/** Bytes, sixteen a line, with the characters that they may be; a part of the lines at a time. */
 function drawBytes(hex) {
-    const lines = [];
-    for (let i = 0; i < hex.length; i += 32) {
-        const pairs = hex.slice(i, i + 32).match(/../g) ?? [];
+    const line = (row) => {
+        const pairs = hex.slice(row * 32, row * 32 + 32).match(/../g) ?? [];
         const text = pairs.map((pair) => String.fromCharCode(parseInt(pair, 16)).replace(/[^ -~]/, '.')).join('');
-        lines.push((i / 2).toString(16).padStart(6, '0') + '  ' + pairs.join(' ').padEnd(49) + text);
-    }
-    return drawText(lines.join('\n'));
+        const place = (row * 16).toString(16).padStart(6, '0');
+        return (row ? '\n' : '') + place + '  ' + pairs.join(' ').padEnd(49) + text;
+    };
+    const box = make('pre', { class: 'text string' });
+    return [box, inSteps(box, places(hex.length / 32), kRowStep, line, 'lines')];
 }
 
 /** A struct that is laid out: a row for each block, a column for each field. */
@@ -132,24 +134,32 @@ function drawContents(store, item) {
         make('td', { class: 'soft' }, store.kindName(child))], { class: 'wide' });
 }
 
+/** What says that a table has not room for all. */
+function drawChoice(count, what, which) {
+    if (count <= kColumnsMost) return null;
+    return make('p', { class: 'soft' }, `${kColumnsMost} of ${counted(count)} ${what} are columns here: ${which}.`);
+}
+
 /** The arrays of a set beside each other, a row for each place in them; null where there are none. */
 function drawColumns(store, item) {
-    const columns = [];
+    const arrays = [];
     for (const child of store.children(item)) {
-        if (columns.length === kColumnsMost) break;
         if (store.isSet(child) || store.isBytes(child) || store.layout.has(child)) continue;
         const elements = store.elements(child);
         const components = store.components(child);
-        if (elements.length > components) columns.push({ child, elements, components });
+        if (elements.length > components) arrays.push({ child, elements, components });
     }
-    if (columns.length < 2) return null;
+    if (arrays.length < 2) return null;
+    const columns = arrays.slice(0, kColumnsMost);
     const unit = (child) => (store.unit(child) ? ` (${store.unit(child)})` : '');
     const cell = ({ child, elements, components }, row) => drawCell(store.isText(child),
         shortened(elements.slice(row * components, (row + 1) * components).map(numberText).join(', '), 100));
     const rows = Math.max(...columns.map(({ elements, components }) => elements.length / components));
     const heads = columns.map(({ child }) => drawHead(drawGo(store, child), !store.isText(child), unit(child)));
-    return [make('h3', {}, 'Columns'), drawTable([drawHead('#', true), ...heads], places(rows), 'rows',
-        (row) => [drawPlace(row), columns.map((column) => cell(column, row))], { class: 'compare' })].flat();
+    return [make('h3', {}, 'Columns'), drawChoice(arrays.length, 'arrays', 'the first'),
+        columns.map(({ child }) => drawCut(store, child, store.label(child))),
+        drawTable([drawHead('#', true), ...heads], places(rows), 'rows',
+            (row) => [drawPlace(row), columns.map((column) => cell(column, row))], { class: 'compare' })].flat();
 }
 
 /** The names of values that several of these sets have, with the values; those that most of them have come first. */
@@ -165,26 +175,36 @@ function commonValues(store, sets) {
         }
     }
     const common = [...names].filter(([, items]) => items.length > 1);
-    return common.sort((a, b) => b[1].length - a[1].length).slice(0, kColumnsMost);
+    return common.sort((a, b) => b[1].length - a[1].length);
+}
+
+/** A column of a comparison: what its values are called, and the unit that all that were looked at have, if they do. */
+function columnOf(store, [name, items]) {
+    const unit = store.unit(items[0]);
+    const isMixed = items.some((each) => store.unit(each) !== unit);
+    const told = isMixed ? 'mixed units' : unit;
+    const head = drawHead(brief(store.label(items[0]), 60), !store.isText(items[0]),
+        told ? make('div', { class: 'unit' }, told) : null);
+    return { name, head, unit: isMixed ? null : unit };
+}
+
+/** The value of this name in a set, with its unit where the head of the column does not tell it. */
+function drawCompared(store, set, { name, unit }) {
+    const child = store.child(set, name);
+    if (child < 0 || !store.shows(child) || store.isSet(child)) return drawCell(false, '');
+    const isText = store.isText(child);
+    const own = store.unit(child) === unit ? '' : store.unit(child) || (isText ? '' : '(no unit)');
+    return drawCell(isText, store.line(child, 40), own ? make('span', { class: 'unit' }, ' ' + own) : null);
 }
 
 /** Sets that hold values of the same names beside each other, a row for each; null where they do not. */
 function drawComparison(store, item) {
     const sets = [...store.children(item)].filter((child) => store.isSet(child) && store.size[child] > 0);
-    const columns = commonValues(store, sets);
-    if (!columns.length) return null;
-    const cell = (set, name) => {
-        const child = store.child(set, name);
-        const isShown = child >= 0 && store.shows(child) && !store.isSet(child);
-        return drawCell(isShown && store.isText(child), isShown ? store.line(child, 40) : '');
-    };
-    const head = ([, items]) => {
-        const unit = store.unit(items[0]);
-        const shown = items.every((each) => store.unit(each) === unit) ? unit : 'mixed units';
-        return drawHead(brief(store.label(items[0]), 60), !store.isText(items[0]),
-            shown ? make('div', { class: 'unit' }, shown) : null);
-    };
-    return [make('h3', {}, 'Side by side'), drawTable([drawHead('Name'), ...columns.map(head)], sets, 'rows',
-        (set) => [make('th', { scope: 'row' }, drawGo(store, set)), columns.map(([name]) => cell(set, name))],
-        { class: 'compare' })].flat();
+    const common = commonValues(store, sets);
+    if (!common.length) return null;
+    const columns = common.slice(0, kColumnsMost).map((each) => columnOf(store, each));
+    return [make('h3', {}, 'Side by side'), drawChoice(common.length, 'values', 'those that most of these have'),
+        drawTable([drawHead('Name'), ...columns.map(({ head }) => head)], sets, 'rows', (set) => [
+            make('th', { scope: 'row' }, drawGo(store, set)),
+            columns.map((column) => drawCompared(store, set, column))], { class: 'compare' })].flat();
 }

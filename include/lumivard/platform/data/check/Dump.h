@@ -31,7 +31,7 @@ struct Dump {
 };
 
 /// Takes a record apart as the library reads it, whatever is in it: what is too short, too long or of no known kind
-/// shows as that. It changes nothing, and follows no reference.
+/// shows as that. Of a list the first 1,000 entries are told one by one. It changes nothing, and follows no reference.
 ///
 /// Holds the store's guard. Costs a copy of the record, and as much again for its meaning. What the store throws passes
 /// through.

@@ -12,9 +12,10 @@
 
 namespace lumivard::platform::data::easy {
 
-/// What a cursor gives, for a range-for: a new object for each item that is still there when its turn comes. It is
-/// walked once, and holds the cursor, whose header says what is seen of changes in between. What a store throws comes
-/// out of the step. Threads: one at a time.
+/// What a cursor gives, for a range-for: a new object for each item that is still there when its turn comes; but in a
+/// table one is passed over for each item that has had its turn and is destroyed. It is walked once, and holds the
+/// cursor, whose header says what is seen of changes in between. What a store throws comes out of the step. Threads:
+/// one at a time.
 template <class Filter>
 class Range {
 public:

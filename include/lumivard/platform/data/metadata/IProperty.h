@@ -56,6 +56,9 @@ public:
     /// Sets the property's text in a locale such as "en-us", in place of one that is there; a text without characters
     /// removes it. When it shows is told at `locales`.
     ///
+    /// When this object goes it writes all texts, those that it has read with those that it was given: what another
+    /// object wrote in between is lost. So let one object describe at a time.
+    ///
     /// After a removal this object goes by stale places, until the property is opened anew: for each later locale
     /// `localize` gives, and `describe` changes or removes, the text of the one that follows it; for the last one there
     /// is none. To remove the only text has no lasting effect: it is back when the property is opened again.

@@ -15,8 +15,10 @@ class IProperty;
 ///     } while (filter->next());
 ///
 /// It does not hold the store's guard between calls, and does not protect what it walks over: the two operations that
-/// make one say what it sees of changes in between. Items that are destroyed during a walk give null or are passed
-/// over.
+/// make one say what it sees of changes in between. In a container, items that are destroyed during a walk give null or
+/// are passed over. In a table the cursor counts places in the list as it is: when an item before it or under it is
+/// destroyed the rest moves up, and the next step passes over an item that is still there. Who destroys items of a
+/// table gathers their names first.
 ///
 /// Only the library implements it. Threads: one at a time; every operation holds the guard while it looks.
 class LVP_EXPORT IPropertyFilter {

@@ -14,10 +14,10 @@ class ISchema;
 /// It does not own the stores; they outlive it, those that `reset` dropped included. A table that it keeps as a schema
 /// is in use, so that `destroy` refuses it.
 ///
-/// Threads: `resolve` may run on several at once; `push`, `pop` and `reset` run while nothing else does on this
-/// locator. No operation takes a store's guard, though a URI that is new to the locator is looked for in the stores,
-/// and counts are written there then, by `pop`, and when the locator goes: who shares a store of schemas with other
-/// threads holds its guard around these. A URI that was found before touches no store.
+/// Only the library implements it. Threads: `resolve` may run on several at once; `push`, `pop` and `reset` run while
+/// nothing else does on this locator. No operation takes a store's guard, though a URI that is new to the locator is
+/// looked for in the stores, and counts are written there then, by `pop`, and when the locator goes: who shares a store
+/// of schemas with other threads holds its guard around these. A URI that was found before touches no store.
 class LVP_EXPORT ISchemaLocator {
 public:
     virtual ~ISchemaLocator() = default;

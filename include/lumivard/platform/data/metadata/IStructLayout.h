@@ -15,7 +15,7 @@ namespace lumivard::platform::data::metadata {
 /// no fields. A member without elements, or with a URI in their place, is a field of size 0.
 ///
 /// It belongs to the locator that made it and lives until that goes or lets go of the schema's store
-/// (`ISchemaLocator::pop`). Threads: it never changes, so any number may read it.
+/// (`ISchemaLocator::pop`). Only the library implements it. Threads: it never changes, so any number may read it.
 class LVP_EXPORT IStructLayout {
 public:
     /// One field.

@@ -36,9 +36,10 @@ public:
     virtual SharedPtr<IProperty> lookup(WideString name) = 0;
 
     /// A new cursor over the items. It looks at the table in the store at each step, but goes no further than the
-    /// number of items that there were when it was made, so an item that is added meanwhile is not reached. It opens
-    /// the table for itself: as long as it lives the table is in use and cannot be destroyed. Each step costs a look
-    /// at the list of items, which is read as a whole from a store that gives out whole records only.
+    /// number of items that there were when it was made, so an item that is added meanwhile is not reached, and when
+    /// one that was passed is destroyed another is passed over (see `IPropertyFilter`). It opens the table for itself:
+    /// as long as it lives the table is in use and cannot be destroyed. Each step costs a look at the list of items,
+    /// which is read as a whole from a store that gives out whole records only.
     virtual SharedPtr<IPropertyFilter> properties() = 0;
 
     /// Whether the table conforms to a schema that a locator gave: because `base()` names all its URIs, or else because
@@ -82,7 +83,9 @@ public:
     /// changes no item. False, with nothing changed, when either is 0.
     virtual bool defaults(units::tUnit units, tValue type) = 0;
 
-    /// How many groups have a default in this table itself.
+    /// How many groups have a default in this table itself, as it was when this object was opened or last gave a group
+    /// its first one. `group`, `valuetype` and `units` know no others of this table; what the default is they read from
+    /// the store.
     virtual unsigned int groups() = 0;
 
     /// The group at `index`, from 0, in ascending order, of those that `groups` counts; `kNoGroup` when nothing is

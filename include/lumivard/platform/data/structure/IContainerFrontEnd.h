@@ -19,7 +19,8 @@ public:
 
     /// The container of that name at the top of a store, or without a name the first container there, whatever its
     /// name. Where there is none a group is made, of that name or of the name "default". The name is taken as it is, a
-    /// dot included. Null, with nothing made, when something other than a container bears the name at the top.
+    /// dot included. No operation renames or destroys such a container. Null, with nothing made, when something other
+    /// than a container bears the name at the top.
     ///
     /// An empty store (`IDataStore::extent` is 0) is first set up: it gets its root, the record at offset 0, and the
     /// version 1.

@@ -28,16 +28,18 @@ public:
     /// beside it, when that fails. After a `write` that threw it throws away what was written instead. Without an
     /// `open` it does nothing.
     void close() override;
-    /// Throws `std::system_error` when the bytes cannot be written.
+    /// Throws `std::system_error` when the bytes cannot be written; where `open` gave false, with the reason of that.
     void write(const void* data, unsigned long size) override;
 
 private:
+    bool openBeside();
     void discard() noexcept;
 
     std::filesystem::path _path;
     std::filesystem::path _target;  // behind the symbolic links of _path, absolute
     std::filesystem::path _beside;
     int _file = -1;
+    int _cause = 0;  // why it could not be opened
     bool _failed = false;
 };
 
