@@ -43,13 +43,31 @@ if(HTML)
     file(WRITE ${HTML} "${html}")
 endif()
 
+# A text as literals, cut at ends of lines: compilers need not take one of more than 65,536 characters.
+function(literals text out)
+    set(result "")
+    string(LENGTH "${text}" left)
+    while(left GREATER 30000)
+        string(SUBSTRING "${text}" 0 30000 piece)
+        string(FIND "${piece}" "\n" end REVERSE)
+        math(EXPR end "${end} + 1")
+        string(SUBSTRING "${text}" 0 ${end} piece)
+        string(SUBSTRING "${text}" ${end} -1 text)
+        string(APPEND result "    R\"lvp(${piece})lvp\",\n")
+        string(LENGTH "${text}" left)
+    endwhile()
+    set(${out} "${result}    R\"lvp(${text})lvp\",\n" PARENT_SCOPE)
+endfunction()
+
 if(SOURCE)
     string(FIND "${html}" "@DATA@" place)
     string(SUBSTRING "${html}" 0 ${place} before)
     math(EXPR place "${place} + 6")
     string(SUBSTRING "${html}" ${place} -1 after)
+    literals("${before}" before)
+    literals("${after}" after)
     file(WRITE ${SOURCE} "#include \"tools/view/PageText.h\"\n\nnamespace lvp::tool {\n\n"
-        "const std::string_view kPageBeforeData = R\"lvp(${before})lvp\";\n\n"
-        "const std::string_view kPageAfterData = R\"lvp(${after})lvp\";\n\n"
+        "const std::vector<std::string_view> kPageBeforeData{\n${before}};\n\n"
+        "const std::vector<std::string_view> kPageAfterData{\n${after}};\n\n"
         "}  // namespace lvp::tool\n")
 endif()

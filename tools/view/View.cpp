@@ -28,8 +28,8 @@ struct tOptions {
     bool all = false;
 };
 
-void write(core::io::IDataWriter& writer, std::string_view text) {
-    writer.write(text.data(), text.size());
+void write(core::io::IDataWriter& writer, const std::vector<std::string_view>& pieces) {
+    for (const std::string_view piece : pieces) writer.write(piece.data(), piece.size());
 }
 
 /// Writes the page, and gives the bytes of its data.
