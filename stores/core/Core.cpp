@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <optional>
 #include <utility>
 
 #include "stores/core/Failure.h"
@@ -58,13 +59,14 @@ auto Core::_ask(const Attempt& attempt, Question question) const {
 Core::Core(std::string name, std::unique_ptr<Engine> engine, tMode mode)
     : _name(std::move(name)),
       _mode(mode),
+      _shared(engine && engine->isShared()),
       _lends(engine && engine->lends()),
       _keeps(engine && mode == tMode::kWrite),
       _engine(std::move(engine)) {
     if (!_engine) return;
     _longest = _engine->longestRecord();
     const Engine::Header header = _ask({"open"}, [&] { return _engine->header(); });
-    _extent = header.extent;
+    _extent = _storedExtent = header.extent;
     _version = header.version;
 }
 
@@ -88,7 +90,9 @@ core::storage::datastore::IDataStore::ILock* Core::lock() {
 
 void Core::flush() {
     if (_failure) std::rethrow_exception(_failure);
+    _tellLoss();
     if (!_hasChanges()) return;
+    if (_shared) return _flushShared();
     _commit();
     _settle();
 }
@@ -144,6 +148,8 @@ void Core::update(unsigned int offset, const void* data, unsigned int size, bool
     RecordSlot& slot = _existing(attempt);
     _refuseLength(attempt, size);
     _makeRoom(changed ? _changed : _counted);
+    // Without a change of content the length stays.
+    if (_shared && !changed && size == slot.bytes.size()) _private.note(offset, slot.bytes.view(), 0, data, size);
     _records.heap().assign(slot.bytes, data, size);
     slot.place = tPlace::kHere;
     changed ? _noteContent(offset, slot) : _noteBookkeeping(offset, slot);
@@ -177,6 +183,7 @@ Core::tView Core::write(unsigned int offset, unsigned int position, const void* 
         throw failure(attempt.text(), _name, "the bytes do not lie inside it");
     }
     if (!(changed ? slot.changed : slot.counted)) _makeRoom(changed ? _changed : _counted);
+    if (_shared && !changed) _private.note(offset, slot.bytes.view(), position, data, size);
     _records.heap().overwrite(slot.bytes, position, data, size);
     slot.place = tPlace::kHere;
     if (changed) {
@@ -193,6 +200,7 @@ void Core::erase(unsigned int offset) {
     _refuseChange(attempt);
     RecordSlot& slot = _existing(attempt);
     _makeRoom(_changed);
+    if (_shared) _private.forget(offset);
     _records.heap().release(slot.bytes);
     slot.place = tPlace::kGone;
     _noteContent(offset, slot);
@@ -210,8 +218,13 @@ void Core::_takeGuard() {
     ++_depth;
 }
 
+bool Core::_holdsGuard() const noexcept {
+    return _owner.load(std::memory_order_relaxed) == std::this_thread::get_id();
+}
+
 void Core::_giveGuard() noexcept {
     if (--_depth != 0) return;
+    if (_shared) _endTransaction();
     if (_engine) _engine->guardReleased();
     _owner.store({}, std::memory_order_relaxed);
     _guard.unlock();
@@ -220,7 +233,12 @@ void Core::_giveGuard() noexcept {
 void Core::_hearNews() {
     try {
         const auto news = _ask({"take the guard of"}, [&] { return _engine->guardTaken(); });
-        if (news) _receive(*news);
+        try {
+            if (news) _receive(*news);
+        } catch (...) {
+            _engine->guardReleased();
+            throw;
+        }
     } catch (...) {
         _records.endLoan();  // destructors go on without the guard
         throw;
@@ -228,6 +246,8 @@ void Core::_hearNews() {
 }
 
 void Core::_receive(const Engine::News& news) {
+    const bool conflict = _shared && _conflictsWith(news);
+    if (conflict) _forgetChanges();
     if (news.everything) {
         _records.clear();
         _changed.clear();
@@ -235,9 +255,56 @@ void Core::_receive(const Engine::News& news) {
     }
     for (const unsigned int offset : news.offsets) _records.forget(offset);
     _records.endLoan();
-    _extent = news.header.extent;
+    if (!_hasChanges()) _extent = news.header.extent;  // else nobody has made records but this process
     _version = news.header.version;
+    _storedExtent = news.header.extent;
     ++_contentChanges;
+    if (!conflict) return;
+    throw failure("take the guard of", _name,
+                  "what was written without a guard is given up, since somebody else has changed the same");
+}
+
+// What was written without a guard can be stored when nobody else has got at it, nor taken the offsets of new records.
+bool Core::_conflictsWith(const Engine::News& news) {
+    if (!_hasChanges()) return false;
+    if (news.everything || _versionChanged || news.header.extent != _storedExtent) return true;
+    return std::any_of(news.offsets.begin(), news.offsets.end(), [this](unsigned int offset) {
+        const RecordSlot* slot = _records.find(offset);
+        return slot && slot->changed;
+    });
+}
+
+// Back to what is stored.
+void Core::_forgetChanges() noexcept {
+    for (const unsigned int offset : _changed) _records.forget(offset);
+    _changed.clear();
+    _versionChanged = false;
+    _extent = _storedExtent;
+    ++_contentChanges;
+}
+
+// The end of a guard cannot throw.
+void Core::_endTransaction() noexcept {
+    if (!_hasChanges() || _failure) return;
+    try {
+        _commit();
+        _settle();
+    } catch (...) {
+        if (!_failure) _loss = std::current_exception();
+    }
+}
+
+void Core::_flushShared() {
+    const bool alone = !_holdsGuard();
+    std::optional<Guard> guard;
+    if (alone) guard.emplace(*this);
+    _commit();
+    _settle();
+    if (!alone) _hearNews();
+}
+
+void Core::_tellLoss() {
+    if (_loss) std::rethrow_exception(std::exchange(_loss, nullptr));
 }
 
 // The slot of a record that exists, brought in if it was not asked for before; null for any other offset. An offset
@@ -259,7 +326,9 @@ RecordSlot& Core::_existing(const Attempt& attempt) {
 // `known` is the slot of the offset, if there is one.
 RecordSlot* Core::_bringIn(unsigned int offset, RecordSlot* known) {
     if (!_engine) return nullptr;
+    if (_shared && !_holdsGuard()) return _bringInAlone(offset);
     const auto bytes = _ask({"read", offset}, [&] { return _engine->load(offset); });
+    if (!bytes && _shared) _private.forget(offset);
     if (!bytes) return nullptr;
     RecordSlot& slot = known ? *known : _records.at(offset);
     if (_lends && !bytes->empty() && bytes->size() <= RecordHeap::kLongestLent) {
@@ -268,14 +337,35 @@ RecordSlot* Core::_bringIn(unsigned int offset, RecordSlot* known) {
         slot.loan = _records.loan();
     } else {
         _records.heap().assign(slot.bytes, bytes->data(), static_cast<unsigned int>(bytes->size()));
+        if (_shared) _private.restore(offset, _records.heap(), slot.bytes);
         slot.place = tPlace::kHere;
     }
     return &slot;
 }
 
-void Core::_refuseChange(const Attempt& attempt) const {
+// Without a guard: in a transaction for this record alone, whose news may have moved all that is known.
+RecordSlot* Core::_bringInAlone(unsigned int offset) {
+    const std::lock_guard held(_guard);
+    _hearNews();
+    _owner.store(std::this_thread::get_id(), std::memory_order_relaxed);
+    const auto end = [this] {
+        _owner.store({}, std::memory_order_relaxed);
+        _engine->guardReleased();
+    };
+    try {
+        RecordSlot* const found = offset < _extent ? _bringIn(offset, _records.find(offset)) : nullptr;
+        end();
+        return found;
+    } catch (...) {
+        end();
+        throw;
+    }
+}
+
+void Core::_refuseChange(const Attempt& attempt) {
     if (_mode == tMode::kRead) throw failure(attempt.text(), _name, "it was opened for reading only");
     if (_failure) std::rethrow_exception(_failure);
+    _tellLoss();
 }
 
 void Core::_refuseLength(const Attempt& attempt, unsigned long long size) const {
@@ -296,7 +386,7 @@ void Core::_noteContent(unsigned int offset, RecordSlot& slot) noexcept {
 }
 
 void Core::_noteBookkeeping(unsigned int offset, RecordSlot& slot) noexcept {
-    if (!_keeps || slot.counted) return;
+    if (!_keeps || _shared || slot.counted) return;
     slot.counted = true;
     _counted.push_back(offset);
 }
@@ -315,19 +405,44 @@ bool Core::_hasChanges() const {
 void Core::_commit() {
     sort(_changed);
     _records.endLoan();
+    bool conflict = false;
     try {
+        _leaveOutPrivate();
         _ask({"flush"}, [&] {
-            _engine->commit({{_extent, _version}, _changed, [this](unsigned int offset) { return _change(offset); }});
+            try {
+                _engine->commit(
+                    {{_extent, _version}, _changed, [this](unsigned int offset) { return _change(offset); }});
+            } catch (const EngineConflict&) {
+                conflict = true;
+                throw;
+            }
         });
     } catch (...) {
-        _failure = std::current_exception();
+        if (conflict) {
+            _forgetChanges();
+        } else {
+            _failure = std::current_exception();
+        }
         throw;
     }
 }
 
 Engine::Change Core::_change(unsigned int offset) noexcept {
     const RecordSlot* slot = _records.find(offset);
+    if (const auto patched = _patched.find(offset); patched != _patched.end()) {
+        return {false, std::as_bytes(std::span(patched->second))};
+    }
     return {slot->place == tPlace::kGone, slot->bytes.view()};
+}
+
+void Core::_leaveOutPrivate() {
+    _patched.clear();
+    if (!_shared) return;
+    for (const unsigned int offset : _changed) {
+        const RecordSlot& slot = *_records.find(offset);
+        if (slot.place == tPlace::kGone) continue;
+        if (auto bytes = _private.stored(offset, slot.bytes.view())) _patched.emplace(offset, std::move(*bytes));
+    }
 }
 
 // Lists as changed the records that only bookkeeping has touched and that do not have their stored bytes again by now:
@@ -350,10 +465,15 @@ void Core::_settle() noexcept {
     for (const unsigned int offset : _changed) _records.find(offset)->changed = false;
     _changed.clear();
     _versionChanged = false;
+    _storedExtent = _extent;
 }
 
 void Core::_close() {
     if (!_keeps || _failure) return;
+    if (_shared) {
+        if (_hasChanges()) _flushShared();
+        return;
+    }
     const std::size_t content = _changed.size();
     try {
         _addBookkeeping();

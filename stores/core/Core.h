@@ -7,11 +7,13 @@
 #include <mutex>
 #include <string>
 #include <thread>
+#include <unordered_map>
 #include <vector>
 
 #include "lumivard/platform/core/storage/datastore/IDataStore.h"
 #include "lumivard/platform/core/storage/datastore/IRecordAccess.h"
 #include "lumivard/platform/stores/tMode.h"
+#include "stores/core/PrivateBytes.h"
 #include "stores/core/RecordTable.h"
 #include "stores/engine/Engine.h"
 
@@ -25,9 +27,17 @@ namespace lumivard::platform::stores {
 /// an engine there is nothing below, and the records last as long as the object. It knows neither files nor
 /// transactions.
 ///
+/// Where the engine is shared with other writers, a guard is a transaction: who takes it sees all that others have done
+/// until then, and what was written under it is stored when it ends. That it could not be is told by the next flush or
+/// change of content, since a guard ends in a destructor. What is written without a guard gathers until `flush`, or the
+/// next guard, takes it along; if somebody else has got at the same records in between, or has made new ones as well,
+/// all of it is given up, and who takes the guard is told. Under a guard, `flush` ends one transaction and begins
+/// another: others may have changed the store behind it.
+///
 /// Two kinds of change are kept apart. Content (`create`, `append`, `update` with `changed`, `erase`, `version`) is
 /// what a flush is for. Bookkeeping (`update` without `changed`) never makes a flush work and is refused by nothing,
-/// since it comes from destructors: it travels with content, or is written when the store closes.
+/// since it comes from destructors: it travels with content, or is written when the store closes. In a shared store it
+/// stays in this process, and is void when that is gone.
 ///
 /// Errors: `StoreError` with this store's name and the attempt, or `std::bad_alloc`; what throws has changed nothing.
 /// Threads: the guard excludes; the operations are for one thread at a time.
@@ -79,15 +89,22 @@ private:
 
     void _takeGuard();
     void _giveGuard() noexcept;
+    bool _holdsGuard() const noexcept;
     void _hearNews();
     void _receive(const Engine::News& news);
+    bool _conflictsWith(const Engine::News& news);
+    void _forgetChanges() noexcept;
+    void _endTransaction() noexcept;
+    void _flushShared();
+    void _tellLoss();
 
     RecordSlot* _find(unsigned int offset);
     RecordSlot& _existing(const Attempt& attempt);
     RecordSlot* _bringIn(unsigned int offset, RecordSlot* known);
+    RecordSlot* _bringInAlone(unsigned int offset);
 
     // Every change goes in three steps: what can fail before (the first three), the change itself, the note of it.
-    void _refuseChange(const Attempt& attempt) const;
+    void _refuseChange(const Attempt& attempt);
     void _refuseLength(const Attempt& attempt, unsigned long long size) const;
     void _makeRoom(std::vector<unsigned int>& list) const;
     void _noteContent(unsigned int offset, RecordSlot& slot) noexcept;
@@ -96,6 +113,7 @@ private:
 
     bool _hasChanges() const;
     Engine::Change _change(unsigned int offset) noexcept;
+    void _leaveOutPrivate();
     void _addBookkeeping();
     void _commit();
     void _settle() noexcept;
@@ -103,6 +121,7 @@ private:
 
     const std::string _name;
     const tMode _mode;
+    const bool _shared;                  // whether others write to the store too
     const bool _lends;                   // whether the engine lends records
     const bool _keeps;                   // whether anything is ever handed down, so that changes are noted
     unsigned int _longest = UINT32_MAX;  // bytes that a record may have
@@ -117,6 +136,13 @@ private:
     std::vector<unsigned int> _changed;  // offsets whose slot is marked so; no offset twice
     std::vector<unsigned int> _counted;  // likewise
     std::exception_ptr _failure;         // what the flush threw that failed
+
+    // Of a shared store.
+    unsigned long long _storedExtent = 0;                    // without what was created since
+    PrivateBytes _private;                                   // what was noted without changing content
+    std::unordered_map<unsigned int, std::string> _patched;  // of a batch: records without that
+    std::exception_ptr _loss;                                // what was given up, until somebody is told
+
     unsigned long long _contentChanges = 0;
     std::unique_ptr<IAttachment> _attachment;
 

@@ -61,13 +61,19 @@ public:
     /// has news; either may also fail.
     virtual bool lends() const noexcept { return false; }
 
+    /// Whether others change the store too, from other processes and machines. Then a guard is a transaction: it begins
+    /// with `guardTaken`, and ends with `commit`, behind which another `guardTaken` may begin the next one under the
+    /// same guard, or with `guardReleased`. `load` and `commit` come within one alone, and no batch holds what a
+    /// process has noted for itself.
+    virtual bool isShared() const noexcept { return false; }
+
     /// Makes a batch durable, all of it or, when it throws, none of it, and moves the snapshot there. After a failure
-    /// `load` still answers from the snapshot before, and nothing else will be committed.
+    /// `load` still answers from the snapshot before, and nothing else will be committed; but for an `EngineConflict`.
     virtual void commit(const Batch& batch) = 0;
 
     /// A thread that did not have the store's guard has taken it. The engine may move its snapshot, and then says what
-    /// that makes stale. It names no record with a change that has not been committed. When it throws, the guard is
-    /// not taken.
+    /// that makes stale. Unless the store is shared it names no record with a change that has not been committed. When
+    /// it throws, the guard is not taken.
     virtual std::optional<News> guardTaken() { return std::nullopt; }
 
     /// The thread has the guard no longer. Called from a destructor: lets nothing out.

@@ -11,4 +11,11 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+/// Nothing of a batch was stored, since somebody else has changed the store in between. What it held is lost, and the
+/// engine goes on.
+class EngineConflict : public EngineError {
+public:
+    using EngineError::EngineError;
+};
+
 }  // namespace lumivard::platform::stores
