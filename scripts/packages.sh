@@ -3,11 +3,12 @@
 
 build_packages=(ca-certificates cmake g++ git libcli11-dev libexpat1-dev liblmdb-dev libsparsehash-dev libtbb-dev
     libutfcpp-dev ninja-build pkg-config)
-test_packages=(dpkg-dev doxygen file libbenchmark-dev libgmock-dev libgtest-dev librapidcheck-dev)
+test_packages=(dpkg-dev doxygen file libbenchmark-dev libgmock-dev libgtest-dev libpq-dev librapidcheck-dev)
 package_packages=(dpkg-dev doxygen file lintian)
 sanitizer_packages=(clang-14 libclang-rt-14-dev)
 bench_packages=(libhdf5-dev libocct-ocaf-dev libprotobuf-dev libpugixml-dev libsqlite3-dev libxml2-dev protobuf-compiler
     python3)
+postgres_packages=(postgresql-15)
 view_packages=(chromium fonts-dejavu-core)
 node_packages=(nodejs npm)
 

@@ -147,9 +147,7 @@ void Core::update(unsigned int offset, const void* data, unsigned int size, bool
     if (!changed && _mode == tMode::kRead && !_find(offset)) return;
     RecordSlot& slot = _existing(attempt);
     _refuseLength(attempt, size);
-    _makeRoom(changed ? _changed : _counted);
-    // Without a change of content the length stays.
-    if (_shared && !changed && size == slot.bytes.size()) _private.note(offset, slot.bytes.view(), 0, data, size);
+    _makeRoom(changed || _shared ? _changed : _counted);
     _records.heap().assign(slot.bytes, data, size);
     slot.place = tPlace::kHere;
     changed ? _noteContent(offset, slot) : _noteBookkeeping(offset, slot);
@@ -188,7 +186,7 @@ Core::tView Core::write(unsigned int offset, unsigned int position, const void* 
     slot.place = tPlace::kHere;
     if (changed) {
         _noteContent(offset, slot);
-    } else {
+    } else if (!_shared) {
         _noteBookkeeping(offset, slot);
         _giveBack(slot);
     }
@@ -310,7 +308,7 @@ void Core::_tellLoss() {
 // The slot of a record that exists, brought in if it was not asked for before; null for any other offset. An offset
 // that a damaged record names costs no slot.
 RecordSlot* Core::_find(unsigned int offset) {
-    if (offset >= _extent) return nullptr;
+    if (offset >= _extent) return _shared && !_holdsGuard() && offset != BADOFF ? _bringInAlone(offset) : nullptr;
     RecordSlot* slot = _records.find(offset);
     if (slot && slot->place == tPlace::kHere) return slot;
     if (slot && slot->place == tPlace::kLent && slot->loan == _records.loan()) return slot;
@@ -380,13 +378,19 @@ void Core::_makeRoom(std::vector<unsigned int>& list) const {
 
 void Core::_noteContent(unsigned int offset, RecordSlot& slot) noexcept {
     ++_contentChanges;
-    if (!_keeps || slot.changed) return;
+    if (_keeps) _noteToStore(offset, slot);
+}
+
+void Core::_noteToStore(unsigned int offset, RecordSlot& slot) noexcept {
+    if (slot.changed) return;
     slot.changed = true;
     _changed.push_back(offset);
 }
 
 void Core::_noteBookkeeping(unsigned int offset, RecordSlot& slot) noexcept {
-    if (!_keeps || _shared || slot.counted) return;
+    if (!_keeps) return;
+    if (_shared) return _noteToStore(offset, slot);
+    if (slot.counted) return;
     slot.counted = true;
     _counted.push_back(offset);
 }

@@ -36,8 +36,9 @@ namespace lumivard::platform::stores {
 ///
 /// Two kinds of change are kept apart. Content (`create`, `append`, `update` with `changed`, `erase`, `version`) is
 /// what a flush is for. Bookkeeping (`update` without `changed`) never makes a flush work and is refused by nothing,
-/// since it comes from destructors: it travels with content, or is written when the store closes. In a shared store it
-/// stays in this process, and is void when that is gone.
+/// since it comes from destructors: it travels with content, or is written when the store closes. In a shared store
+/// what `write` notes so stays in this process, and is void when that is gone; an `update` cannot tell it from content,
+/// and is stored with that.
 ///
 /// Errors: `StoreError` with this store's name and the attempt, or `std::bad_alloc`; what throws has changed nothing.
 /// Threads: the guard excludes; the operations are for one thread at a time.
@@ -108,6 +109,7 @@ private:
     void _refuseLength(const Attempt& attempt, unsigned long long size) const;
     void _makeRoom(std::vector<unsigned int>& list) const;
     void _noteContent(unsigned int offset, RecordSlot& slot) noexcept;
+    void _noteToStore(unsigned int offset, RecordSlot& slot) noexcept;
     void _noteBookkeeping(unsigned int offset, RecordSlot& slot) noexcept;
     void _giveBack(RecordSlot& slot) noexcept;
 

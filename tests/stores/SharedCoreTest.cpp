@@ -138,6 +138,16 @@ TEST_F(SharedCore, GivesUpWhatIsDiscarded) {
     EXPECT_EQ(server.holder, nullptr);
 }
 
+TEST_F(SharedCore, LooksForRecordsThatOthersHaveMadeWithoutAGuardToo) {
+    {
+        const tLock guard(a->lock());
+        create(*a, "new");
+    }
+    EXPECT_EQ(contents(*b, 2), "new");
+    EXPECT_EQ(b->size(3), 0U);
+    EXPECT_EQ(b->size(IDataStore::BADOFF), 0U);
+}
+
 // --- Without a guard
 
 TEST_F(SharedCore, GathersWhatIsWrittenWithoutAGuardUntilAFlush) {
@@ -267,7 +277,7 @@ TEST_F(SharedCore, NeverStoresCountsOfOpenObjects) {
     {
         const tLock guard(a->lock());
         a->access()->write(0, 0, "Z", 1, false);
-        update(*a, 1, "ONE", false);
+        a->access()->write(1, 0, "ONE", 3, false);
         EXPECT_EQ(contents(*a, 0), "Zero");
     }
     EXPECT_THAT(server.log, IsEmpty());
@@ -280,6 +290,14 @@ TEST_F(SharedCore, NeverStoresCountsOfOpenObjects) {
     EXPECT_EQ(server.records[1], "o-e") << "the content alone";
     EXPECT_EQ(contents(*a, 0), "Zero!");
     EXPECT_EQ(contents(*b, 0), "zero!") << "others never hear of it, whatever becomes of the process";
+}
+
+TEST_F(SharedCore, StoresWhatCannotBeToldFromContent) {
+    const auto before = a->access()->changes();
+    update(*a, 1, "ONE", false);
+    EXPECT_EQ(a->access()->changes(), before) << "it is bookkeeping all the same";
+    a->flush();
+    EXPECT_EQ(server.records[1], "ONE");
 }
 
 TEST_F(SharedCore, KeepsCountsBesideWhatOthersChange) {

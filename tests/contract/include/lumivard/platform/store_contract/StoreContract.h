@@ -25,6 +25,11 @@ public:
     /// from a store that has no life beyond its closing: it is left open, and the sentences about durability are
     /// skipped for it. Throws where it cannot be opened again, which fails the test.
     virtual bool reopen() { return false; }
+
+    /// Whether counts of open objects (`IRecordAccess::write` with `changed` false) are stored along with content.
+    /// False for a store that several processes change at a time, where they belong to the process: the sentence about
+    /// that is skipped.
+    virtual bool keepsBookkeeping() const { return true; }
 };
 
 /// A kind of store, as a row of the examination.
@@ -106,6 +111,10 @@ private:
 /// Goes on with the store opened again, or skips the test.
 #define LVP_SKIP_UNLESS_REOPENED() \
     if (!flushAndReopen()) GTEST_SKIP() << "this store does not outlive its closing"
+
+/// Goes on with a store that keeps counts of open objects, or skips the test.
+#define LVP_SKIP_UNLESS_BOOKKEEPING_IS_KEPT() \
+    if (!subject().keepsBookkeeping()) GTEST_SKIP() << "this store leaves counts of open objects to each process"
 
 /// Goes on with a store that offers access to its records, or skips the test.
 #define LVP_SKIP_WITHOUT_ACCESS() \

@@ -1,0 +1,168 @@
+// What several clients of a database see of each other, and what becomes of a commit whose connection is lost.
+#include "stores/postgres/PostgresEngine.h"
+
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "lumivard/platform/stores.h"
+#include "tests/postgres/Server.h"
+#include "tests/stores/Records.h"
+
+namespace lumivard::platform::stores {
+namespace {
+
+using testing::HasSubstr;
+using tLock = std::unique_ptr<IDataStore::ILock>;
+
+/// Two clients of one store.
+class Database : public testing::Test {
+protected:
+    void SetUp() override {
+        if (!Server::isThere()) GTEST_SKIP() << "no server was named by LVP_POSTGRES: see scripts/test-postgres.sh";
+        name = Server::newStore();
+        a = Server::open(name);
+        b = Server::open(name);
+    }
+
+    long long stored(const std::string& what) const {
+        return Server::count("SELECT " + what + " FROM lvp_store WHERE name = '" + name + "'");
+    }
+    /// Ends the server's side of all connections that hold a transaction.
+    static void cutTransactions() {
+        Server::run("SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE state = 'idle in transaction'");
+    }
+    /// Ends that of all others, too.
+    static void cutAll() {
+        Server::run(
+            "SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE pid <> pg_backend_pid() AND datname = "
+            "'postgres'");
+    }
+
+    std::string name;
+    std::unique_ptr<Core> a;
+    std::unique_ptr<Core> b;
+};
+
+TEST_F(Database, ShowsAClientUnderItsGuardWhatOthersHaveDone) {
+    EXPECT_EQ(create(*a, "one"), 0U);
+    a->version(7);
+    a->flush();
+    const tLock guard(b->lock());
+    EXPECT_EQ(contents(*b, 0), "one");
+    EXPECT_EQ(b->extent(), 1U);
+    EXPECT_EQ(b->version(), 7U);
+    EXPECT_EQ(stored("epoch"), 1);
+}
+
+TEST_F(Database, KeepsRecordsOfAllLengths) {
+    const std::vector<std::size_t> sizes{0, 1, 8191, 8192, 8193, 16384, 100'000, 3, 20'000, 0};
+    const unsigned int offset = create(*a, "");
+    for (const std::size_t size : sizes) {
+        std::string bytes(size, 'x');
+        for (std::size_t i = 0; i < size; ++i) bytes[i] = static_cast<char>(i * 7);
+        update(*a, offset, bytes);
+        a->flush();
+        const tLock guard(b->lock());
+        EXPECT_EQ(contents(*b, offset), bytes) << size;
+        const long long chunks = Server::count(
+            "SELECT count(*) FROM lvp_record r JOIN lvp_store s ON s.id = r.store "
+            "WHERE s.name = '" +
+            name + "'");
+        EXPECT_EQ(static_cast<std::size_t>(chunks), std::max<std::size_t>(1, (size + 8191) / 8192)) << size;
+    }
+    a->erase(offset);
+    a->flush();
+    const tLock guard(b->lock());
+    EXPECT_EQ(b->size(offset), 0U);
+}
+
+TEST_F(Database, LetsOneWriterInAtATime) {
+    constexpr int kRounds = 100;
+    create(*a, std::string(1, '\0'));
+    a->flush();
+    const auto count = [&](Core& store) {
+        for (int i = 0; i < kRounds; ++i) {
+            const tLock guard(store.lock());
+            std::string number = contents(store, 0);
+            ++number[0];
+            update(store, 0, number);
+        }
+    };
+    std::thread other([&] { count(*b); });
+    count(*a);
+    other.join();
+    const tLock guard(a->lock());
+    EXPECT_EQ(static_cast<unsigned char>(contents(*a, 0)[0]), 2 * kRounds);
+    EXPECT_EQ(stored("epoch"), 2 * kRounds + 1) << "each commit has an epoch of its own";
+}
+
+TEST_F(Database, ShowsAReaderOneStateUnderAGuard) {
+    create(*a, "old");
+    create(*a, "old");
+    a->flush();
+    const auto reader = Server::open(name, tMode::kRead);
+    const tLock guard(reader->lock());
+    EXPECT_EQ(contents(*reader, 0), "old");
+    update(*a, 0, "new");
+    update(*a, 1, "new");
+    a->flush();
+    EXPECT_EQ(contents(*reader, 1), "old");
+}
+
+TEST_F(Database, ConnectsAnewWhereTheConnectionWasLostBetweenGuards) {
+    create(*a, "one");
+    a->flush();
+    cutAll();
+    update(*a, 0, "two");
+    EXPECT_NO_THROW(a->flush());
+    const tLock guard(b->lock());
+    EXPECT_EQ(contents(*b, 0), "two");
+}
+
+TEST_F(Database, CommitsAgainWhatWasNotDoneWhenTheConnectionWasLost) {
+    create(*a, "one");
+    a->flush();
+    {
+        const tLock guard(a->lock());
+        update(*a, 0, "two");
+        cutTransactions();
+        a->flush();
+    }
+    EXPECT_EQ(stored("epoch"), 2) << "once";
+    const tLock guard(b->lock());
+    EXPECT_EQ(contents(*b, 0), "two");
+}
+
+TEST_F(Database, GivesUpAGuardWhoseConnectionWasLostWhenSomebodyElseGotInBetween) {
+    create(*a, "one");
+    a->flush();
+    const tLock guard(a->lock());
+    update(*a, 0, "mine");
+    cutTransactions();
+    update(*b, 0, "theirs");
+    b->flush();
+    EXPECT_THAT(messageOf<StoreError>([&] { a->flush(); }),
+                HasSubstr("the connection was lost, and somebody else has changed the store since"));
+    EXPECT_EQ(stored("epoch"), 2);
+}
+
+TEST_F(Database, RefusesAStoreThatThereIsNot) {
+    EXPECT_THAT(messageOf<EngineError>([&] { PostgresEngine(Server::settings("nowhere"), tMode::kWrite); }),
+                HasSubstr("there is no store \"nowhere\" in the database"));
+}
+
+TEST_F(Database, WaitsNoLongerThanItsDeadlineForTheGuard) {
+    const tLock guard(a->lock());
+    auto settings = Server::settings(name);
+    settings.deadline = std::chrono::milliseconds(100);
+    Core hasty(name, std::make_unique<PostgresEngine>(settings, tMode::kWrite), tMode::kWrite);
+    EXPECT_THAT(messageOf<StoreError>([&] { const tLock other(hasty.lock()); }), HasSubstr("did not answer in time"));
+}
+
+}  // namespace
+}  // namespace lumivard::platform::stores

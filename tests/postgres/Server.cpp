@@ -1,0 +1,59 @@
+#include "tests/postgres/Server.h"
+
+#include <libpq-fe.h>
+
+#include <cstdlib>
+#include <stdexcept>
+
+#include <unistd.h>
+
+#include "stores/postgres/Schema.h"
+
+namespace lumivard::platform::stores {
+namespace {
+
+const char* location() {
+    return std::getenv("LVP_POSTGRES");
+}
+
+std::string answer(const std::string& sql) {
+    const std::unique_ptr<PGconn, void (*)(PGconn*)> connection(PQconnectdb(location()), PQfinish);
+    const std::unique_ptr<PGresult, void (*)(PGresult*)> result(PQexec(connection.get(), sql.c_str()), PQclear);
+    const ExecStatusType status = PQresultStatus(result.get());
+    if (status == PGRES_TUPLES_OK) return PQgetvalue(result.get(), 0, 0);
+    if (status != PGRES_COMMAND_OK) throw std::runtime_error(PQerrorMessage(connection.get()));
+    return {};
+}
+
+}  // namespace
+
+bool Server::isThere() {
+    return location() != nullptr;
+}
+
+void Server::run(const std::string& sql) {
+    answer(sql);
+}
+
+long long Server::count(const std::string& sql) {
+    return std::stoll(answer(sql));
+}
+
+std::string Server::newStore() {
+    static const bool made = (run(postgres::kTables), true);
+    static int number = 0;
+    static_cast<void>(made);
+    const std::string name = "test " + std::to_string(::getpid()) + " " + std::to_string(++number);
+    run("INSERT INTO lvp_store(name) VALUES('" + name + "')");
+    return name;
+}
+
+PostgresEngine::Settings Server::settings(const std::string& store) {
+    return {location(), store};
+}
+
+std::unique_ptr<Core> Server::open(const std::string& store, tMode mode) {
+    return std::make_unique<Core>(store, std::make_unique<PostgresEngine>(settings(store), mode), mode);
+}
+
+}  // namespace lumivard::platform::stores

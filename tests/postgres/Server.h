@@ -1,0 +1,30 @@
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <string>
+
+#include "stores/core/Core.h"
+#include "stores/postgres/PostgresEngine.h"
+
+namespace lumivard::platform::stores {
+
+/// The server that the tests were given, by the environment variable LVP_POSTGRES; its tables are made when it is first
+/// asked for.
+class Server {
+public:
+    /// Whether there is one. Who finds none says so, and skips his test.
+    static bool isThere();
+
+    /// Runs a statement that gives no rows.
+    static void run(const std::string& sql);
+    static long long count(const std::string& sql);
+
+    /// Makes a new, empty store, and gives its name.
+    static std::string newStore();
+
+    static PostgresEngine::Settings settings(const std::string& store);
+    static std::unique_ptr<Core> open(const std::string& store, tMode mode = tMode::kWrite);
+};
+
+}  // namespace lumivard::platform::stores
