@@ -127,6 +127,7 @@ Connection::Connection(const std::string& location, tTime until) : _connection(P
 }
 
 std::vector<Rows> Connection::run(std::span<const tStatement> statements, tTime until) {
+    *_warned = false;
     std::vector<bool> prepares;  // of what is sent: whether it prepares
     for (const tStatement& statement : statements) {
         if (std::find(_prepared.begin(), _prepared.end(), statement.sql) == _prepared.end()) {

@@ -81,8 +81,7 @@ public:
     /// first that is refused ends all.
     std::vector<Rows> run(std::span<const tStatement> statements, tTime until);
 
-    /// Whether the server has warned since the connection was made: a commit that comes with a warning may not be what
-    /// it says.
+    /// Whether the server has warned in the last run: a commit that comes with a warning may not be what it says.
     bool warned() const noexcept { return *_warned; }
 
 private:

@@ -64,8 +64,19 @@ Engine::Header PostgresEngine::header() {
     return _header;
 }
 
-// A connection that was lost meanwhile is made anew, since nothing is under way on it.
+// Whatever a transaction that cannot be used was begun for, it is ended.
 std::optional<Engine::News> PostgresEngine::guardTaken() {
+    try {
+        return _take();
+    } catch (...) {
+        _inTransaction = true;
+        guardReleased();
+        throw;
+    }
+}
+
+// A connection that was lost meanwhile is made anew, since nothing is under way on it.
+std::optional<Engine::News> PostgresEngine::_take() {
     const tTime until = _until();
     const std::int64_t known = _epoch;
     News news;
@@ -186,6 +197,7 @@ void PostgresEngine::_send(const tPrepared& made, tTime until) {
     try {
         _connection->run(statements, until);
     } catch (const Refused& refusal) {
+        _inTransaction = true;  // to be rolled back
         if (refusal.state() == kFenced) throw EngineConflict("somebody else has changed the store in between");
         throw;
     }

@@ -48,6 +48,7 @@ private:
 
     tTime _until() const { return std::chrono::steady_clock::now() + _settings.deadline; }
     void _connect(tTime until);
+    std::optional<News> _take();
     News _begin(tTime until);
     void _send(const tPrepared& batch, tTime until);
     void _settle(const tPrepared& batch, tTime until);

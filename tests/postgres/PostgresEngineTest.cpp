@@ -151,6 +151,22 @@ TEST_F(Database, GivesUpAGuardWhoseConnectionWasLostWhenSomebodyElseGotInBetween
     EXPECT_EQ(stored("epoch"), 2);
 }
 
+TEST_F(Database, GoesOnAfterTheServerHasRefusedATransaction) {
+    create(*a, "one");
+    a->flush();
+    Server::run("ALTER TABLE lvp_change ADD CONSTRAINT odd CHECK (writer = 0) NOT VALID");
+    update(*a, 0, "two");
+    const std::string refusal = messageOf<StoreError>([&] { a->flush(); });
+    Server::run("ALTER TABLE lvp_change DROP CONSTRAINT odd");
+    EXPECT_THAT(refusal, HasSubstr("violates check constraint"));
+    {
+        const tLock guard(a->lock());
+        EXPECT_EQ(a->size(0), 3U) << "it can be read";
+    }
+    const tLock guard(b->lock());
+    EXPECT_EQ(contents(*b, 0), "one");
+}
+
 TEST_F(Database, RefusesAStoreThatThereIsNot) {
     EXPECT_THAT(messageOf<EngineError>([&] { PostgresEngine(Server::settings("nowhere"), tMode::kWrite); }),
                 HasSubstr("there is no store \"nowhere\" in the database"));
