@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include "lumivard/platform/stores.h"
+#include "tests/postgres/Proxy.h"
 #include "tests/postgres/Server.h"
 #include "tests/stores/Records.h"
 
@@ -149,6 +150,35 @@ TEST_F(Database, GivesUpAGuardWhoseConnectionWasLostWhenSomebodyElseGotInBetween
     EXPECT_THAT(messageOf<StoreError>([&] { a->flush(); }),
                 HasSubstr("the connection was lost, and somebody else has changed the store since"));
     EXPECT_EQ(stored("epoch"), 2);
+}
+
+// Pieces of a flush: the statements, and the answers. Cut before the server has them all, the commit was not done; cut
+// behind, it was, and only the answer is missing.
+TEST_F(Database, CommitsOnceWhereverTheConnectionIsCut) {
+    Proxy proxy(Server::port());
+    Core store(name, std::make_unique<PostgresEngine>(Server::settings(name, proxy.port()), tMode::kWrite),
+               tMode::kWrite);
+    create(store, "begin");
+    store.flush();
+    long long epoch = stored("epoch");
+    int cuts = 0;
+    for (int round = 0; round < 3; ++round) {
+        for (int piece = 1; piece <= 8; ++piece) {
+            SCOPED_TRACE("piece " + std::to_string(piece));
+            const std::string bytes = std::to_string(round) + " " + std::to_string(piece) + std::string(20'000, '.');
+            const tLock guard(store.lock());
+            update(store, 0, bytes);
+            proxy.cutAt(piece);
+            ASSERT_NO_THROW(store.flush());
+            cuts += proxy.hasCut() ? 1 : 0;
+            proxy.cutAt(-1);
+            EXPECT_EQ(stored("epoch"), ++epoch) << "once, and not twice";
+            EXPECT_EQ(contents(store, 0), bytes);
+        }
+    }
+    EXPECT_GE(cuts, 6);
+    const tLock guard(b->lock());
+    EXPECT_EQ(contents(*b, 0).substr(0, 4), "2 8.");
 }
 
 TEST_F(Database, GoesOnAfterTheServerHasRefusedATransaction) {

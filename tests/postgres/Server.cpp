@@ -48,8 +48,14 @@ std::string Server::newStore() {
     return name;
 }
 
-PostgresEngine::Settings Server::settings(const std::string& store) {
-    return {location(), store};
+unsigned short Server::port() {
+    const std::string all = location();
+    return static_cast<unsigned short>(std::stoi(all.substr(all.find("port=") + 5)));
+}
+
+// Of two ports the last one counts.
+PostgresEngine::Settings Server::settings(const std::string& store, unsigned short port) {
+    return {location() + (port == 0 ? std::string() : " port=" + std::to_string(port)), store};
 }
 
 std::unique_ptr<Core> Server::open(const std::string& store, tMode mode) {

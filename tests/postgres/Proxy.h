@@ -1,0 +1,41 @@
+#pragma once
+
+#include <atomic>
+#include <string>
+#include <thread>
+
+namespace lumivard::platform::stores {
+
+/// Stands between clients and the server, and cuts a connection at a moment of its choice. One connection at a time;
+/// the server's own side of one that was cut goes on until it has noticed.
+class Proxy {
+public:
+    /// Listens on the loopback, before the server at that port there.
+    explicit Proxy(unsigned short server);
+    ~Proxy();
+    Proxy(const Proxy&) = delete;
+    Proxy& operator=(const Proxy&) = delete;
+
+    unsigned short port() const { return _port; }
+
+    /// Cuts once, in place of handing on the piece of that number from now on, counted from 1 in both directions
+    /// together. What the client sent before has reached the server.
+    void cutAt(int piece) { _left = piece; }
+
+    /// Whether that has come.
+    bool hasCut() const { return _left == 0; }
+
+private:
+    void serve();
+    void relay(int client, int server);
+    bool handOn(int from, int to);
+
+    const unsigned short _server;
+    unsigned short _port = 0;
+    int _listener = -1;
+    int _end[2] = {-1, -1};  // a pipe that is closed when all shall end
+    std::atomic<int> _left{-1};
+    std::thread _thread;
+};
+
+}  // namespace lumivard::platform::stores
