@@ -96,7 +96,8 @@ TEST_F(ToolItems, GoNowhereWithoutAContainerToStandIn) {
     expectRefusal("cp " + first + " a b.", "the destination b." + words);
     expectRefusal("mv " + first + " a.n .z", "the destination .z" + words);
     expectRefusal("cp " + first + " a.n z.m", "the store " + first + " holds no container at the path z");
-    expectRefusal("cp " + first + " a.n a.t.m", "a.t in the store " + first + " is a table: cp and mv put items into containers only");
+    expectRefusal("cp " + first + " a.n a.t.m",
+                  "a.t in the store " + first + " is a table: cp and mv put items into containers only");
 }
 
 TEST_F(ToolItems, DoNotCoverWhatIsThere) {
@@ -161,7 +162,8 @@ TEST_F(ToolItems, AreNotLookedForBeyondAValue) {
 TEST_F(ToolItems, DoNotMakeAStoreThatIsNotThere) {
     const std::string none = path("none.lvp");
     expectRefusal("cp " + none + " a.n b.n", "Cannot open the store \"" + none + "\": there is no such file.");
-    expectRefusal("mv " + first + " a.n b.n --to " + none, "Cannot open the store \"" + none + "\": there is no such file.");
+    expectRefusal("mv " + first + " a.n b.n --to " + none,
+                  "Cannot open the store \"" + none + "\": there is no such file.");
     EXPECT_FALSE(std::filesystem::exists(none));
 }
 

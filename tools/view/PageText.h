@@ -5,7 +5,8 @@
 
 namespace lvp::tool {
 
-/// The page (tools/view/page), put together when the tool is built, up to the place of the data and behind it. In pieces.
+/// The page (tools/view/page), put together when the tool is built, up to the place of the data and behind it. In
+/// pieces.
 extern const std::vector<std::string_view> kPageBeforeData;
 extern const std::vector<std::string_view> kPageAfterData;
 
