@@ -1,5 +1,6 @@
-# What an installation holds, in four components:
+# What an installation holds, in five components:
 #   library        the three shared libraries
+#   postgres       the library for stores in databases, where it was built
 #   development    headers, the sources of the store contract's kit with its example, and the two ways in which other
 #                  projects find all this (CMake's find_package, pkg-config)
 #   tools          the tool, with its manual and completions
@@ -16,6 +17,11 @@ set_target_properties(lvp_stores_headers PROPERTIES EXPORT_NAME stores_headers)
 set_target_properties(lvp_core lvp_data lvp_stores PROPERTIES INSTALL_RPATH "$ORIGIN")
 install(TARGETS lvp_core lvp_data lvp_stores lvp_data_headers lvp_stores_headers EXPORT lvp_data
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library)
+if(TARGET lvp_stores_postgres)
+    set_target_properties(lvp_stores_postgres PROPERTIES INSTALL_RPATH "$ORIGIN")
+    install(TARGETS lvp_stores_postgres EXPORT lvp_data
+        LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT postgres)
+endif()
 
 # Headers.
 install(DIRECTORY
@@ -47,6 +53,10 @@ cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX BASE_DIRECTORY ${CMAKE_INSTALL_PRE
     OUTPUT_VARIABLE LVP_PREFIX_FROM_PC)
 configure_file(${PROJECT_SOURCE_DIR}/cmake/lvp_data.pc.in ${PROJECT_BINARY_DIR}/lvp_data.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/lvp_data.pc DESTINATION ${LVP_PKGCONFIG_DIR} COMPONENT development)
+if(TARGET lvp_stores_postgres)
+    configure_file(${PROJECT_SOURCE_DIR}/cmake/lvp_data_postgres.pc.in ${PROJECT_BINARY_DIR}/lvp_data_postgres.pc @ONLY)
+    install(FILES ${PROJECT_BINARY_DIR}/lvp_data_postgres.pc DESTINATION ${LVP_PKGCONFIG_DIR} COMPONENT development)
+endif()
 
 # The tool. Its manual and its completions it prints itself: a target lvp_tool_pages, which is a part of ALL, makes
 # lvp-data.1, lvp-data.bash and _lvp-data in its binary folder.

@@ -27,6 +27,7 @@ template <class Visit>
 void eachChild(const Offsets& list, Visit visit) {
     // A record that is listed twice is the same child; a damaged list may name a long one thousands of times.
     const bool distinct = list.rising();
+    list.expect();
     std::unordered_set<unsigned int> seen;
     const unsigned int count = list.items();
     for (unsigned int index = 0; index < count; ++index) {
@@ -190,6 +191,7 @@ unsigned int Set::search(IDataStore* store, unsigned int list, std::wstring_view
         const auto index = indexOf(entries);
         return index ? index->find(wanted) : BADOFF;
     }
+    entries.expect();
     for (unsigned int index = 0; index < count; ++index) {
         const unsigned int offset = entries.get(index);
         const auto child = access->view(offset);

@@ -23,6 +23,12 @@ unsigned int Offsets::items() const {
     return type() == kOffsets && size() >= kEntries ? (size() - kEntries) / kEntry : 0;
 }
 
+void Offsets::expect() const {
+    const unsigned int count = items();
+    if (count < 2) return;
+    if (auto* const access = store()->access()) access->expect(bytes() + kEntries, count);
+}
+
 bool Offsets::rising() const {
     const unsigned int count = items();
     for (unsigned int index = 1; index < count; ++index) {
@@ -38,6 +44,7 @@ std::vector<unsigned int> Offsets::get() const {
 }
 
 void Offsets::get(std::vector<unsigned int>& entries) const {
+    expect();
     entries.resize(items());
     if (!entries.empty()) std::memcpy(entries.data(), bytes() + kEntries, entries.size() * kEntry);
 }

@@ -36,11 +36,14 @@ public:
     /// An entry; `BADOFF` past the end.
     unsigned int get(unsigned int index) const { return index < items() ? word(kEntries + index * kEntry) : BADOFF; }
 
+    /// Tells the store that the records of the entries will be looked at.
+    void expect() const;
+
     /// Whether each entry is larger than the one before it, so that none stands there twice. Offsets are handed out
     /// rising, and a list has them in the order of their making, as a rule.
     bool rising() const;
 
-    /// All entries, in order.
+    /// All entries, in order, of which the records will be looked at.
     std::vector<unsigned int> get() const;
     void get(std::vector<unsigned int>& entries) const;
 

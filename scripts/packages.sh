@@ -1,9 +1,9 @@
 # The Debian packages that the project is built with, by what they are for. Sourced by the other scripts:
 # `install_packages LIST...` installs what is missing of them, as root or with sudo.
 
-build_packages=(ca-certificates cmake g++ git libcli11-dev libexpat1-dev liblmdb-dev libsparsehash-dev libtbb-dev
-    libutfcpp-dev ninja-build pkg-config)
-test_packages=(dpkg-dev doxygen file libbenchmark-dev libgmock-dev libgtest-dev libpq-dev librapidcheck-dev)
+build_packages=(ca-certificates cmake g++ git libcli11-dev libexpat1-dev liblmdb-dev libpq-dev libsparsehash-dev
+    libtbb-dev libutfcpp-dev ninja-build pkg-config)
+test_packages=(dpkg-dev doxygen file libbenchmark-dev libgmock-dev libgtest-dev librapidcheck-dev)
 package_packages=(dpkg-dev doxygen file lintian)
 sanitizer_packages=(clang-14 libclang-rt-14-dev)
 bench_packages=(libhdf5-dev libocct-ocaf-dev libprotobuf-dev libpugixml-dev libsqlite3-dev libxml2-dev protobuf-compiler

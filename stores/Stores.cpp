@@ -1,6 +1,8 @@
 #include "lumivard/platform/stores/Stores.h"
 
-#include <algorithm>
+#include <map>
+#include <mutex>
+#include <utility>
 
 #include "stores/core/Core.h"
 #include "stores/core/Failure.h"
@@ -36,12 +38,26 @@ auto attempt(const char* what, const fs::path& path, Work work) {
     }
 }
 
-// The location of a database without what may be a user's name and password.
-std::string withoutSecrets(std::string location) {
-    const std::size_t at = location.rfind('@');
-    if (at != std::string::npos) location.erase(sizeof kDatabase - 1, at + 1 - (sizeof kDatabase - 1));
-    location.resize(std::min(location.size(), location.find('?')));
-    return location;
+/// What `open` knows of locations.
+struct tOpeners {
+    std::mutex mutex;
+    std::map<std::string, tOpener> byPrefix;
+};
+
+// Made when it is first needed: other libraries tell of themselves when they are loaded.
+tOpeners& openers() {
+    static tOpeners all;
+    return all;
+}
+
+tOpener openerOf(const std::string& location) {
+    tOpeners& all = openers();
+    const std::lock_guard lock(all.mutex);
+    tOpener found;
+    for (const auto& [prefix, opener] : all.byPrefix) {
+        if (location.starts_with(prefix)) found = opener;  // longer ones come later
+    }
+    return found;
 }
 
 }  // namespace
@@ -81,10 +97,22 @@ std::unique_ptr<IDataStore> open(const std::string& location, tMode mode) {
 
 std::unique_ptr<IDataStore> open(const std::string& location, tMode mode, const FileOptions& options) {
     if (location == kMemory) return memory();
+    if (const tOpener opener = openerOf(location)) return opener(location, mode);
     if (location.starts_with(kDatabase)) {
-        throw failure("open", withoutSecrets(location), "this version has no stores in databases");
+        // Not the location, which may hold a password.
+        throw failure("open", kDatabase, "this program is not linked with lvp_data::stores_postgres");
     }
     return file(location, mode, options);
+}
+
+void provide(const std::string& prefix, tOpener opener) {
+    tOpeners& all = openers();
+    const std::lock_guard lock(all.mutex);
+    if (opener) {
+        all.byPrefix.insert_or_assign(prefix, std::move(opener));
+    } else {
+        all.byPrefix.erase(prefix);
+    }
 }
 
 }  // namespace lumivard::platform::stores

@@ -56,12 +56,13 @@ auto Core::_ask(const Attempt& attempt, Question question) const {
     }
 }
 
-Core::Core(std::string name, std::unique_ptr<Engine> engine, tMode mode)
+Core::Core(std::string name, std::unique_ptr<Engine> engine, tMode mode, std::size_t cache)
     : _name(std::move(name)),
       _mode(mode),
       _shared(engine && engine->isShared()),
       _lends(engine && engine->lends()),
       _keeps(engine && mode == tMode::kWrite),
+      _cache(cache),
       _engine(std::move(engine)) {
     if (!_engine) return;
     _longest = _engine->longestRecord();
@@ -135,6 +136,7 @@ void Core::append(unsigned int offset, const void* data, unsigned int size) {
     RecordSlot& slot = _existing(attempt);
     _refuseLength(attempt, std::uint64_t{slot.bytes.size()} + size);
     _makeRoom(_changed);
+    _touch(offset, slot, slot.bytes.size(), UINT64_MAX);
     _records.heap().append(slot.bytes, data, size);
     slot.place = tPlace::kHere;
     _noteContent(offset, slot);
@@ -148,6 +150,7 @@ void Core::update(unsigned int offset, const void* data, unsigned int size, bool
     RecordSlot& slot = _existing(attempt);
     _refuseLength(attempt, size);
     _makeRoom(changed || _shared ? _changed : _counted);
+    _touchDifference(offset, slot, data, size);
     _records.heap().assign(slot.bytes, data, size);
     slot.place = tPlace::kHere;
     changed ? _noteContent(offset, slot) : _noteBookkeeping(offset, slot);
@@ -182,6 +185,7 @@ Core::tView Core::write(unsigned int offset, unsigned int position, const void* 
     }
     if (!(changed ? slot.changed : slot.counted)) _makeRoom(changed ? _changed : _counted);
     if (_shared && !changed) _private.note(offset, slot.bytes.view(), position, data, size);
+    if (changed) _touch(offset, slot, position, std::uint64_t{position} + size);
     _records.heap().overwrite(slot.bytes, position, data, size);
     slot.place = tPlace::kHere;
     if (changed) {
@@ -224,6 +228,7 @@ void Core::_giveGuard() noexcept {
     if (--_depth != 0) return;
     if (_shared) _endTransaction();
     if (_engine) _engine->guardReleased();
+    if (_cached > _cache) _shrink();
     _owner.store({}, std::memory_order_relaxed);
     _guard.unlock();
 }
@@ -251,15 +256,34 @@ void Core::_receive(const Engine::News& news) {
         _changed.clear();
         _counted.clear();
     }
-    for (const unsigned int offset : news.offsets) _records.forget(offset);
-    _records.endLoan();
     if (!_hasChanges()) _extent = news.header.extent;  // else nobody has made records but this process
+    _renew(news);
+    _records.endLoan();
     _version = news.header.version;
     _storedExtent = news.header.extent;
     ++_contentChanges;
     if (!conflict) return;
     throw failure("take the guard of", _name,
                   "what was written without a guard is given up, since somebody else has changed the same");
+}
+
+// What others have changed is forgotten, but for what was known, and comes with the news.
+void Core::_renew(const Engine::News& news) noexcept {
+    std::vector<const Engine::Record*> known;
+    try {
+        for (const Engine::Record& record : news.records) {
+            const RecordSlot* const slot = _records.find(record.offset);
+            if (slot && slot->place == tPlace::kHere) known.push_back(&record);
+        }
+    } catch (const std::bad_alloc&) {
+        known.clear();
+    }
+    for (const unsigned int offset : news.offsets) _records.forget(offset);
+    try {
+        for (const Engine::Record* const record : known) _putIn(*record);
+    } catch (const std::bad_alloc&) {
+        // They come when they are asked for.
+    }
 }
 
 // What was written without a guard can be stored when nobody else has got at it, nor taken the offsets of new records.
@@ -276,6 +300,7 @@ bool Core::_conflictsWith(const Engine::News& news) {
 void Core::_forgetChanges() noexcept {
     for (const unsigned int offset : _changed) _records.forget(offset);
     _changed.clear();
+    _touched.clear();
     _versionChanged = false;
     _extent = _storedExtent;
     ++_contentChanges;
@@ -310,7 +335,10 @@ void Core::_tellLoss() {
 RecordSlot* Core::_find(unsigned int offset) {
     if (offset >= _extent) return _shared && !_holdsGuard() && offset != BADOFF ? _bringInAlone(offset) : nullptr;
     RecordSlot* slot = _records.find(offset);
-    if (slot && slot->place == tPlace::kHere) return slot;
+    if (slot && slot->place == tPlace::kHere) {
+        if (_shared) slot->used = true;
+        return slot;
+    }
     if (slot && slot->place == tPlace::kLent && slot->loan == _records.loan()) return slot;
     return slot && slot->place == tPlace::kGone ? nullptr : _bringIn(offset, slot);
 }
@@ -324,9 +352,8 @@ RecordSlot& Core::_existing(const Attempt& attempt) {
 // `known` is the slot of the offset, if there is one.
 RecordSlot* Core::_bringIn(unsigned int offset, RecordSlot* known) {
     if (!_engine) return nullptr;
-    if (_shared && !_holdsGuard()) return _bringInAlone(offset);
+    if (_shared) return _holdsGuard() ? _bringInShared(offset) : _bringInAlone(offset);
     const auto bytes = _ask({"read", offset}, [&] { return _engine->load(offset); });
-    if (!bytes && _shared) _private.forget(offset);
     if (!bytes) return nullptr;
     RecordSlot& slot = known ? *known : _records.at(offset);
     if (_lends && !bytes->empty() && bytes->size() <= RecordHeap::kLongestLent) {
@@ -335,10 +362,49 @@ RecordSlot* Core::_bringIn(unsigned int offset, RecordSlot* known) {
         slot.loan = _records.loan();
     } else {
         _records.heap().assign(slot.bytes, bytes->data(), static_cast<unsigned int>(bytes->size()));
-        if (_shared) _private.restore(offset, _records.heap(), slot.bytes);
         slot.place = tPlace::kHere;
     }
     return &slot;
+}
+
+RecordSlot* Core::_bringInShared(unsigned int offset) {
+    _ask({"read", offset},
+         [&] { _engine->bring(std::span(&offset, 1), [this](const Engine::Record& record) { _putIn(record); }); });
+    RecordSlot& slot = _records.at(offset);
+    slot.used = true;
+    if (slot.place == tPlace::kHere) return &slot;
+    _private.forget(offset);
+    slot.place = tPlace::kGone;
+    return nullptr;
+}
+
+// A record as it is stored, unless it is known.
+void Core::_putIn(const Engine::Record& record) {
+    if (record.offset >= _extent) return;
+    RecordSlot& slot = _records.at(record.offset);
+    if (slot.place != tPlace::kAway) return;
+    _records.heap().assign(slot.bytes, record.bytes.data(), static_cast<unsigned int>(record.bytes.size()));
+    _private.restore(record.offset, _records.heap(), slot.bytes);
+    slot.place = tPlace::kHere;
+    _cached += RecordTable::weight(slot.bytes);
+}
+
+// Records that were asked for lately stay, so that it is not done at every guard there are some to go before.
+void Core::_shrink() noexcept {
+    _cached = _records.shrink(_cache - _cache / 4);
+}
+
+void Core::expect(const void* offsets, unsigned int count) {
+    if (!_shared || count < 2 || !_holdsGuard()) return;
+    std::vector<unsigned int> away(count);
+    std::memcpy(away.data(), offsets, std::size_t{count} * sizeof(unsigned int));
+    std::erase_if(away, [this](unsigned int offset) {
+        if (offset >= _extent) return true;
+        const RecordSlot* const slot = _records.find(offset);
+        return slot && slot->place != tPlace::kAway;
+    });
+    if (away.size() < 2) return;
+    _ask({"read records of"}, [&] { _engine->bring(away, [this](const Engine::Record& record) { _putIn(record); }); });
 }
 
 // Without a guard: in a transaction for this record alone, whose news may have moved all that is known.
@@ -369,6 +435,29 @@ void Core::_refuseChange(const Attempt& attempt) {
 void Core::_refuseLength(const Attempt& attempt, unsigned long long size) const {
     if (size <= _longest) return;
     throw failure(attempt.text(), _name, "it would become longer than " + std::to_string(_longest) + " bytes");
+}
+
+// Where a long record differs from what is stored, so that the rest of it need not be stored again.
+void Core::_touch(unsigned int offset, const RecordSlot& slot, unsigned long long from, unsigned long long to) {
+    if (!_shared || slot.bytes.size() <= Engine::kShort) return;
+    if (!slot.changed) {
+        _touched.insert_or_assign(offset, tRange{from, to});
+    } else if (const auto known = _touched.find(offset); known != _touched.end()) {
+        known->second = {std::min(known->second.from, from), std::max(known->second.to, to)};
+    }
+}
+
+void Core::_touchDifference(unsigned int offset, const RecordSlot& slot, const void* data, unsigned int size) {
+    if (!_shared || slot.bytes.size() <= Engine::kShort) return;
+    const auto before = slot.bytes.view();
+    const std::span after(static_cast<const std::byte*>(data), size);
+    const auto from = std::mismatch(before.begin(), before.end(), after.begin(), after.end()).first - before.begin();
+    unsigned long long to = UINT64_MAX;
+    if (before.size() == after.size()) {
+        to = static_cast<unsigned long long>(
+            before.rend() - std::mismatch(before.rbegin(), before.rend(), after.rbegin(), after.rend()).first);
+    }
+    _touch(offset, slot, static_cast<unsigned long long>(from), to);
 }
 
 // Lets the next note be taken without memory of its own.
@@ -433,10 +522,15 @@ void Core::_commit() {
 
 Engine::Change Core::_change(unsigned int offset) noexcept {
     const RecordSlot* slot = _records.find(offset);
+    Engine::Change change{slot->place == tPlace::kGone, slot->bytes.view()};
     if (const auto patched = _patched.find(offset); patched != _patched.end()) {
-        return {false, std::as_bytes(std::span(patched->second))};
+        change.bytes = std::as_bytes(std::span(patched->second));
     }
-    return {slot->place == tPlace::kGone, slot->bytes.view()};
+    if (const auto touched = _touched.find(offset); touched != _touched.end()) {
+        change.from = touched->second.from;
+        change.to = touched->second.to;
+    }
+    return change;
 }
 
 void Core::_leaveOutPrivate() {
@@ -466,8 +560,13 @@ void Core::_addBookkeeping() {
 
 // All changes of content have been stored, and with each record whatever bookkeeping had done to it.
 void Core::_settle() noexcept {
-    for (const unsigned int offset : _changed) _records.find(offset)->changed = false;
+    for (const unsigned int offset : _changed) {
+        RecordSlot& slot = *_records.find(offset);
+        slot.changed = false;
+        _cached += RecordTable::weight(slot.bytes);
+    }
     _changed.clear();
+    _touched.clear();
     _versionChanged = false;
     _storedExtent = _extent;
 }

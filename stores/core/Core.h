@@ -44,9 +44,10 @@ namespace lumivard::platform::stores {
 /// Threads: the guard excludes; the operations are for one thread at a time.
 class Core final : public core::storage::datastore::IDataStore, public core::storage::datastore::IRecordAccess {
 public:
-    /// `engine` may be null. `name` is what messages call the store. With `tMode::kRead` changes of content throw.
-    /// Throws where the engine's header cannot be read.
-    Core(std::string name, std::unique_ptr<Engine> engine, tMode mode);
+    /// `engine` may be null. `name` is what messages call the store. With `tMode::kRead` changes of content throw. Of a
+    /// shared store so many bytes of records are kept for being read again. Throws where the engine's header cannot be
+    /// read.
+    Core(std::string name, std::unique_ptr<Engine> engine, tMode mode, std::size_t cache = SIZE_MAX);
 
     /// Hands down what has changed, bookkeeping included where the stored bytes differ, as far as that still succeeds.
     ~Core() override;
@@ -72,6 +73,7 @@ public:
     void enter() override { _takeGuard(); }
     void leave() noexcept override { _giveGuard(); }
     unsigned long long changes() const override { return _contentChanges; }
+    void expect(const void* offsets, unsigned int count) override;
     std::unique_ptr<IAttachment>& attachment() override { return _attachment; }
 
 private:
@@ -103,11 +105,17 @@ private:
     RecordSlot& _existing(const Attempt& attempt);
     RecordSlot* _bringIn(unsigned int offset, RecordSlot* known);
     RecordSlot* _bringInAlone(unsigned int offset);
+    RecordSlot* _bringInShared(unsigned int offset);
+    void _putIn(const Engine::Record& record);
+    void _renew(const Engine::News& news) noexcept;
+    void _shrink() noexcept;
 
     // Every change goes in three steps: what can fail before (the first three), the change itself, the note of it.
     void _refuseChange(const Attempt& attempt);
     void _refuseLength(const Attempt& attempt, unsigned long long size) const;
     void _makeRoom(std::vector<unsigned int>& list) const;
+    void _touch(unsigned int offset, const RecordSlot& slot, unsigned long long from, unsigned long long to);
+    void _touchDifference(unsigned int offset, const RecordSlot& slot, const void* data, unsigned int size);
     void _noteContent(unsigned int offset, RecordSlot& slot) noexcept;
     void _noteToStore(unsigned int offset, RecordSlot& slot) noexcept;
     void _noteBookkeeping(unsigned int offset, RecordSlot& slot) noexcept;
@@ -140,6 +148,13 @@ private:
     std::exception_ptr _failure;         // what the flush threw that failed
 
     // Of a shared store.
+    struct tRange {
+        unsigned long long from;
+        unsigned long long to;
+    };
+    std::size_t _cache;                                      // how many bytes are kept
+    std::size_t _cached = 0;                                 // that have been brought in, at most
+    std::unordered_map<unsigned int, tRange> _touched;       // of long records that have changed: where
     unsigned long long _storedExtent = 0;                    // without what was created since
     PrivateBytes _private;                                   // what was noted without changing content
     std::unordered_map<unsigned int, std::string> _patched;  // of a batch: records without that

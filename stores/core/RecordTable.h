@@ -22,6 +22,7 @@ struct RecordSlot {
     tPlace place : 2 = tPlace::kAway;
     bool changed : 1 = false;  ///< content differs from what is stored; listed among the changes
     bool counted : 1 = false;  ///< was updated by bookkeeping alone; listed among those
+    bool used : 1 = false;     ///< was asked for since the table was last made smaller
     std::uint16_t loan = 0;    ///< in which the contents were lent; 0 for none
 };
 
@@ -43,6 +44,13 @@ public:
 
     /// Puts an offset back to what it was before it was first asked for.
     void forget(unsigned int offset) noexcept;
+
+    /// Forgets records that are here and have not changed until at most so many bytes are left, those first that nobody
+    /// has used since the last time; their own and some for each count. Gives what is left. Goes over all offsets.
+    std::size_t shrink(std::size_t bytes) noexcept;
+
+    /// What a record counts for in that.
+    static std::size_t weight(const RecordBytes& bytes) noexcept { return bytes.size() + sizeof(RecordSlot); }
 
     /// Which loan this is: contents that were lent in another one are not there any more.
     std::uint16_t loan() const noexcept { return _loan; }

@@ -29,6 +29,17 @@ public:
     struct Change {
         bool erased = false;               ///< the record is gone; it may never have been stored
         std::span<const std::byte> bytes;  ///< its whole contents otherwise
+
+        /// Where they differ from what is stored, at most: from one byte to before another one. What lies outside, and
+        /// is stored, is the same.
+        unsigned long long from = 0;
+        unsigned long long to = UINT64_MAX;
+    };
+
+    /// A record as it is stored.
+    struct Record {
+        unsigned int offset;
+        std::span<const std::byte> bytes;
     };
 
     /// What becomes durable together. The changes are looked up as they are written: there may be very many.
@@ -43,7 +54,11 @@ public:
         Header header;
         bool everything = false;            ///< any record may have changed
         std::vector<unsigned int> offsets;  ///< else: these have changed, come or gone
+        std::vector<Record> records{};      ///< some of them as they are now; the bytes stand until the next call
     };
+
+    /// Records of up to so many bytes are handed down whole.
+    static constexpr unsigned int kShort = 8192;
 
     virtual ~Engine() = default;
 
@@ -57,14 +72,23 @@ public:
     /// engine and stand until its next call, or as long as `lends` says.
     virtual std::optional<std::span<const std::byte>> load(unsigned int offset) = 0;
 
+    /// Hands over records of the snapshot: those that are asked for, as far as there are such, and others that may be
+    /// asked for soon. Each set of bytes stands until `take` returns. Of several that are asked for, some may be left
+    /// out that are better loaded alone.
+    virtual void bring(std::span<const unsigned int> offsets, const std::function<void(const Record&)>& take) {
+        for (const unsigned int offset : offsets) {
+            if (const auto bytes = load(offset)) take({offset, *bytes});
+        }
+    }
+
     /// Whether the bytes that `load` gives stand, as they are, until the next `commit` or the next `guardTaken` that
     /// has news; either may also fail.
     virtual bool lends() const noexcept { return false; }
 
     /// Whether others change the store too, from other processes and machines. Then a guard is a transaction: it begins
     /// with `guardTaken`, and ends with `commit`, behind which another `guardTaken` may begin the next one under the
-    /// same guard, or with `guardReleased`. `load` and `commit` come within one alone, and no batch holds what a
-    /// process has noted for itself.
+    /// same guard, or with `guardReleased`. `load`, `bring` and `commit` come within one alone, and no batch holds what
+    /// a process has noted for itself.
     virtual bool isShared() const noexcept { return false; }
 
     /// Makes a batch durable, all of it or, when it throws, none of it, and moves the snapshot there. After a failure

@@ -4,13 +4,12 @@
 #include <poll.h>
 
 #include <algorithm>
-#include <bit>
-#include <cerrno>
 #include <cstring>
+#include <utility>
 
-#include "stores/core/Failure.h"
+#include "stores/postgres/Waiting.h"
 
-namespace lumivard::platform::stores::postgres {
+namespace lumivard::platform::stores::pq {
 namespace {
 
 // Numbers of types, which every server has the same.
@@ -23,6 +22,7 @@ constexpr unsigned int kInt4Array = 1007;
 constexpr unsigned int kByteaArray = 1001;
 
 constexpr int kBinary = 1;
+constexpr std::size_t kMostUnsent = 256 * 1024;  // bytes that are put together before they are sent
 
 // Numbers travel with the highest byte first.
 template <class Number>
@@ -89,6 +89,10 @@ tValue blobs(std::span<const std::span<const std::byte>> values) {
     });
 }
 
+bool isPostgres(std::string_view version) {
+    return version.starts_with("PostgreSQL ") && version.find("-YB-") == std::string_view::npos;
+}
+
 // --- Rows
 
 Rows::Rows(pg_result* result) : _result(result, PQclear) {}
@@ -101,6 +105,15 @@ std::int64_t Rows::number(std::size_t row, int column) const {
     std::uint64_t number = 0;
     for (const std::byte each : bytes(row, column)) number = number << 8 | std::to_integer<std::uint64_t>(each);
     return static_cast<std::int64_t>(number);
+}
+
+std::string Rows::text(std::size_t row, int column) const {
+    const auto all = bytes(row, column);
+    return {reinterpret_cast<const char*>(all.data()), all.size()};
+}
+
+std::string_view Rows::done() const {
+    return PQcmdStatus(_result.get());
 }
 
 std::span<const std::byte> Rows::bytes(std::size_t row, int column) const {
@@ -116,41 +129,61 @@ void Connection::tClose::operator()(pg_conn* connection) const noexcept {
     PQfinish(connection);
 }
 
-Connection::Connection(const std::string& location, tTime until) : _connection(PQconnectStart(location.c_str())) {
-    if (!_connection) throw std::bad_alloc();
+Connection::Connection(tHandle connection) : _connection(std::move(connection)) {
     PQsetNoticeReceiver(_connection.get(), hear, _warned.get());
-    for (auto state = PGRES_POLLING_WRITING; state != PGRES_POLLING_OK; state = PQconnectPoll(_connection.get())) {
-        if (state == PGRES_POLLING_FAILED || PQstatus(_connection.get()) == CONNECTION_BAD) lose(reason());
-        wait(state == PGRES_POLLING_READING ? POLLIN : POLLOUT, until);
-    }
     if (PQsetnonblocking(_connection.get(), 1) != 0 || PQenterPipelineMode(_connection.get()) != 1) lose(reason());
 }
 
-std::vector<Rows> Connection::run(std::span<const tStatement> statements, tTime until) {
-    *_warned = false;
-    std::vector<bool> prepares;  // of what is sent: whether it prepares
-    for (const tStatement& statement : statements) {
-        if (std::find(_prepared.begin(), _prepared.end(), statement.sql) == _prepared.end()) {
-            _prepared.push_back(statement.sql);
-            const std::string name = "s" + std::to_string(_prepared.size());
-            std::vector<Oid> types;
-            for (const tValue& value : statement.values) types.push_back(value.type);
-            if (PQsendPrepare(_connection.get(), name.c_str(), statement.sql, static_cast<int>(types.size()),
-                              types.data()) != 1) {
-                lose(reason());
-            }
-            prepares.push_back(true);
-        }
-        send(statement);
-        prepares.push_back(false);
-    }
-    if (PQpipelineSync(_connection.get()) != 1) lose(reason());
-    flush(until);
+void Connection::post(std::span<const tStatement> statements, tPatience patience) {
+    for (const tStatement& statement : statements) add(statement, patience);
+    send(patience);
+}
 
+void Connection::add(const tStatement& statement, tPatience patience) {
+    auto place = std::find(_prepared.begin(), _prepared.end(), statement.sql);
+    const std::string name = "s" + std::to_string(place - _prepared.begin());
+    if (place == _prepared.end()) {
+        std::vector<Oid> types;
+        for (const tValue& value : statement.values) types.push_back(value.type);
+        _open.prepared.push_back(_prepared.size());
+        _prepared.push_back(statement.sql);
+        if (PQsendPrepare(_connection.get(), name.c_str(), statement.sql, static_cast<int>(types.size()),
+                          types.data()) != 1) {
+            lose(reason());
+        }
+        _open.prepares.push_back(true);
+    }
+    std::vector<const char*> values;
+    std::vector<int> lengths;
+    std::vector<int> formats;
+    for (const tValue& value : statement.values) {
+        values.push_back(value.bytes.data());
+        lengths.push_back(static_cast<int>(value.bytes.size()));
+        formats.push_back(kBinary);
+        _unsent += value.bytes.size();
+    }
+    if (PQsendQueryPrepared(_connection.get(), name.c_str(), static_cast<int>(values.size()), values.data(),
+                            lengths.data(), formats.data(), kBinary) != 1) {
+        lose(reason());
+    }
+    _open.prepares.push_back(false);
+    if (_unsent > kMostUnsent) flush(patience);
+}
+
+void Connection::send(tPatience patience) {
+    if (PQpipelineSync(_connection.get()) != 1) lose(reason());
+    _underWay.push_back(std::exchange(_open, {}));
+    flush(patience);
+}
+
+std::vector<Rows> Connection::collect(tPatience patience) {
+    *_warned = false;
     std::vector<Rows> all;
     std::optional<Refused> refused;
-    for (const bool prepared : prepares) {
-        while (pg_result* const result = next(until)) {
+    const tPipeline pipeline = std::move(_underWay.front());
+    _underWay.pop_front();
+    for (const bool prepared : pipeline.prepares) {
+        while (pg_result* const result = next(patience)) {
             Rows rows(result);
             const ExecStatusType status = PQresultStatus(result);
             if (status == PGRES_FATAL_ERROR && !refused) {
@@ -160,43 +193,48 @@ std::vector<Rows> Connection::run(std::span<const tStatement> statements, tTime 
             if (!prepared) all.push_back(std::move(rows));
         }
     }
-    Rows end(next(until));  // of the pipeline
+    Rows end(next(patience));  // of the pipeline
     if (!refused) return all;
-    // A statement of another name is prepared where this one may not have been.
-    for (const char*& sql : _prepared) sql = nullptr;
+    // What should have been prepared may not have been, and is prepared by another name when it comes again.
+    for (const std::size_t place : pipeline.prepared) _prepared[place] = nullptr;
     throw *refused;
 }
 
-void Connection::send(const tStatement& statement) {
-    std::vector<const char*> values;
-    std::vector<int> lengths;
-    std::vector<int> formats;
-    for (const tValue& value : statement.values) {
-        values.push_back(value.bytes.data());
-        lengths.push_back(static_cast<int>(value.bytes.size()));
-        formats.push_back(kBinary);
+void Connection::drain(std::size_t left, tPatience patience) {
+    while (_underWay.size() > left) {
+        try {
+            collect(patience);
+        } catch (const Refused&) {
+            // Nobody has waited for it.
+        }
     }
-    const auto place = std::find(_prepared.begin(), _prepared.end(), statement.sql) - _prepared.begin();
-    const std::string name = "s" + std::to_string(place + 1);
-    if (PQsendQueryPrepared(_connection.get(), name.c_str(), static_cast<int>(values.size()), values.data(),
-                            lengths.data(), formats.data(), kBinary) != 1) {
-        lose(reason());
-    }
+}
+
+std::vector<Rows> Connection::run(std::span<const tStatement> statements, tPatience patience) {
+    post(statements, patience);
+    drain(1, patience);
+    return collect(patience);
+}
+
+bool Connection::isQuiet() const noexcept {
+    pollfd socket{PQsocket(_connection.get()), POLLIN, 0};
+    return ::poll(&socket, 1, 0) == 0;
 }
 
 // What the server sends is taken in meanwhile: it may not take more from us before.
-void Connection::flush(tTime until) {
+void Connection::flush(tPatience patience) {
     for (int left; (left = PQflush(_connection.get())) != 0;) {
         if (left < 0) lose(reason());
-        wait(POLLIN | POLLOUT, until);
+        wait(POLLIN | POLLOUT, patience);
         if (PQconsumeInput(_connection.get()) != 1) lose(reason());
     }
+    _unsent = 0;
 }
 
 // Null at the end of one statement's results.
-pg_result* Connection::next(tTime until) {
+pg_result* Connection::next(tPatience& patience) {
     while (PQisBusy(_connection.get())) {
-        wait(POLLIN, until);
+        wait(POLLIN, patience);
         if (PQconsumeInput(_connection.get()) != 1) lose(reason());
     }
     pg_result* const result = PQgetResult(_connection.get());
@@ -207,15 +245,9 @@ pg_result* Connection::next(tTime until) {
     return result;
 }
 
-void Connection::wait(short events, tTime until) const {
-    pollfd socket{PQsocket(_connection.get()), events, 0};
-    for (;;) {
-        const auto left = std::chrono::ceil<std::chrono::milliseconds>(until - std::chrono::steady_clock::now());
-        if (left.count() <= 0) lose("the server did not answer in time");
-        const int ready = ::poll(&socket, 1, static_cast<int>(std::min<long long>(left.count(), 60'000)));
-        if (ready > 0) return;
-        if (ready < 0 && errno != EINTR) lose(systemReason(errno));
-    }
+void Connection::wait(short events, tPatience& patience) const {
+    waitFor(PQsocket(_connection.get()), events, patience.until);
+    patience.until = std::max(patience.until, std::chrono::steady_clock::now() + patience.silence);
 }
 
 void Connection::lose(const std::string& what) const {
@@ -227,4 +259,4 @@ std::string Connection::reason() const {
     return line.empty() ? "the connection was lost" : line;
 }
 
-}  // namespace lumivard::platform::stores::postgres
+}  // namespace lumivard::platform::stores::pq

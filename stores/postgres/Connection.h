@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <deque>
 #include <memory>
 #include <optional>
 #include <span>
@@ -14,7 +15,7 @@
 struct pg_conn;
 struct pg_result;
 
-namespace lumivard::platform::stores::postgres {
+namespace lumivard::platform::stores::pq {
 
 /// The server cannot be reached any more, or has not answered in time. What became of the statements that were under
 /// way is not known.
@@ -47,7 +48,7 @@ tValue numbers(std::span<const std::int64_t> values);
 tValue places(std::span<const std::int32_t> values);
 tValue blobs(std::span<const std::span<const std::byte>> values);
 
-/// One statement. The text is one of few that live as long as the program: it is prepared when it first comes.
+/// One statement. The text stays where it is as long as the connection: it is prepared when it first comes.
 struct tStatement {
     const char* sql;
     std::vector<tValue> values;
@@ -61,44 +62,89 @@ public:
     std::size_t count() const;
     std::int64_t number(std::size_t row, int column) const;
     std::span<const std::byte> bytes(std::size_t row, int column) const;
+    std::string text(std::size_t row, int column) const;
+
+    /// What the server calls what it has done, such as "COMMIT".
+    std::string_view done() const;
 
 private:
     std::shared_ptr<pg_result> _result;
 };
 
+/// Whether it is PostgreSQL itself that calls its version so, and no other database that speaks its language.
+bool isPostgres(std::string_view version);
+
+using tTime = std::chrono::steady_clock::time_point;
+
+/// How long is waited for the server: until a moment, and always for some time after it has last moved.
+struct tPatience {
+    tTime until;
+    std::chrono::milliseconds silence{0};
+
+    static tPatience of(std::chrono::milliseconds silence) {
+        return {std::chrono::steady_clock::now() + silence, silence};
+    }
+};
+
 /// A connection to a server, of which nothing ever waits longer than it may: libpq works without blocking, and what it
 /// waits for is waited for here.
 ///
-/// Errors: `ConnectionLost` and `Refused`. Threads: one call at a time.
+/// Statements are sent in pipelines. Each has one answer, and several may be under way, which come in their order.
+///
+/// Errors: `ConnectionLost` and `Refused`. After `ConnectionLost` it is of no use any more. Threads: one call at a
+/// time.
 class Connection {
 public:
-    using tTime = std::chrono::steady_clock::time_point;
-
-    /// Connects, to the first host of several that takes writes if there are several. Gives up at `until`.
-    Connection(const std::string& location, tTime until);
-
-    /// Runs statements as one pipeline: they are sent together, and one round trip brings all of their results. The
-    /// first that is refused ends all.
-    std::vector<Rows> run(std::span<const tStatement> statements, tTime until);
-
-    /// Whether the server has warned in the last run: a commit that comes with a warning may not be what it says.
-    bool warned() const noexcept { return *_warned; }
-
-private:
     struct tClose {
         void operator()(pg_conn* connection) const noexcept;
+    };
+    using tHandle = std::unique_ptr<pg_conn, tClose>;
+
+    /// Goes on with what libpq has connected.
+    explicit Connection(tHandle connection);
+
+    /// Sends statements as one pipeline, and does not wait for the answer.
+    void post(std::span<const tStatement> statements, tPatience patience);
+
+    /// A pipeline that is put together one by one, for what takes much memory: any number of `add`, then `send`.
+    void add(const tStatement& statement, tPatience patience);
+    void send(tPatience patience);
+
+    /// The answer to the oldest pipeline that is under way: the rows of each statement. The first statement that is
+    /// refused ends all of that pipeline.
+    std::vector<Rows> collect(tPatience patience);
+
+    /// Passes over the answers that are under way, refusals included, until so many are left.
+    void drain(std::size_t left, tPatience patience);
+
+    /// Sends a pipeline and waits for its answer, passing over those before.
+    std::vector<Rows> run(std::span<const tStatement> statements, tPatience patience);
+
+    /// Whether the server has warned while the last answer came: a commit that comes with a warning may not be what it
+    /// says.
+    bool warned() const noexcept { return *_warned; }
+
+    /// Whether nothing has come from the server that nobody asked for, such as the end of the connection.
+    bool isQuiet() const noexcept;
+
+private:
+    struct tPipeline {
+        std::vector<bool> prepares;         // of what was sent: whether it prepares
+        std::vector<std::size_t> prepared;  // the places of what was prepared in it
     };
 
     [[noreturn]] void lose(const std::string& what) const;
     std::string reason() const;
-    void wait(short events, tTime until) const;
-    void flush(tTime until);
-    pg_result* next(tTime until);
-    void send(const tStatement& statement);
+    void wait(short events, tPatience& patience) const;
+    void flush(tPatience patience);
+    pg_result* next(tPatience& patience);
 
-    std::unique_ptr<pg_conn, tClose> _connection;
+    tHandle _connection;
     std::unique_ptr<bool> _warned = std::make_unique<bool>(false);  // which the notices are told to
-    std::vector<const char*> _prepared;
+    std::vector<const char*> _prepared;                             // by number
+    tPipeline _open;                                                // that is being put together
+    std::size_t _unsent = 0;                                        // bytes of it, about
+    std::deque<tPipeline> _underWay;
 };
 
-}  // namespace lumivard::platform::stores::postgres
+}  // namespace lumivard::platform::stores::pq

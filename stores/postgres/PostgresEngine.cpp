@@ -1,145 +1,394 @@
 #include "stores/postgres/PostgresEngine.h"
 
+#include <unistd.h>
+
 #include <algorithm>
+#include <bit>
 #include <utility>
 
+#include "stores/postgres/Hosts.h"
 #include "stores/postgres/Schema.h"
+#include "stores/postgres/Statements.h"
 
 namespace lumivard::platform::stores {
 
-using namespace postgres;
+using namespace pq;
 
 namespace {
 
-constexpr char kFind[] = "SELECT id, epoch, next_off, version FROM lvp_store WHERE name = $1";
-constexpr char kBegin[] = "BEGIN";
-constexpr char kBeginReading[] = "BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY";
-constexpr char kCommit[] = "COMMIT";
-constexpr char kRollBack[] = "ROLLBACK";
-constexpr char kLock[] = "SELECT epoch, next_off, version, low_epoch FROM lvp_store WHERE id = $1 FOR UPDATE";
-constexpr char kPeek[] = "SELECT epoch, next_off, version, low_epoch FROM lvp_store WHERE id = $1";
-constexpr char kChanged[] = "SELECT DISTINCT unnest(offs) FROM lvp_change WHERE store = $1 AND epoch > $2 ORDER BY 1";
-constexpr char kLoad[] = "SELECT body FROM lvp_record WHERE store = $1 AND off = $2 ORDER BY chunk";
-constexpr char kErase[] = "DELETE FROM lvp_record WHERE store = $1 AND off = ANY($2)";
-constexpr char kPut[] =
-    "INSERT INTO lvp_record(store, off, chunk, body) SELECT $1, * FROM unnest($2::bigint[], $3::int[], $4::bytea[]) ON "
-    "CONFLICT(store, off, chunk) DO UPDATE SET body = EXCLUDED.body";
-constexpr char kNote[] = "INSERT INTO lvp_change(store, epoch, writer, offs) VALUES($1, $2, $3, $4)";
-constexpr char kMove[] = "UPDATE lvp_store SET epoch = $2, next_off = $3, version = $4 WHERE id = $1";
-constexpr char kWriter[] = "SELECT writer FROM lvp_change WHERE store = $1 AND epoch = $2";
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
 
 constexpr char kFenced[] = "23505";  // a key that there is already
+constexpr char kNoTable[] = "42P01";
+
+constexpr char kOvertaken[] = "the connection was lost, and somebody else has changed the store since";
+
+// Between two attempts to reach a server.
+constexpr milliseconds kPause{20};
+
+// For how long a connection on which a transaction is kept is taken for alive when it was found so.
+constexpr milliseconds kTrust{1};
+
+// Records that are read ahead of one that was asked for, and the most when one after the other is.
+constexpr std::int64_t kAhead = 32;
+constexpr std::int64_t kMostAhead = 1024;
+
+// What goes into one statement: some rows, and some bytes beyond which no other row comes.
+constexpr std::size_t kMostRows = 1000;
+constexpr std::size_t kMostBytes = 1 << 20;
+
+// How often what is not remembered any more is deleted from the list of changes.
+constexpr std::int64_t kTrimEvery = 256;
+
+// How records lie in the memory of this machine.
+constexpr std::int64_t kLayout = 2 * sizeof(wchar_t) + (std::endian::native == std::endian::big ? 1 : 0);
+
+unsigned int offsetOf(const Rows& rows, std::size_t row) {
+    return static_cast<unsigned int>(rows.number(row, 0));
+}
 
 }  // namespace
 
-/// A batch as it is sent, which may have to be sent again.
-struct PostgresEngine::tPrepared {
-    Header header;
-    std::int64_t token;
-    std::vector<std::int64_t> changed;   // all offsets
-    std::vector<std::int64_t> outdated;  // of records that are gone, or have fewer chunks than before
-    std::vector<std::int64_t> offsets;   // of each chunk
-    std::vector<std::int32_t> chunks;
-    std::vector<std::vector<std::byte>> copies;
-    std::vector<std::span<const std::byte>> bodies;
-};
-
-PostgresEngine::PostgresEngine(Settings settings, tMode mode) : _settings(std::move(settings)), _mode(mode) {
-    _connect(_until());
+PostgresEngine::PostgresEngine(Settings settings, tMode mode)
+    : _settings(std::move(settings)), _mode(mode), _process(::getpid()) {
+    _connect(_patience().until);
 }
+
+PostgresEngine::~PostgresEngine() {
+    if (_process != ::getpid()) {
+        // In a child made by fork() there is no such thread, and the connection is its parent's.
+        static_cast<void>(_thread.release());
+        if (_connection) static_cast<void>(new Connection(std::move(*_connection)));
+        return;
+    }
+    if (!_thread) return;
+    {
+        const std::lock_guard lock(_mutex);
+        _over = true;
+    }
+    _wake.notify_all();
+    _thread->join();
+}
+
+void PostgresEngine::_refuseChild() const {
+    if (_process != ::getpid()) throw EngineError("it was opened by another process, of which this one is a child");
+}
+
+// --- Servers
 
 void PostgresEngine::_connect(tTime until) {
-    _inTransaction = false;
-    _connection.emplace(_settings.location, until);
-    const tStatement find{kFind, {text(_settings.store)}};
-    const Rows found = _connection->run(std::span(&find, 1), until).front();
-    if (found.count() == 0) throw EngineError("there is no store \"" + _settings.store + "\" in the database");
-    if (_store != 0) return;
-    _store = found.number(0, 0);
-    _epoch = found.number(0, 1);
-    _header = {static_cast<unsigned long long>(found.number(0, 2)), static_cast<unsigned int>(found.number(0, 3))};
+    std::vector<Connection> servers = connectToAll(_settings.location, until);
+    std::optional<tState> best;
+    std::string reasons;
+    std::exception_ptr failure;
+    for (Connection& server : servers) {
+        try {
+            const tState state = _identify(server, until);
+            if (best && state <= *best) continue;
+            best = state;
+            _connection = std::move(server);
+        } catch (const ConnectionLost& lost) {
+            if (!reasons.empty()) reasons += "; ";
+            reasons += lost.what();
+        } catch (const EngineError&) {
+            failure = std::current_exception();
+        }
+    }
+    if (!best && failure) std::rethrow_exception(failure);
+    if (!best) throw ConnectionLost(reasons);
+    _state.timeline = best->timeline;
 }
 
-Engine::Header PostgresEngine::header() {
-    return _header;
+// Tells how new the state of a server is, and sets out from it where the store was not seen before. Refuses one that
+// takes no changes, which may be behind, and one that has lost what was seen.
+PostgresEngine::tState PostgresEngine::_identify(Connection& connection, tTime until) {
+    const tStatement ask[] = {{sql::kReadOnly, {}}, {sql::kVersion, {}}};
+    const std::vector<Rows> about = connection.run(ask, {until});
+    if (about[0].text(0, 0) == "on") throw ConnectionLost("the server takes no changes");
+    tState state;
+    if (isPostgres(about[1].text(0, 0))) {
+        const tStatement timeline{sql::kTimeline, {}};
+        state.timeline = connection.run(std::span(&timeline, 1), {until}).front().number(0, 0);
+    }
+
+    const auto find = [&] {
+        const tStatement statements[] = {{sql::kFind, {text(_settings.store)}},
+                                         {sql::kWriter, {number(_store), number(_state.epoch)}}};
+        try {
+            return connection.run(statements, {until});
+        } catch (const Refused& refusal) {
+            if (refusal.state() != kNoTable) throw;
+            throw EngineError("there are no stores in the database");
+        }
+    };
+    const std::vector<Rows> found = find();
+    const Rows& store = found[0];
+    if (store.count() == 0) throw EngineError("there is no store \"" + _settings.store + "\" in the database");
+    state.epoch = store.number(0, 1);
+    if (store.number(0, 6) > kFormat) throw EngineError("it was made by a newer version");
+    if (store.number(0, 7) != 0 && store.number(0, 7) != kLayout) {
+        throw EngineError("it was written on a machine with another byte order or width of wide characters");
+    }
+    if (_store == 0) {
+        _store = store.number(0, 0);
+        _state = state;
+        _token = store.number(0, 2);
+        _header = {static_cast<unsigned long long>(store.number(0, 4)), static_cast<unsigned int>(store.number(0, 5))};
+        return state;
+    }
+    if (store.number(0, 0) != _store) throw EngineError("the store is not there any more");
+    if (state < _state && (state.timeline < _state.timeline || state.epoch < _state.epoch)) {
+        throw ConnectionLost("the server is behind what was seen of the store");
+    }
+    const bool isSame = state.epoch == _state.epoch && store.number(0, 2) == _token;
+    const bool isLater = state.epoch > _state.epoch && (_state.epoch < store.number(0, 3) || _state.epoch == 0 ||
+                                                        (found[1].count() == 1 && found[1].number(0, 0) == _token));
+    if (!isSame && !isLater) throw ConnectionLost("the server has another history than what was seen of the store");
+    return state;
 }
 
-// Whatever a transaction that cannot be used was begun for, it is ended.
+// Does something for which a connection is needed, on another one where that is lost, as long as there is time.
+template <class Attempt>
+auto PostgresEngine::_persist(tTime until, Attempt attempt) {
+    for (;;) {
+        try {
+            if (!_connection) _connect(until);
+            return attempt();
+        } catch (const ConnectionLost&) {
+            const bool wasThere = _connection.has_value();
+            _drop();
+            if (steady_clock::now() + kPause >= until) throw;
+            if (!wasThere) std::this_thread::sleep_for(kPause);
+        }
+    }
+}
+
+// --- Guards
+
 std::optional<Engine::News> PostgresEngine::guardTaken() {
+    _refuseChild();
+    bool asked = false;
+    {
+        const std::lock_guard lock(_mutex);
+        const tTime now = steady_clock::now();
+        if (_stage == tStage::kKept && now < _keepUntil) {
+            if (now - _lookedAt < kTrust || _connection->isQuiet()) {
+                if (now - _lookedAt >= kTrust) _lookedAt = now;
+                _stage = tStage::kOurs;
+                return std::nullopt;
+            }
+            _drop();
+        }
+        asked = _stage == tStage::kAsked && _connection;
+        if (_stage == tStage::kKept && _connection) _end();
+        _stage = tStage::kOurs;
+        _overtaken = false;
+    }
+    const std::int64_t known = _state.epoch;
+    const tTime until = _patience().until;
     try {
-        return _take();
+        News news = _persist(until, [&] {
+            if (!std::exchange(asked, false)) _postBegin();
+            return _newsOf(_collectBegin(until));
+        });
+        if (_state.epoch == known) return std::nullopt;
+        return news;
     } catch (...) {
-        _inTransaction = true;
-        guardReleased();
+        const std::lock_guard lock(_mutex);
+        _end();
         throw;
     }
 }
 
-// A connection that was lost meanwhile is made anew, since nothing is under way on it.
-std::optional<Engine::News> PostgresEngine::_take() {
-    const tTime until = _until();
-    const std::int64_t known = _epoch;
-    News news;
-    if (_connection) {
-        try {
-            news = _begin(until);
-            return _epoch == known ? std::nullopt : std::optional(std::move(news));
-        } catch (const ConnectionLost&) {
-            _connection.reset();
-        }
-    }
-    _connect(until);
-    news = _begin(until);
-    return _epoch == known ? std::nullopt : std::optional(std::move(news));
+// In two pipelines, so that it shows whether the server hangs or somebody else has the guard.
+void PostgresEngine::_postBegin() {
+    const bool writes = _mode == tMode::kWrite;
+    const tStatement begin{writes ? sql::kBegin : sql::kBeginReading, {}};
+    const tStatement statements[] = {{writes ? sql::kLock : sql::kPeek, {number(_store)}},
+                                     {sql::kChanged, {number(_store), number(_state.epoch)}},
+                                     {sql::kRenewed, {number(_store), number(_state.epoch)}}};
+    _connection->post(std::span(&begin, 1), _patience());
+    _connection->post(statements, _patience());
 }
 
-Engine::News PostgresEngine::_begin(tTime until) {
-    const bool writes = _mode == tMode::kWrite;
-    const tStatement statements[] = {{writes ? kBegin : kBeginReading, {}},
-                                     {writes ? kLock : kPeek, {number(_store)}},
-                                     {kChanged, {number(_store), number(_epoch)}}};
-    const std::vector<Rows> rows = _connection->run(statements, until);
-    _inTransaction = true;
-    if (rows[1].count() == 0) throw EngineError("the store is not there any more");
-    const std::int64_t epoch = rows[1].number(0, 0);
-    if (epoch < _epoch) throw EngineError("the server is behind what was seen of the store: it may be one of before");
+std::vector<Rows> PostgresEngine::_collectBegin(tTime until) {
+    _connection->drain(2, {until});
+    _connection->collect({until});
+    try {
+        return _connection->collect({until});
+    } catch (const ConnectionLost&) {
+        if (steady_clock::now() < until || _mode == tMode::kRead) throw;
+        throw ConnectionLost("the server did not answer in time: somebody else may have its guard");
+    }
+}
+
+Engine::News PostgresEngine::_newsOf(const std::vector<Rows>& rows) {
+    const Rows& store = rows[0];
+    if (store.count() == 0) throw EngineError("the store is not there any more");
+    if (store.number(0, 0) < _state.epoch) throw ConnectionLost("the server is behind what was seen of the store");
     News news;
-    news.header = {static_cast<unsigned long long>(rows[1].number(0, 1)),
-                   static_cast<unsigned int>(rows[1].number(0, 2))};
-    news.everything = _epoch < rows[1].number(0, 3);
-    for (std::size_t i = 0; i < rows[2].count(); ++i) {
-        news.offsets.push_back(static_cast<unsigned int>(rows[2].number(i, 0)));
+    news.header = {static_cast<unsigned long long>(store.number(0, 3)), static_cast<unsigned int>(store.number(0, 4))};
+    news.everything = _state.epoch < store.number(0, 2);
+    for (std::size_t i = 0; i < rows[1].count(); ++i) {
+        news.offsets.push_back(offsetOf(rows[1], i));
         _long.erase(news.offsets.back());
     }
+    for (std::size_t i = 0; i < rows[2].count(); ++i) {
+        news.records.push_back({offsetOf(rows[2], i), rows[2].bytes(i, 1)});
+    }
     if (news.everything) _long.clear();
-    _epoch = epoch;
+    _state.epoch = store.number(0, 0);
+    _token = store.number(0, 1);
     _header = news.header;
+    _news = rows;  // whose bytes the news show
+    _takenAt = steady_clock::now();
+    _begun = true;
     return news;
 }
 
 void PostgresEngine::guardReleased() noexcept {
-    if (!std::exchange(_inTransaction, false) || !_connection) return;
+    if (_process != ::getpid()) return;
+    const std::lock_guard lock(_mutex);
+    if (_stage == tStage::kNone || !_connection) {
+        _stage = tStage::kNone;
+        return;
+    }
     try {
-        const tStatement end{kRollBack, {}};
-        _connection->run(std::span(&end, 1), _until());
+        const tTime keepUntil = _takenAt + _settings.keep;
+        const bool keeps = _mode == tMode::kWrite && _begun && steady_clock::now() < keepUntil;
+        if (_stage == tStage::kOurs && !keeps) return _end();
+        if (_stage == tStage::kOurs) {
+            _stage = tStage::kKept;
+            _keepUntil = keepUntil;
+        }
+        if (!_thread) _thread = std::make_unique<std::thread>([this] { _watch(); });
+        _active = true;
+        if (_asleep) _wake.notify_all();
     } catch (...) {
-        _connection.reset();  // which ends the transaction as well
+        _end();
     }
 }
 
+void PostgresEngine::_drop() noexcept {
+    _connection.reset();
+    _begun = false;
+}
+
+// Nobody waits for it: it comes before whatever is asked next.
+void PostgresEngine::_end() noexcept {
+    _stage = tStage::kNone;
+    _begun = false;
+    if (!_connection) return;
+    try {
+        const tStatement end{sql::kRollBack, {}};
+        _connection->post(std::span(&end, 1), _patience());
+    } catch (...) {
+        _drop();  // which ends the transaction as well
+    }
+}
+
+// Looks now and then as long as guards come and go, so that giving one back wakes nobody.
+void PostgresEngine::_watch() {
+    std::unique_lock lock(_mutex);
+    const auto waits = [this] { return _stage == tStage::kAsked || _stage == tStage::kKept; };
+    while (!_over) {
+        if (!waits() && !_active) {
+            _asleep = true;
+            _wake.wait(lock, [this] { return _over || _active; });
+            _asleep = false;
+        }
+        _active = false;
+        _wake.wait_until(lock, waits() ? _keepUntil : steady_clock::now() + _settings.keep, [this] { return _over; });
+        if (waits() && steady_clock::now() >= _keepUntil) _end();
+    }
+}
+
+// --- Records
+
+// Under a guard. Where the connection is lost it goes on with another one, if nobody has stored anything meanwhile.
+template <class Read>
+auto PostgresEngine::_read(Read read) {
+    if (_stage != tStage::kOurs) throw EngineError("there is no connection to the server");
+    return _persist(_patience().until, [&] {
+        if (!_begun) _resume();
+        return read();
+    });
+}
+
+void PostgresEngine::_resume() {
+    if (_overtaken) throw EngineError(kOvertaken);
+    const bool writes = _mode == tMode::kWrite;
+    const tStatement statements[] = {{writes ? sql::kBegin : sql::kBeginReading, {}},
+                                     {writes ? sql::kLock : sql::kPeek, {number(_store)}}};
+    const Rows store = _connection->run(statements, _patience())[1];
+    _begun = true;
+    if (store.count() == 1 && store.number(0, 0) == _state.epoch && store.number(0, 1) == _token) return;
+    _overtaken = true;
+    throw EngineError(kOvertaken);
+}
+
 std::optional<std::span<const std::byte>> PostgresEngine::load(unsigned int offset) {
-    if (!_inTransaction) throw EngineError("there is no connection to the server");
-    const tStatement statement{kLoad, {number(_store), number(offset)}};
-    const Rows rows = _connection->run(std::span(&statement, 1), _until()).front();
+    const tStatement statement{sql::kLoad, {number(_store), number(offset)}};
+    const Rows rows = _read([&] { return _connection->run(std::span(&statement, 1), _patience()).front(); });
+    return _whole(offset, rows);
+}
+
+// Of a record's chunks the whole.
+std::optional<std::span<const std::byte>> PostgresEngine::_whole(unsigned int offset, const Rows& rows) {
+    _long.erase(offset);
     if (rows.count() == 0) return std::nullopt;
+    if (rows.count() > 1) _long[offset] = static_cast<std::int32_t>(rows.count());
     _loaded.clear();
     for (std::size_t i = 0; i < rows.count(); ++i) {
         const auto bytes = rows.bytes(i, 0);
         _loaded.insert(_loaded.end(), bytes.begin(), bytes.end());
     }
-    if (rows.count() > 1) _long[offset] = static_cast<std::int32_t>(rows.count());
     return std::span<const std::byte>(_loaded);
 }
+
+void PostgresEngine::bring(std::span<const unsigned int> offsets, const std::function<void(const Record&)>& take) {
+    const auto takeAll = [&](const Rows& rows) {
+        for (std::size_t i = 0; i < rows.count(); ++i) take({offsetOf(rows, i), rows.bytes(i, 1)});
+    };
+    if (offsets.size() == 1) {
+        // Records that were made one after the other are often asked for so: the more, the longer that goes on.
+        const unsigned int offset = offsets.front();
+        _ahead = offset == _nextAhead ? std::min(_ahead * 2, kMostAhead) : kAhead;
+        _nextAhead = offset + static_cast<unsigned int>(_ahead) + 1;
+        const tStatement statements[] = {{sql::kLoad, {number(_store), number(offset)}},
+                                         {sql::kNear, {number(_store), number(offset), number(offset + _ahead)}}};
+        const std::vector<Rows> rows = _read([&] { return _connection->run(statements, _patience()); });
+        if (const auto bytes = _whole(offset, rows[0])) take({offset, *bytes});
+        takeAll(rows[1]);
+        return;
+    }
+    for (std::size_t begin = 0; begin < offsets.size(); begin += kMostRows) {
+        const auto some = offsets.subspan(begin, std::min(kMostRows, offsets.size() - begin));
+        const std::vector<std::int64_t> asked(some.begin(), some.end());
+        const tStatement statement{sql::kSeveral, {number(_store), numbers(asked)}};
+        takeAll(_read([&] { return _connection->run(std::span(&statement, 1), _patience()).front(); }));
+    }
+}
+
+// --- Commits
+
+/// A batch as it is sent, which may have to be sent again. The bytes are the core's.
+struct PostgresEngine::tPrepared {
+    struct tChunk {
+        std::int64_t offset;
+        std::int32_t number;
+        std::span<const std::byte> bytes;
+    };
+
+    Header header;
+    std::int64_t token;
+    std::vector<std::int64_t> changed;                               // all offsets
+    std::vector<std::int64_t> erased;                                // of records that are gone
+    std::vector<std::pair<std::int64_t, std::int32_t>> cut;          // records that have fewer chunks now
+    std::vector<tChunk> chunks;                                      // that differ
+    std::vector<std::pair<unsigned int, std::int32_t>> chunkCounts;  // of the records that have several, or had
+};
 
 PostgresEngine::tPrepared PostgresEngine::_prepare(const Batch& batch) {
     tPrepared made;
@@ -148,88 +397,146 @@ PostgresEngine::tPrepared PostgresEngine::_prepare(const Batch& batch) {
     for (const unsigned int offset : batch.offsets) {
         made.changed.push_back(offset);
         const Change change = batch.change(offset);
-        const std::size_t count = std::max<std::size_t>(1, (change.bytes.size() + kChunk - 1) / kChunk);
-        const auto before = _long.find(offset);
-        if (change.erased || (before != _long.end() && static_cast<std::size_t>(before->second) > count)) {
-            made.outdated.push_back(offset);
+        const auto known = _long.find(offset);
+        const std::uint64_t before = known == _long.end() ? 1 : static_cast<std::uint64_t>(known->second);
+        const std::uint64_t size = change.bytes.size();
+        const std::uint64_t count = change.erased ? 0 : std::max<std::uint64_t>(1, (size + kChunk - 1) / kChunk);
+        if (before > 1 || count > 1) made.chunkCounts.emplace_back(offset, static_cast<std::int32_t>(count));
+        if (change.erased) {
+            made.erased.push_back(offset);
+            continue;
         }
-        for (std::size_t chunk = 0; !change.erased && chunk < count; ++chunk) {
-            made.offsets.push_back(offset);
-            made.chunks.push_back(static_cast<std::int32_t>(chunk));
-            const std::size_t begin = chunk * kChunk;
-            made.bodies.push_back(
-                change.bytes.subspan(begin, std::min<std::size_t>(kChunk, change.bytes.size() - begin)));
-        }
-        if (change.erased || count == 1) {
-            _long.erase(offset);
-        } else {
-            _long[offset] = static_cast<std::int32_t>(count);
+        if (count < before) made.cut.emplace_back(offset, static_cast<std::int32_t>(count));
+        for (std::uint64_t chunk = 0; chunk < count; ++chunk) {
+            const std::uint64_t begin = chunk * kChunk;
+            const std::uint64_t end = std::min<std::uint64_t>(begin + kChunk, size);
+            // One that is not full may have been longer.
+            const bool isFull = end == begin + kChunk;
+            const bool isStored = (isFull && end <= change.from) || begin >= change.to;
+            if (before > 1 && chunk < before && isStored) continue;
+            made.chunks.push_back({offset, static_cast<std::int32_t>(chunk), change.bytes.subspan(begin, end - begin)});
         }
     }
     return made;
 }
 
 void PostgresEngine::commit(const Batch& batch) {
-    if (!_inTransaction) throw EngineError("there is no connection to the server");
+    _refuseChild();
+    if (_stage != tStage::kOurs) throw EngineError("there is no connection to the server");
+    if (_overtaken) throw EngineConflict(kOvertaken);
     const tPrepared made = _prepare(batch);
-    const tTime until = _until();
     try {
-        _send(made, until);
-    } catch (const ConnectionLost&) {
-        _settle(made, until);
+        if (!_connection || !_begun) throw ConnectionLost("the connection was lost");
+        _send(made);
+    } catch (const ConnectionLost& lost) {
+        _settle(made, lost.what());
     }
-    ++_epoch;
+    for (const auto& [offset, count] : made.chunkCounts) {
+        count > 1 ? void(_long[offset] = count) : void(_long.erase(offset));
+    }
+    ++_state.epoch;
+    _token = made.token;
     _header = batch.header;
 }
 
-void PostgresEngine::_send(const tPrepared& made, tTime until) {
-    std::vector<tStatement> statements;
-    if (!made.outdated.empty()) statements.push_back({kErase, {number(_store), numbers(made.outdated)}});
-    if (!made.offsets.empty()) {
-        statements.push_back({kPut, {number(_store), numbers(made.offsets), places(made.chunks), blobs(made.bodies)}});
+// Where guards are kept, the next transaction is asked for at once: it is begun by the time it is wanted, or when who
+// waits for it meanwhile has had it.
+void PostgresEngine::_send(const tPrepared& made) {
+    const tPatience patience = _patience();
+    const std::int64_t epoch = _state.epoch + 1;
+    if (!made.erased.empty()) _connection->add({sql::kErase, {number(_store), numbers(made.erased)}}, patience);
+    for (const auto& [offset, count] : made.cut) {
+        _connection->add({sql::kCut, {number(_store), number(offset), number(count)}}, patience);
     }
-    statements.push_back({kNote, {number(_store), number(_epoch + 1), number(made.token), numbers(made.changed)}});
-    statements.push_back({kMove,
-                          {number(_store), number(_epoch + 1), number(static_cast<std::int64_t>(made.header.extent)),
-                           number(made.header.version)}});
-    statements.push_back({kCommit, {}});
-    _inTransaction = false;
+    for (std::size_t begin = 0; begin < made.chunks.size();) {
+        std::vector<std::int64_t> offsets;
+        std::vector<std::int32_t> chunks;
+        std::vector<std::span<const std::byte>> bodies;
+        std::size_t bytes = 0;
+        for (; begin < made.chunks.size() && bodies.size() < kMostRows && bytes < kMostBytes; ++begin) {
+            const tPrepared::tChunk& chunk = made.chunks[begin];
+            offsets.push_back(chunk.offset);
+            chunks.push_back(chunk.number);
+            bodies.push_back(chunk.bytes);
+            bytes += chunk.bytes.size();
+        }
+        _connection->add({sql::kPut, {number(_store), numbers(offsets), places(chunks), blobs(bodies)}}, patience);
+    }
+    _connection->add({sql::kNote, {number(_store), number(epoch), number(made.token), numbers(made.changed)}},
+                     patience);
+    _connection->add(
+        {sql::kMove,
+         {number(_store), number(epoch), number(made.token), number(static_cast<std::int64_t>(made.header.extent)),
+          number(made.header.version), number(kLayout)}},
+        patience);
+    if (epoch % std::min<std::int64_t>(kTrimEvery, _settings.history) == 0 && epoch > _settings.history) {
+        const std::int64_t low = epoch - _settings.history;
+        _connection->add({sql::kTrim, {number(_store), number(low)}}, patience);
+        _connection->add({sql::kRaise, {number(_store), number(low)}}, patience);
+    }
+    _connection->add({sql::kCommit, {}}, patience);
+    _connection->send(patience);
+
+    const bool again = _settings.keep.count() > 0;
+    if (again) {
+        const std::int64_t before = std::exchange(_state.epoch, epoch);
+        _postBegin();
+        _state.epoch = before;
+    }
+    bool done = false;
     try {
-        _connection->run(statements, until);
+        _connection->drain(again ? 3 : 1, patience);
+        done = _connection->collect(patience).back().done() == sql::kCommit;
     } catch (const Refused& refusal) {
-        _inTransaction = true;  // to be rolled back
-        if (refusal.state() == kFenced) throw EngineConflict("somebody else has changed the store in between");
+        _begun = false;
+        if (refusal.state() == kFenced) throw EngineConflict(kOvertaken);
         throw;
     }
-    if (_connection->warned()) throw ConnectionLost("the server has warned that the commit may not be durable");
+    if (_connection->warned() || !done)
+        throw ConnectionLost("the server has warned that the commit may not be durable");
+    _begun = false;
+    const std::lock_guard lock(_mutex);
+    _stage = again ? tStage::kAsked : tStage::kNone;
+    _keepUntil = steady_clock::now() + _settings.keep;
 }
 
 // Whether a commit was done of which no answer came. Who holds the store's row knows that nobody is at work on it any
-// more, the server's own process of the old connection included.
-void PostgresEngine::_settle(const tPrepared& made, tTime until) {
-    const std::int64_t known = _epoch;
-    for (;;) {
+// more, the server's own process of the old connection included. That a commit is seen does not mean that it is on the
+// standbys, too: that is sure when one that came after it is.
+void PostgresEngine::_settle(const tPrepared& made, std::string reason) {
+    const tTime until = _patience().until;
+    const std::int64_t known = _state.epoch;
+    for (;; std::this_thread::sleep_for(kPause)) {
         try {
-            _connection.reset();
+            _drop();
             _connect(until);
-            const tStatement statements[] = {
-                {kBegin, {}}, {kLock, {number(_store)}}, {kWriter, {number(_store), number(known + 1)}}};
-            const std::vector<Rows> rows = _connection->run(statements, until);
-            _inTransaction = true;
+            const tStatement look[] = {
+                {sql::kBegin, {}}, {sql::kLock, {number(_store)}}, {sql::kWriter, {number(_store), number(known + 1)}}};
+            const std::vector<Rows> rows = _connection->run(look, {until});
+            const Rows& store = rows[1];
             const Rows& writer = rows[2];
             if (writer.count() != 0 && writer.number(0, 0) == made.token) {
-                guardReleased();
+                const tStatement again[] = {{sql::kTouch, {number(_store)}}, {sql::kCommit, {}}};
+                _connection->run(again, {until});
+                if (_connection->warned()) throw ConnectionLost("the server has warned that it may not be durable");
+                const std::lock_guard lock(_mutex);
+                _stage = tStage::kNone;
                 return;
             }
-            if (rows[1].count() == 0 || rows[1].number(0, 0) != known) {
-                guardReleased();
-                throw EngineConflict("the connection was lost, and somebody else has changed the store since");
+            if (store.count() == 0 || store.number(0, 0) != known) {
+                _overtaken = true;
+                throw EngineConflict(kOvertaken);
             }
-            _send(made, until);
+            _send(made);
             return;
         } catch (const ConnectionLost& lost) {
-            if (std::chrono::steady_clock::now() < until) continue;
-            throw EngineError(std::string("it is not known whether the commit was done: ") + lost.what());
+            reason = lost.what();
+        } catch (const Refused& refusal) {
+            _drop();
+            throw;
+        }
+        if (steady_clock::now() + kPause >= until) {
+            throw EngineError("it is not known whether it was done: " + reason);
         }
     }
 }

@@ -1,10 +1,14 @@
 #pragma once
 
 #include <chrono>
+#include <condition_variable>
 #include <cstdint>
+#include <memory>
+#include <mutex>
 #include <optional>
 #include <random>
 #include <string>
+#include <thread>
 #include <unordered_map>
 #include <vector>
 
@@ -20,50 +24,111 @@ namespace lumivard::platform::stores {
 /// A guard of a writer is a transaction that holds the store's row, so that there is one writer at a time; that of a
 /// reader is one that sees a single state. Each commit makes the next epoch and notes what it has changed, so that
 /// others hear of it with their next guard. It also bears a token of its own: where the connection is lost while a
-/// commit is under way, the token tells on the next connection whether it was done.
+/// commit is under way, the token tells on the next connection whether it was done. Epoch and token together name a
+/// state of the store: a server that has not that epoch, or another token for it, has lost something.
 ///
-/// Nothing waits longer than the deadline. Threads and errors as for `Engine`.
+/// To take a guard is one round trip, and so is to commit; nobody waits for the end of a transaction that has changed
+/// nothing. Where guards are kept, the next transaction is asked for along with the commit, and given up when nobody
+/// has wanted it for a while.
+///
+/// Nothing waits longer than the deadline. Threads and errors as for `Engine`; a thread of its own gives up what is
+/// kept, under the mutex, and touches nothing else.
 class PostgresEngine final : public Engine {
 public:
     struct Settings {
         std::string location;                      ///< as libpq takes it, without the store
         std::string store;                         ///< the name of the store
         std::chrono::milliseconds deadline{5000};  ///< for each answer, and for settling what became of a commit
+        std::chrono::milliseconds keep{0};         ///< for how long a guard is kept
+        std::int64_t history = 10'000;             ///< commits of which it is remembered what they have changed
     };
 
     /// Connects. Throws `EngineError` where that fails, or where there is no such store.
     PostgresEngine(Settings settings, tMode mode);
+    ~PostgresEngine() override;
 
     bool isShared() const noexcept override { return true; }
-    Header header() override;
+    Header header() override { return _header; }
     std::optional<std::span<const std::byte>> load(unsigned int offset) override;
+    void bring(std::span<const unsigned int> offsets, const std::function<void(const Record&)>& take) override;
     void commit(const Batch& batch) override;
     std::optional<News> guardTaken() override;
     void guardReleased() noexcept override;
 
 private:
     struct tPrepared;
-    using Connection = postgres::Connection;
-    using tTime = Connection::tTime;
+    using Connection = pq::Connection;
+    using Rows = pq::Rows;
+    using tPatience = pq::tPatience;
+    using tTime = pq::tTime;
 
-    tTime _until() const { return std::chrono::steady_clock::now() + _settings.deadline; }
+    /// Which transaction is under way.
+    enum class tStage {
+        kNone,
+        kAsked,  ///< it has been asked for, together with the commit before
+        kKept,   ///< it waits for the next guard
+        kOurs    ///< it is that of a guard, or to be ended
+    };
+
+    /// A server's state, in the order in which servers are preferred.
+    struct tState {
+        std::int64_t timeline = 0;  ///< that began with its promotion
+        std::int64_t epoch = 0;
+        auto operator<=>(const tState&) const = default;
+    };
+
+    tPatience _patience() const { return tPatience::of(_settings.deadline); }
+    void _refuseChild() const;
+
     void _connect(tTime until);
-    std::optional<News> _take();
-    News _begin(tTime until);
-    void _send(const tPrepared& batch, tTime until);
-    void _settle(const tPrepared& batch, tTime until);
+    tState _identify(Connection& connection, tTime until);
+    template <class Attempt>
+    auto _persist(tTime until, Attempt attempt);
+
+    void _postBegin();
+    std::vector<Rows> _collectBegin(tTime until);
+    News _newsOf(const std::vector<Rows>& rows);
+    void _drop() noexcept;
+    void _end() noexcept;
+    void _watch();
+
+    template <class Read>
+    auto _read(Read read);
+    void _resume();
+    std::optional<std::span<const std::byte>> _whole(unsigned int offset, const Rows& rows);
+
     tPrepared _prepare(const Batch& batch);
+    void _send(const tPrepared& batch);
+    void _settle(const tPrepared& batch, std::string reason);
 
     const Settings _settings;
     const tMode _mode;
+    const int _process;
     std::optional<Connection> _connection;
     std::int64_t _store = 0;
-    std::int64_t _epoch = 0;  ///< that the snapshot is of
+    tState _state;            ///< the newest that was seen; its epoch is that of the snapshot
+    std::int64_t _token = 0;  ///< of the commit that made the epoch
     Header _header;
-    bool _inTransaction = false;
-    std::vector<std::byte> _loaded;
+    bool _begun = false;      ///< whether a transaction is under way that the guard may use
+    bool _overtaken = false;  ///< whether that of the guard is lost for good
+    tTime _takenAt;           ///< when the transaction was begun
     std::unordered_map<unsigned int, std::int32_t> _long;  ///< chunks of records that have several
+    std::vector<std::byte> _loaded;
+    std::vector<Rows> _news;      ///< whose bytes have been given out
+    unsigned int _nextAhead = 0;  ///< the offset behind those that were read ahead
+    std::int64_t _ahead = 0;      ///< how many that were
     std::random_device _random;
+
+    // What the thread looks at, that gives up what is kept.
+    std::mutex _mutex;
+    std::condition_variable _wake;
+    tStage _stage = tStage::kNone;
+    tTime _keepUntil;
+    tTime _lookedAt;       ///< when the connection was found quiet
+    bool _active = false;  ///< whether a guard was given back since the thread has looked
+    bool _asleep = false;  ///< whether the thread waits for that
+    bool _over = false;
+    std::unique_ptr<std::thread> _thread;
 };
 
 }  // namespace lumivard::platform::stores

@@ -1,23 +1,32 @@
 #pragma once
 
-namespace lumivard::platform::stores::postgres {
+namespace lumivard::platform::stores::pq {
 
-/// How stores lie in a database. Offsets are `bigint`, since 32 bits without a sign fit no smaller type.
+/// How stores lie in a database.
 ///
-/// A record of up to `kChunk` bytes is one row, chunk 0, also an empty one. A longer one is cut into full chunks, so
-/// that appending rewrites the last of them and adds others. `lvp_change` tells what each commit has changed; its key
-/// is a fence as well, since no epoch can be made twice.
-inline constexpr char kTables[] =
-    "CREATE TABLE IF NOT EXISTS lvp_store(id bigserial PRIMARY KEY, name text UNIQUE NOT NULL, epoch bigint NOT NULL "
-    "DEFAULT 0, next_off bigint NOT NULL DEFAULT 0, version bigint NOT NULL DEFAULT 0, low_epoch bigint NOT NULL "
-    "DEFAULT "
-    "0);"
-    "CREATE TABLE IF NOT EXISTS lvp_record(store bigint, off bigint, chunk int, body bytea NOT NULL, PRIMARY "
-    "KEY(store, "
-    "off, chunk));"
+/// A store is a row, whose lock is its guard. `epoch` counts the commits, and `writer` is the token of the last one;
+/// `low_epoch` says from where on `lvp_change` tells what each commit has changed, whose key is a fence as well, since
+/// no epoch can be made twice. `format` is `kFormat`, and `layout` that of the machine that has written first.
+///
+/// Offsets are `bigint`, since 32 bits without a sign fit no smaller type. A record of up to `kChunk` bytes is one row,
+/// chunk 0, also an empty one. A longer one is cut into full chunks, so that appending rewrites the last of them and
+/// adds others.
+inline constexpr const char* kTables[] = {
+    "CREATE TABLE IF NOT EXISTS lvp_store(id bigserial PRIMARY KEY, name text UNIQUE NOT NULL, "
+    "format int NOT NULL DEFAULT 1, layout bigint NOT NULL DEFAULT 0, epoch bigint NOT NULL DEFAULT 0, "
+    "writer bigint NOT NULL DEFAULT 0, low_epoch bigint NOT NULL DEFAULT 0, next_off bigint NOT NULL DEFAULT 0, "
+    "version bigint NOT NULL DEFAULT 0) WITH (fillfactor = 20)",
+    "CREATE TABLE IF NOT EXISTS lvp_record(store bigint, off bigint, chunk int, body bytea NOT NULL, "
+    "PRIMARY KEY(store, off, chunk)) WITH (fillfactor = 70)",
     "CREATE TABLE IF NOT EXISTS lvp_change(store bigint, epoch bigint, writer bigint NOT NULL, offs bigint[] NOT NULL, "
-    "PRIMARY KEY(store, epoch));";
+    "PRIMARY KEY(store, epoch))",
+    "/* PostgreSQL */ ALTER TABLE lvp_record ALTER COLUMN body SET STORAGE EXTERNAL",
+};
+
+/// How a statement begins that is for PostgreSQL itself, and not for other databases that speak its language.
+inline constexpr char kOwn[] = "/* PostgreSQL */";
 
 inline constexpr unsigned int kChunk = 8192;  ///< bytes
+inline constexpr int kFormat = 1;
 
-}  // namespace lumivard::platform::stores::postgres
+}  // namespace lumivard::platform::stores::pq

@@ -73,6 +73,7 @@ public:
     void leave() noexcept override { offered().leave(); }
     unsigned long long changes() const override { return offered().changes(); }
     std::unique_ptr<IAttachment>& attachment() override { return offered().attachment(); }
+    void expect(const void* offsets, unsigned int count) override { offered().expect(offsets, count); }
 
 private:
     core::storage::datastore::IRecordAccess& offered() const { return *under().access(); }

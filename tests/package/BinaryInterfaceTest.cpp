@@ -69,6 +69,7 @@ TEST(Places, InTheAccessToAStoreStay) {
     EXPECT_EQ(place(&IRecordAccess::leave), 5);
     EXPECT_EQ(place(&IRecordAccess::changes), 6);
     EXPECT_EQ(place(&IRecordAccess::attachment), 7);
+    EXPECT_EQ(place(&IRecordAccess::expect), 8);
 }
 
 TEST(Places, InVisitorsStay) {

@@ -40,7 +40,10 @@ long long Server::count(const std::string& sql) {
 }
 
 std::string Server::newStore() {
-    static const bool made = (run(postgres::kTables), true);
+    static const bool made = [] {
+        for (const char* const statement : pq::kTables) run(statement);
+        return true;
+    }();
     static int number = 0;
     static_cast<void>(made);
     const std::string name = "test " + std::to_string(::getpid()) + " " + std::to_string(++number);
@@ -55,7 +58,10 @@ unsigned short Server::port() {
 
 // Of two ports the last one counts.
 PostgresEngine::Settings Server::settings(const std::string& store, unsigned short port) {
-    return {location() + (port == 0 ? std::string() : " port=" + std::to_string(port)), store};
+    PostgresEngine::Settings settings;
+    settings.location = location() + (port == 0 ? std::string() : " port=" + std::to_string(port));
+    settings.store = store;
+    return settings;
 }
 
 std::unique_ptr<Core> Server::open(const std::string& store, tMode mode) {

@@ -44,6 +44,7 @@ public:
     void leave() noexcept override { _access->leave(); }
     unsigned long long changes() const override { return _access->changes(); }
     std::unique_ptr<IAttachment>& attachment() override { return _access->attachment(); }
+    void expect(const void* offsets, unsigned int count) override { _access->expect(offsets, count); }
 
 private:
     IDataStore* _under = nullptr;

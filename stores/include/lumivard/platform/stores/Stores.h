@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -106,11 +107,21 @@ LVP_EXPORT FileReport verify(const std::filesystem::path& path, bool values, con
 /// copy takes its place, for reading. Throws `StoreError`; the old file is left in its place then.
 LVP_EXPORT void compact(const std::filesystem::path& path, const FileOptions& options = {});
 
-/// Opens what `location` names: "memory:" is `memory()`, whatever the mode; "postgresql://..." is refused, since this
-/// version has no such store; everything else is the path of a file, as for `file`.
+/// Opens what `location` names: "memory:" is `memory()`, whatever the mode; "postgresql://..." is a store in a database
+/// (`postgres`, in Postgres.h) in a program that is linked with `lvp_data::stores_postgres`, and is refused in others;
+/// what begins as has been said to `provide` is what that opens; everything else is the path of a file, as for `file`.
 LVP_EXPORT std::unique_ptr<IDataStore> open(const std::string& location, tMode mode);
 
 /// The same with options, which count for a file.
 LVP_EXPORT std::unique_ptr<IDataStore> open(const std::string& location, tMode mode, const FileOptions& options);
+
+/// Opens the store that a location names, for `open`.
+using tOpener = std::function<std::unique_ptr<IDataStore>(const std::string& location, tMode mode)>;
+
+/// Lets `open` take locations that begin with `prefix`, such as "mine://": it hands them to `opener`, whose exceptions
+/// pass through. In place of one that was given before for the same prefix; an empty one takes it away. Of several that
+/// fit the longest prefix counts, and "memory:" none. Any thread, at any time; `opener` is called on the threads that
+/// open.
+LVP_EXPORT void provide(const std::string& prefix, tOpener opener);
 
 }  // namespace lumivard::platform::stores

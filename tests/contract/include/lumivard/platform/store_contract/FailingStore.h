@@ -104,6 +104,7 @@ private:
         void leave() noexcept override;
         unsigned long long changes() const override;
         std::unique_ptr<IAttachment>& attachment() override;
+        void expect(const void* offsets, unsigned int count) override { _under().expect(offsets, count); }
 
     private:
         IRecordAccess& _under() const { return *_store.under().access(); }

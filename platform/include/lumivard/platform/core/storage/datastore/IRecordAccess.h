@@ -57,6 +57,14 @@ public:
     /// The place for the one object that the library hangs on the store: empty in a store that was just opened. The
     /// store does nothing with it, and lets it go when it closes, before anything else of it is gone.
     virtual std::unique_ptr<IAttachment>& attachment() = 0;
+
+    /// Says that the records that a list names will be looked at soon: a store to which the way is long brings all of
+    /// them at once. They need not be there. Means nothing to other stores. `offsets` are `count` offsets of 32 bits
+    /// each, which begin anywhere, as in a view.
+    virtual void expect(const void* offsets, unsigned int count) {
+        static_cast<void>(offsets);
+        static_cast<void>(count);
+    }
 };
 
 }  // namespace lumivard::platform::core::storage::datastore
