@@ -173,11 +173,13 @@ void Connection::add(const tStatement& statement, tPatience patience) {
 void Connection::send(tPatience patience) {
     if (PQpipelineSync(_connection.get()) != 1) lose(reason());
     _underWay.push_back(std::exchange(_open, {}));
+    _hasSent = true;
     flush(patience);
 }
 
 std::vector<Rows> Connection::collect(tPatience patience) {
     *_warned = false;
+    if (std::exchange(_hasSent, false)) ++_trips;
     std::vector<Rows> all;
     std::optional<Refused> refused;
     const tPipeline pipeline = std::move(_underWay.front());

@@ -124,6 +124,9 @@ public:
     /// says.
     bool warned() const noexcept { return *_warned; }
 
+    /// How often an answer was asked for after something was sent: round trips.
+    unsigned long long trips() const noexcept { return _trips; }
+
     /// Whether nothing has come from the server that nobody asked for, such as the end of the connection.
     bool isQuiet() const noexcept;
 
@@ -145,6 +148,8 @@ private:
     tPipeline _open;                                                // that is being put together
     std::size_t _unsent = 0;                                        // bytes of it, about
     std::deque<tPipeline> _underWay;
+    unsigned long long _trips = 0;
+    bool _hasSent = false;  // since an answer was asked for
 };
 
 }  // namespace lumivard::platform::stores::pq

@@ -148,17 +148,20 @@ PostgresEngine::tState PostgresEngine::_identify(Connection& connection, tTime u
     return state;
 }
 
-// Does something for which a connection is needed, on another one where that is lost, as long as there is time.
+// Does something for which a connection is needed, on another one where that is lost, as long as there is time. That an
+// attempt had no time left says less than why the one before it failed.
 template <class Attempt>
 auto PostgresEngine::_persist(tTime until, Attempt attempt) {
+    std::optional<ConnectionLost> before;
     for (;;) {
         try {
             if (!_connection) _connect(until);
             return attempt();
-        } catch (const ConnectionLost&) {
+        } catch (const ConnectionLost& lost) {
             const bool wasThere = _connection.has_value();
             _drop();
-            if (steady_clock::now() + kPause >= until) throw;
+            if (steady_clock::now() < until || !before) before = lost;
+            if (steady_clock::now() + kPause >= until) throw *before;
             if (!wasThere) std::this_thread::sleep_for(kPause);
         }
     }
@@ -311,13 +314,13 @@ template <class Read>
 auto PostgresEngine::_read(Read read) {
     if (_stage != tStage::kOurs) throw EngineError("there is no connection to the server");
     return _persist(_patience().until, [&] {
+        if (_overtaken) throw EngineError(kOvertaken);
         if (!_begun) _resume();
         return read();
     });
 }
 
 void PostgresEngine::_resume() {
-    if (_overtaken) throw EngineError(kOvertaken);
     const bool writes = _mode == tMode::kWrite;
     const tStatement statements[] = {{writes ? sql::kBegin : sql::kBeginReading, {}},
                                      {writes ? sql::kLock : sql::kPeek, {number(_store)}}};
@@ -354,7 +357,7 @@ void PostgresEngine::bring(std::span<const unsigned int> offsets, const std::fun
     if (offsets.size() == 1) {
         // Records that were made one after the other are often asked for so: the more, the longer that goes on.
         const unsigned int offset = offsets.front();
-        _ahead = offset == _nextAhead ? std::min(_ahead * 2, kMostAhead) : kAhead;
+        _ahead = offset == _nextAhead ? std::clamp(_ahead * 2, kAhead, kMostAhead) : kAhead;
         _nextAhead = offset + static_cast<unsigned int>(_ahead) + 1;
         const tStatement statements[] = {{sql::kLoad, {number(_store), number(offset)}},
                                          {sql::kNear, {number(_store), number(offset), number(offset + _ahead)}}};
@@ -530,7 +533,7 @@ void PostgresEngine::_settle(const tPrepared& made, std::string reason) {
             _send(made);
             return;
         } catch (const ConnectionLost& lost) {
-            reason = lost.what();
+            if (steady_clock::now() < until) reason = lost.what();
         } catch (const Refused& refusal) {
             _drop();
             throw;

@@ -55,6 +55,9 @@ public:
     std::optional<News> guardTaken() override;
     void guardReleased() noexcept override;
 
+    /// Round trips to the server on this connection.
+    unsigned long long trips() const noexcept { return _connection ? _connection->trips() : 0; }
+
 private:
     struct tPrepared;
     using Connection = pq::Connection;

@@ -3,6 +3,8 @@
 #include <string>
 
 #include "lumivard/platform/store_contract/StoreContract.h"
+#include "lumivard/platform/stores.h"
+#include "lumivard/platform/stores/Postgres.h"
 #include "tests/postgres/Server.h"
 
 namespace lumivard::platform::store_contract {
@@ -10,24 +12,39 @@ namespace {
 
 using stores::Server;
 
+// The library is a static one here, of which a linker takes what is called.
+[[maybe_unused]] const bool kLinked = stores::kPostgresIsKnown;
+
 class DatabaseSubject final : public ISubject {
 public:
+    /// The store is opened as programs open it, with these parameters.
+    explicit DatabaseSubject(std::string parameters) : _parameters(std::move(parameters)), _store(open()) {}
+
     core::storage::datastore::IDataStore& store() override { return *_store; }
     bool reopen() override {
         _store.reset();
-        _store = Server::open(_name);
+        _store = open();
         return true;
     }
     bool keepsBookkeeping() const override { return false; }
 
 private:
+    std::unique_ptr<core::storage::datastore::IDataStore> open() const {
+        return stores::open(Server::url(_name) + _parameters, stores::tMode::kWrite);
+    }
+
+    std::string _parameters;
     std::string _name = Server::newStore();
-    std::unique_ptr<stores::Core> _store = Server::open(_name);
+    std::unique_ptr<core::storage::datastore::IDataStore> _store;
 };
 
 std::vector<Row> rows() {
     if (!Server::isThere()) return {};
-    return {Row{"Database", [] { return std::make_unique<DatabaseSubject>(); }}};
+    const auto row = [](const char* name, const char* parameters) {
+        return Row{name, [parameters] { return std::make_unique<DatabaseSubject>(parameters); }};
+    };
+    return {row("Database", ""), row("DatabaseThatKeepsNoGuard", "&keep=0"),
+            row("DatabaseThatKeepsNoRecords", "&cache=0")};
 }
 
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(StoreContract);

@@ -37,13 +37,6 @@ protected:
     static void cutTransactions() {
         Server::run("SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE state = 'idle in transaction'");
     }
-    /// Ends that of all others, too.
-    static void cutAll() {
-        Server::run(
-            "SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE pid <> pg_backend_pid() AND datname = "
-            "'postgres'");
-    }
-
     std::string name;
     std::unique_ptr<Core> a;
     std::unique_ptr<Core> b;
@@ -118,7 +111,7 @@ TEST_F(Database, ShowsAReaderOneStateUnderAGuard) {
 TEST_F(Database, ConnectsAnewWhereTheConnectionWasLostBetweenGuards) {
     create(*a, "one");
     a->flush();
-    cutAll();
+    Server::cutAll();
     update(*a, 0, "two");
     EXPECT_NO_THROW(a->flush());
     const tLock guard(b->lock());

@@ -64,6 +64,18 @@ PostgresEngine::Settings Server::settings(const std::string& store, unsigned sho
     return settings;
 }
 
+std::string Server::url(const std::string& store, const std::string& user) {
+    std::string name;
+    for (const char c : store) name += c == ' ' ? std::string("%20") : std::string(1, c);
+    return "postgresql://" + (user.empty() ? answer("SELECT current_user") : user) +
+           "@127.0.0.1:" + std::to_string(port()) + "/" + answer("SELECT current_database()") + "?store=" + name;
+}
+
+void Server::cutAll() {
+    run("SELECT count(pg_terminate_backend(pid)) FROM pg_stat_activity WHERE pid <> pg_backend_pid() AND datname = "
+        "current_database()");
+}
+
 std::unique_ptr<Core> Server::open(const std::string& store, tMode mode) {
     return std::make_unique<Core>(store, std::make_unique<PostgresEngine>(settings(store), mode), mode);
 }

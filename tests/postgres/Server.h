@@ -27,6 +27,12 @@ public:
     static PostgresEngine::Settings settings(const std::string& store, unsigned short port = 0);
     static unsigned short port();
     static std::unique_ptr<Core> open(const std::string& store, tMode mode = tMode::kWrite);
+
+    /// The same for programs: a location, of a user if one is named.
+    static std::string url(const std::string& store, const std::string& user = {});
+
+    /// Ends the server's side of all connections but its own.
+    static void cutAll();
 };
 
 }  // namespace lumivard::platform::stores
