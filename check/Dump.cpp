@@ -126,7 +126,7 @@ std::wstring wideOf(std::span<const char> bytes) {
 }
 
 std::string quoted(const std::wstring& text) {
-    return "\"" + core::string::WideString(text.c_str()).string() + "\"";
+    return std::string(1, '"').append(core::string::WideString(text.c_str()).string()).append(1, '"');
 }
 
 /// Texts that end with a zero each.
@@ -135,7 +135,8 @@ std::string textsOf(std::span<const char> bytes) {
     std::string joined;
     for (std::size_t begin = 0; begin < text.size();) {
         const std::size_t end = std::min(text.find(L'\0', begin), text.size());
-        joined += (joined.empty() ? "" : " ") + quoted(text.substr(begin, end - begin));
+        if (!joined.empty()) joined += ' ';
+        joined += quoted(text.substr(begin, end - begin));
         begin = end + 1;
     }
     return joined;

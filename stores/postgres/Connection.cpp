@@ -141,7 +141,7 @@ void Connection::post(std::span<const tStatement> statements, tPatience patience
 
 void Connection::add(const tStatement& statement, tPatience patience) {
     auto place = std::find(_prepared.begin(), _prepared.end(), statement.sql);
-    const std::string name = "s" + std::to_string(place - _prepared.begin());
+    const std::string name = std::to_string(place - _prepared.begin());
     if (place == _prepared.end()) {
         std::vector<Oid> types;
         for (const tValue& value : statement.values) types.push_back(value.type);
@@ -167,7 +167,9 @@ void Connection::add(const tStatement& statement, tPatience patience) {
         lose(reason());
     }
     _open.prepares.push_back(false);
-    if (_unsent > kMostUnsent) flush(patience);
+    if (_unsent <= kMostUnsent) return;
+    if (PQsendFlushRequest(_connection.get()) != 1) lose(reason());
+    flush(patience);
 }
 
 void Connection::send(tPatience patience) {
@@ -179,6 +181,7 @@ void Connection::send(tPatience patience) {
 
 std::vector<Rows> Connection::collect(tPatience patience) {
     *_warned = false;
+    patience.renew();
     if (std::exchange(_hasSent, false)) ++_trips;
     std::vector<Rows> all;
     std::optional<Refused> refused;
@@ -225,6 +228,7 @@ bool Connection::isQuiet() const noexcept {
 
 // What the server sends is taken in meanwhile: it may not take more from us before.
 void Connection::flush(tPatience patience) {
+    patience.renew();
     for (int left; (left = PQflush(_connection.get())) != 0;) {
         if (left < 0) lose(reason());
         wait(POLLIN | POLLOUT, patience);
@@ -249,7 +253,7 @@ pg_result* Connection::next(tPatience& patience) {
 
 void Connection::wait(short events, tPatience& patience) const {
     waitFor(PQsocket(_connection.get()), events, patience.until);
-    patience.until = std::max(patience.until, std::chrono::steady_clock::now() + patience.silence);
+    patience.renew();
 }
 
 void Connection::lose(const std::string& what) const {

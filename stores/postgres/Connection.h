@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <chrono>
 #include <cstdint>
 #include <deque>
@@ -76,10 +77,13 @@ bool isPostgres(std::string_view version);
 
 using tTime = std::chrono::steady_clock::time_point;
 
-/// How long is waited for the server: until a moment, and always for some time after it has last moved.
+/// How long is waited for the server: until a moment, and always for some time after it has last moved or was asked for
+/// something.
 struct tPatience {
     tTime until;
     std::chrono::milliseconds silence{0};
+
+    void renew() { until = std::max(until, std::chrono::steady_clock::now() + silence); }
 
     static tPatience of(std::chrono::milliseconds silence) {
         return {std::chrono::steady_clock::now() + silence, silence};
@@ -106,7 +110,8 @@ public:
     /// Sends statements as one pipeline, and does not wait for the answer.
     void post(std::span<const tStatement> statements, tPatience patience);
 
-    /// A pipeline that is put together one by one, for what takes much memory: any number of `add`, then `send`.
+    /// A pipeline that is put together one by one, for what takes much memory: any number of `add`, then `send`. The
+    /// server says of each statement when it is done, so that it is seen to be at work.
     void add(const tStatement& statement, tPatience patience);
     void send(tPatience patience);
 

@@ -77,16 +77,27 @@ void PostgresEngine::_refuseChild() const {
 
 // --- Servers
 
+/// What a server says of the store.
+struct PostgresEngine::tAnswer {
+    tState state;
+    std::int64_t store;
+    std::int64_t token;
+    std::int64_t low;
+    std::optional<std::int64_t> knownToken;  // of the epoch that was seen
+    Header header;
+};
+
+// Goes to the server with the newest state, and sets out from there if the store was not seen before.
 void PostgresEngine::_connect(tTime until) {
     std::vector<Connection> servers = connectToAll(_settings.location, until);
-    std::optional<tState> best;
+    std::optional<tAnswer> best;
     std::string reasons;
     std::exception_ptr failure;
     for (Connection& server : servers) {
         try {
-            const tState state = _identify(server, until);
-            if (best && state <= *best) continue;
-            best = state;
+            tAnswer answer = _ask(server, until);
+            if (best && answer.state <= best->state) continue;
+            best = std::move(answer);
             _connection = std::move(server);
         } catch (const ConnectionLost& lost) {
             if (!reasons.empty()) reasons += "; ";
@@ -97,21 +108,27 @@ void PostgresEngine::_connect(tTime until) {
     }
     if (!best && failure) std::rethrow_exception(failure);
     if (!best) throw ConnectionLost(reasons);
-    _state.timeline = best->timeline;
+    if (_store != 0) {
+        _refuseLoss(*best);
+        _state.timeline = best->state.timeline;
+        return;
+    }
+    _store = best->store;
+    _state = best->state;
+    _token = best->token;
+    _header = best->header;
 }
 
-// Tells how new the state of a server is, and sets out from it where the store was not seen before. Refuses one that
-// takes no changes, which may be behind, and one that has lost what was seen.
-PostgresEngine::tState PostgresEngine::_identify(Connection& connection, tTime until) {
+// Refuses a server that takes no changes, since it may be behind.
+PostgresEngine::tAnswer PostgresEngine::_ask(Connection& connection, tTime until) const {
     const tStatement ask[] = {{sql::kReadOnly, {}}, {sql::kVersion, {}}};
     const std::vector<Rows> about = connection.run(ask, {until});
     if (about[0].text(0, 0) == "on") throw ConnectionLost("the server takes no changes");
-    tState state;
+    tAnswer answer{};
     if (isPostgres(about[1].text(0, 0))) {
         const tStatement timeline{sql::kTimeline, {}};
-        state.timeline = connection.run(std::span(&timeline, 1), {until}).front().number(0, 0);
+        answer.state.timeline = connection.run(std::span(&timeline, 1), {until}).front().number(0, 0);
     }
-
     const auto find = [&] {
         const tStatement statements[] = {{sql::kFind, {text(_settings.store)}},
                                          {sql::kWriter, {number(_store), number(_state.epoch)}}};
@@ -125,27 +142,30 @@ PostgresEngine::tState PostgresEngine::_identify(Connection& connection, tTime u
     const std::vector<Rows> found = find();
     const Rows& store = found[0];
     if (store.count() == 0) throw EngineError("there is no store \"" + _settings.store + "\" in the database");
-    state.epoch = store.number(0, 1);
     if (store.number(0, 6) > kFormat) throw EngineError("it was made by a newer version");
     if (store.number(0, 7) != 0 && store.number(0, 7) != kLayout) {
         throw EngineError("it was written on a machine with another byte order or width of wide characters");
     }
-    if (_store == 0) {
-        _store = store.number(0, 0);
-        _state = state;
-        _token = store.number(0, 2);
-        _header = {static_cast<unsigned long long>(store.number(0, 4)), static_cast<unsigned int>(store.number(0, 5))};
-        return state;
-    }
-    if (store.number(0, 0) != _store) throw EngineError("the store is not there any more");
-    if (state < _state && (state.timeline < _state.timeline || state.epoch < _state.epoch)) {
+    answer.store = store.number(0, 0);
+    answer.state.epoch = store.number(0, 1);
+    answer.token = store.number(0, 2);
+    answer.low = store.number(0, 3);
+    answer.header = {static_cast<unsigned long long>(store.number(0, 4)),
+                     static_cast<unsigned int>(store.number(0, 5))};
+    if (found[1].count() != 0) answer.knownToken = found[1].number(0, 0);
+    return answer;
+}
+
+// A server has to have all that was seen of the store. What has become too old to be told apart is taken for the same.
+void PostgresEngine::_refuseLoss(const tAnswer& answer) const {
+    if (answer.store != _store) throw EngineError("the store is not there any more");
+    if (answer.state.timeline < _state.timeline || answer.state.epoch < _state.epoch) {
         throw ConnectionLost("the server is behind what was seen of the store");
     }
-    const bool isSame = state.epoch == _state.epoch && store.number(0, 2) == _token;
-    const bool isLater = state.epoch > _state.epoch && (_state.epoch < store.number(0, 3) || _state.epoch == 0 ||
-                                                        (found[1].count() == 1 && found[1].number(0, 0) == _token));
+    const bool isSame = answer.state.epoch == _state.epoch && answer.token == _token;
+    const bool isLater = answer.state.epoch > _state.epoch &&
+                         (_state.epoch == 0 || _state.epoch <= answer.low || answer.knownToken == _token);
     if (!isSame && !isLater) throw ConnectionLost("the server has another history than what was seen of the store");
-    return state;
 }
 
 // Does something for which a connection is needed, on another one where that is lost, as long as there is time. That an

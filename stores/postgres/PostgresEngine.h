@@ -60,6 +60,7 @@ public:
 
 private:
     struct tPrepared;
+    struct tAnswer;
     using Connection = pq::Connection;
     using Rows = pq::Rows;
     using tPatience = pq::tPatience;
@@ -84,7 +85,8 @@ private:
     void _refuseChild() const;
 
     void _connect(tTime until);
-    tState _identify(Connection& connection, tTime until);
+    tAnswer _ask(Connection& connection, tTime until) const;
+    void _refuseLoss(const tAnswer& answer) const;
     template <class Attempt>
     auto _persist(tTime until, Attempt attempt);
 

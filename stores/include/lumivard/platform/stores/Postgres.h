@@ -64,9 +64,10 @@ struct PostgresStore {
 /// Failures. Where the connection is lost while something is being stored, it is found out on another one, before the
 /// deadline, whether that was done: then the flush succeeds; where it was not, it is done now; and where somebody else
 /// has got in between it is given up as a whole, in an exception that says so, and the store goes on. What cannot be
-/// found out is an exception, too, and the store can then be read and not changed until it is opened again. A server
-/// that is behind what was seen of the store, or has another history, is refused: of several hosts the one with the
-/// newest state is used, among those that take changes.
+/// found out is an exception, too, and the store can then be read and not changed until it is opened again; likewise
+/// where the server refuses to store something, for want of rights or of space. A server that is behind what was seen
+/// of the store, or has another history, is refused: of several hosts the one with the newest state is used, among
+/// those that take changes.
 ///
 /// Memory. Records come when they are first asked for, with others that were made next to them, and stay within the
 /// `cache` as long as nobody changes them.
