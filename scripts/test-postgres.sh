@@ -1,45 +1,55 @@
 #!/usr/bin/env bash
-# Runs the tests of the engine over a database with a server of their own: on the loopback, as a user without rights, in
-# a folder that goes with it.
-#   scripts/test-postgres.sh            with the development build
-#   scripts/test-postgres.sh PRESET     with another one
-set -euo pipefail
+# Runs the tests of the stores in databases, with servers of their own: on the loopback, as a user without rights, in a
+# folder that goes with them. First the tests that need a server, on one with a synchronous standby; then what happens to
+# several processes when one of them, or a server, dies or hangs.
+#   scripts/test-postgres.sh [PRESET] [--long]
+# PRESET is that of the development if none is named. With --long more servers die.
+set -Eeuo pipefail
 cd "$(dirname "$0")/.."
 source scripts/packages.sh
 
-preset=${1:-dev}
-install_packages "${build_packages[@]}" "${test_packages[@]}" "${postgres_packages[@]}"
-cmake --preset "$preset" ${LVP_CONFIGURE:-} >/dev/null
-cmake --build --preset "$preset" --target lvp_test_postgres
-
-programs=/usr/lib/postgresql/15/bin
-port=15441  # below those that the system gives to connections
-folder=$(mktemp -d /tmp/lvp-postgres.XXXXXX)
-export LC_ALL=C.UTF-8 TZ=UTC
-
-# The server refuses to run as root.
-as_server=()
-if [ "$(id -u)" -eq 0 ]; then
-    chown postgres: "$folder"
-    as_server=(setpriv --reuid=postgres --regid=postgres --clear-groups --)
+preset=dev
+long=
+for argument in "$@"; do
+    case $argument in
+        --long) long=yes ;;
+        *) preset=$argument ;;
+    esac
+done
+install_packages "${build_packages[@]}" "${test_packages[@]}"
+if ! (install_packages "${postgres_packages[@]}"); then
+    echo "test-postgres: SKIPPED, since the packages of a PostgreSQL server cannot be had: ${postgres_packages[*]}"
+    exit 0
 fi
+cmake --preset "$preset" ${LVP_CONFIGURE:-} >/dev/null
+cmake --build --preset "$preset" --target lvp_test_postgres lvp_test_tools lvp_postgres_load
+
+idle_timeout=3  # seconds, after which a server ends a transaction whose client does nothing
+root=$PWD
+load=$root/build/$preset/tests/postgres/lvp_postgres_load
+folder=$(mktemp -d /tmp/lvp-postgres.XXXXXX)
+source scripts/postgres-servers.sh
+source scripts/postgres-clients.sh
+source scripts/postgres-campaigns.sh
+
 end() {
-    "${as_server[@]}" $programs/pg_ctl -D "$folder/data" -m immediate -w stop >/dev/null 2>&1 || true
+    end_clients
+    end_servers
     rm -rf "$folder"
 }
 trap end EXIT
+trap 'echo "test-postgres: failed in ${BASH_SOURCE[0]}, line $LINENO: $BASH_COMMAND" >&2' ERR
 
+# The user that the servers run as may not be allowed to be anywhere else.
+[ ${#as_server[@]} -eq 0 ] || chown postgres: "$folder"
 cd "$folder"
-"${as_server[@]}" $programs/initdb -D "$folder/data" -U tester -A trust --no-sync --no-instructions -E UTF8 \
-    --locale=C.UTF-8 >/dev/null
-"${as_server[@]}" tee -a "$folder/data/postgresql.conf" >/dev/null <<END
-listen_addresses = '127.0.0.1'
-unix_socket_directories = ''
-port = $port
-fsync = off
-END
-"${as_server[@]}" $programs/pg_ctl -D "$folder/data" -l "$folder/log" -w start >/dev/null
-cd - >/dev/null
-
-LVP_POSTGRES="host=127.0.0.1 port=$port user=tester dbname=postgres" \
-    ctest --preset "$preset" --tests-regex '^postgres$'
+make_servers
+(cd "$root" && LVP_POSTGRES="host=127.0.0.1 port=$(port 1) user=tester dbname=postgres" \
+    ctest --preset "$preset" --parallel 1 --tests-regex '^(postgres|tools)$')
+many_processes 2000 50
+many_processes "$([ "$long" ] && echo 2000 || echo 500)" 0
+dead_holders
+frozen_holder
+dying_servers "$([ "$long" ] && echo 30 || echo 10)"
+stale_primary
+asynchronous_standby

@@ -19,6 +19,7 @@ namespace fs = std::filesystem;
 constexpr long kNoFileSystem = 0;  // what statfs says of none that is refused
 constexpr char kMemory[] = "memory:";
 constexpr char kDatabase[] = "postgresql://";
+constexpr char kShortForm[] = "postgres://";  // which is no file, and may hold a password
 
 LmdbEngine::Settings settingsOf(const FileOptions& options) {
     LmdbEngine::Settings settings;
@@ -98,6 +99,9 @@ std::unique_ptr<IDataStore> open(const std::string& location, tMode mode) {
 std::unique_ptr<IDataStore> open(const std::string& location, tMode mode, const FileOptions& options) {
     if (location == kMemory) return memory();
     if (const tOpener opener = openerOf(location)) return opener(location, mode);
+    if (location.starts_with(kShortForm)) {
+        throw failure("open", kShortForm, "locations of databases begin with postgresql:// here");
+    }
     if (location.starts_with(kDatabase)) {
         // Not the location, which may hold a password.
         throw failure("open", kDatabase, "this program is not linked with lvp_data::stores_postgres");

@@ -34,6 +34,9 @@ void declareStat(CommandLine& line);
 void declareCompact(CommandLine& line);
 void declareDump(CommandLine& line);
 
+// Stores in databases, where the library for them was built
+void declareStore(CommandLine& line);
+
 // The man page and the completions of shells, for the build
 void declareGenerate(CommandLine& line);
 

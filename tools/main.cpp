@@ -27,5 +27,8 @@ int main(int argc, char** argv) {
           declareUnit, declareCheck, declareStat,   declareCompact, declareDump, declareGenerate}) {
         declare(line);
     }
+#ifdef LVP_TOOL_POSTGRES
+    declareStore(line);
+#endif
     return line.run(argc, argv);
 }

@@ -229,6 +229,7 @@ void Core::_giveGuard() noexcept {
     if (_shared) _endTransaction();
     if (_engine) _engine->guardReleased();
     if (_cached > _cache) _shrink();
+    _guardLoss = nullptr;
     _owner.store({}, std::memory_order_relaxed);
     _guard.unlock();
 }
@@ -298,7 +299,10 @@ bool Core::_conflictsWith(const Engine::News& news) {
 
 // Back to what is stored.
 void Core::_forgetChanges() noexcept {
-    for (const unsigned int offset : _changed) _records.forget(offset);
+    for (const unsigned int offset : _changed) {
+        _records.forget(offset);
+        if (offset >= _storedExtent) _private.forget(offset);  // which somebody else's record may have
+    }
     _changed.clear();
     _touched.clear();
     _versionChanged = false;
@@ -323,7 +327,12 @@ void Core::_flushShared() {
     if (alone) guard.emplace(*this);
     _commit();
     _settle();
-    if (!alone) _hearNews();
+    if (alone) return;
+    try {
+        _hearNews();
+    } catch (...) {
+        _guardLoss = std::current_exception();  // what was to be stored is stored: who needs the guard is told
+    }
 }
 
 void Core::_tellLoss() {
@@ -368,6 +377,7 @@ RecordSlot* Core::_bringIn(unsigned int offset, RecordSlot* known) {
 }
 
 RecordSlot* Core::_bringInShared(unsigned int offset) {
+    if (_guardLoss) std::rethrow_exception(_guardLoss);
     _ask({"read", offset},
          [&] { _engine->bring(std::span(&offset, 1), [this](const Engine::Record& record) { _putIn(record); }); });
     RecordSlot& slot = _records.at(offset);
@@ -383,6 +393,11 @@ void Core::_putIn(const Engine::Record& record) {
     if (record.offset >= _extent) return;
     RecordSlot& slot = _records.at(record.offset);
     if (slot.place != tPlace::kAway) return;
+    if (record.gone) {
+        _private.forget(record.offset);
+        slot.place = tPlace::kGone;
+        return;
+    }
     _records.heap().assign(slot.bytes, record.bytes.data(), static_cast<unsigned int>(record.bytes.size()));
     _private.restore(record.offset, _records.heap(), slot.bytes);
     slot.place = tPlace::kHere;
@@ -430,6 +445,7 @@ void Core::_refuseChange(const Attempt& attempt) {
     if (_mode == tMode::kRead) throw failure(attempt.text(), _name, "it was opened for reading only");
     if (_failure) std::rethrow_exception(_failure);
     _tellLoss();
+    if (_guardLoss && _holdsGuard()) std::rethrow_exception(_guardLoss);
 }
 
 void Core::_refuseLength(const Attempt& attempt, unsigned long long size) const {
@@ -437,10 +453,13 @@ void Core::_refuseLength(const Attempt& attempt, unsigned long long size) const 
     throw failure(attempt.text(), _name, "it would become longer than " + std::to_string(_longest) + " bytes");
 }
 
-// Where a long record differs from what is stored, so that the rest of it need not be stored again.
+// Where a long record differs from what is stored, so that the rest of it need not be stored again. One that has become
+// short is stored whole, whatever becomes of it after that.
 void Core::_touch(unsigned int offset, const RecordSlot& slot, unsigned long long from, unsigned long long to) {
-    if (!_shared || slot.bytes.size() <= Engine::kShort) return;
-    if (!slot.changed) {
+    if (!_shared) return;
+    if (slot.bytes.size() <= Engine::kShort) {
+        _touched.erase(offset);
+    } else if (!slot.changed) {
         _touched.insert_or_assign(offset, tRange{from, to});
     } else if (const auto known = _touched.find(offset); known != _touched.end()) {
         known->second = {std::min(known->second.from, from), std::max(known->second.to, to)};
@@ -448,7 +467,7 @@ void Core::_touch(unsigned int offset, const RecordSlot& slot, unsigned long lon
 }
 
 void Core::_touchDifference(unsigned int offset, const RecordSlot& slot, const void* data, unsigned int size) {
-    if (!_shared || slot.bytes.size() <= Engine::kShort) return;
+    if (!_shared || slot.bytes.size() <= Engine::kShort) return _touch(offset, slot, 0, UINT64_MAX);
     const auto before = slot.bytes.view();
     const std::span after(static_cast<const std::byte*>(data), size);
     const auto from = std::mismatch(before.begin(), before.end(), after.begin(), after.end()).first - before.begin();
@@ -498,8 +517,9 @@ bool Core::_hasChanges() const {
 void Core::_commit() {
     sort(_changed);
     _records.endLoan();
-    bool conflict = false;
+    bool conflict = _guardLoss != nullptr;
     try {
+        if (conflict) std::rethrow_exception(_guardLoss);
         _leaveOutPrivate();
         _ask({"flush"}, [&] {
             try {

@@ -159,6 +159,7 @@ private:
     PrivateBytes _private;                                   // what was noted without changing content
     std::unordered_map<unsigned int, std::string> _patched;  // of a batch: records without that
     std::exception_ptr _loss;                                // what was given up, until somebody is told
+    std::exception_ptr _guardLoss;                           // why the guard that is held is one no more
 
     unsigned long long _contentChanges = 0;
     std::unique_ptr<IAttachment> _attachment;

@@ -41,8 +41,8 @@ std::string shown(const std::string& name) {
 
 }  // namespace
 
-StoreError failure(const std::string& attempt, const std::string& name, const std::string& reason) {
-    return StoreError("Cannot " + attempt + " the store \"" + shown(name) + "\": " + reason + ".");
+StoreError failure(const std::string& attempt, const std::string& name, const std::string& reason, const char* what) {
+    return StoreError("Cannot " + attempt + ' ' + what + " \"" + shown(name) + "\": " + reason + ".");
 }
 
 std::string systemReason(int error) {

@@ -40,6 +40,7 @@ public:
     struct Record {
         unsigned int offset;
         std::span<const std::byte> bytes;
+        bool gone = false;  ///< there is no such record in the snapshot
     };
 
     /// What becomes durable together. The changes are looked up as they are written: there may be very many.

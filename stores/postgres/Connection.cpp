@@ -112,6 +112,10 @@ std::string Rows::text(std::size_t row, int column) const {
     return {reinterpret_cast<const char*>(all.data()), all.size()};
 }
 
+bool Rows::has(std::size_t row, int column) const {
+    return PQgetisnull(_result.get(), static_cast<int>(row), column) == 0;
+}
+
 std::string_view Rows::done() const {
     return PQcmdStatus(_result.get());
 }

@@ -63,6 +63,7 @@ public:
     std::size_t count() const;
     std::int64_t number(std::size_t row, int column) const;
     std::span<const std::byte> bytes(std::size_t row, int column) const;
+    bool has(std::size_t row, int column) const;  ///< whether there is a value
     std::string text(std::size_t row, int column) const;
 
     /// What the server calls what it has done, such as "COMMIT".

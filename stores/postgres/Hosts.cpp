@@ -17,9 +17,6 @@
 namespace lumivard::platform::stores::pq {
 namespace {
 
-// How long others are waited for when one server has answered.
-constexpr std::chrono::milliseconds kGrace{300};
-
 using tParameters = std::map<std::string, std::string>;
 
 struct tHost {
@@ -53,6 +50,7 @@ tParameters parametersOf(const std::string& location) {
     if (!usual) throw std::bad_alloc();
     tParameters others;
     add(others, usual.get());
+    if (parameters.contains("service")) return parameters;  // which says where, and libpq looks there
     if (!parameters.contains("host") && !parameters.contains("hostaddr")) {
         for (const char* const name : {"host", "hostaddr"}) {
             if (others.contains(name)) parameters.emplace(name, others[name]);
@@ -97,6 +95,10 @@ std::vector<tHost> hostsOf(const tParameters& parameters, tTime until) {
     for (std::size_t i = 0; i < count; ++i) {
         tHost host{{}, part(hosts, i), part(addresses, i), part(ports, i)};
         host.name = host.host.empty() ? host.address : host.host;
+        // It is a part of a password then, which no message may have.
+        if (host.name.find('@') != std::string::npos) {
+            throw EngineError("a host of the location has an @ in it, which in a user or a password is written %40");
+        }
         if (!host.port.empty()) host.name += ":" + host.port;
         names.push_back(host.address.empty() && !host.host.starts_with('/') ? host.host : std::string());
         all.push_back(std::move(host));

@@ -10,8 +10,12 @@
 namespace lumivard::platform::stores::pq {
 namespace {
 
+using std::chrono::milliseconds;
+
 // Of a store's name, in bytes: so much fits in an index of any database.
 constexpr std::size_t kLongestName = 200;
+
+constexpr milliseconds kLongest = std::chrono::hours(24);
 
 int digit(char c) {
     if (c >= '0' && c <= '9') return c - '0';
@@ -45,11 +49,12 @@ unsigned long long count(std::string_view name, std::string_view text) {
     return value;
 }
 
-std::chrono::milliseconds milliseconds(std::string_view name, std::string_view text) {
-    constexpr unsigned long long kLongest = 24ULL * 60 * 60 * 1000;
+milliseconds timeOf(std::string_view name, std::string_view text) {
     const unsigned long long value = count(name, text);
-    if (value > kLongest) throw EngineError("the location's " + std::string(name) + " is longer than a day");
-    return std::chrono::milliseconds(value);
+    if (value > static_cast<unsigned long long>(kLongest.count())) {
+        throw EngineError("the location's " + std::string(name) + " is longer than a day");
+    }
+    return milliseconds(value);
 }
 
 std::string storeName(const std::string& name) {
@@ -68,6 +73,15 @@ std::string withoutSecrets(std::string location) {
     const std::size_t query = std::min(location.size(), location.find('?'));
     const std::size_t at = location.rfind('@', query);
     std::string shown = location.substr(0, begin);
+    // A password with a "?" in it, which PostgreSQL's clients take: where it ends cannot be told.
+    if (at == std::string::npos && query < location.size()) {
+        std::string_view rest = std::string_view(location).substr(query + 1);
+        for (; !rest.empty(); rest.remove_prefix(std::min(rest.size(), rest.find('&') + 1))) {
+            const std::string_view parameter = rest.substr(0, rest.find('&'));
+            if (!parameter.starts_with("store=") && parameter.find('@') != std::string_view::npos) return shown + "...";
+            if (parameter.size() == rest.size()) break;
+        }
+    }
     const std::size_t from = at == std::string::npos || at < begin ? std::min(begin, location.size()) : at + 1;
     return shown + location.substr(from, query - std::min(from, query));
 }
@@ -89,9 +103,9 @@ tLocation readLocation(const std::string& location, const PostgresOptions& optio
             if (name == "store") {
                 read.store = storeName(value);
             } else if (name == "deadline") {
-                read.options.deadline = milliseconds(name, value);
+                read.options.deadline = timeOf(name, value);
             } else if (name == "keep") {
-                read.options.keep = milliseconds(name, value);
+                read.options.keep = timeOf(name, value);
             } else if (name == "cache") {
                 read.options.cache = count(name, value);
             } else {
@@ -99,6 +113,8 @@ tLocation readLocation(const std::string& location, const PostgresOptions& optio
             }
         }
     }
+    read.options.deadline = std::min(read.options.deadline, kLongest);
+    read.options.keep = std::clamp(read.options.keep, milliseconds(0), kLongest);
     if (read.options.deadline.count() <= 0) throw EngineError("the deadline is not above 0");
     if (!read.store.empty()) read.shown += "?store=" + read.store;
     return read;

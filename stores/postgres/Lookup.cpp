@@ -3,10 +3,12 @@
 #include <netdb.h>
 #include <sys/socket.h>
 
+#include <algorithm>
 #include <array>
 #include <condition_variable>
 #include <memory>
 #include <mutex>
+#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -68,25 +70,37 @@ std::vector<std::vector<std::string>> lookUp(const std::vector<std::string>& nam
         // An address needs nobody to be asked.
         if (names[i].empty() || ask(names[i], AI_NUMERICHOST, found[i]) == 0) continue;
         questions[i] = std::make_shared<tQuestion>(names[i]);
-        std::thread([question = questions[i]] { answer(*question); }).detach();
+        try {
+            std::thread([question = questions[i]] { answer(*question); }).detach();
+        } catch (const std::system_error& error) {
+            throw ConnectionLost(error.code().message());
+        }
     }
     std::string reason;
+    const auto isKnown = [&] {
+        for (std::size_t i = 0; i < names.size(); ++i) {
+            if (names[i].empty() || !found[i].empty()) return true;
+        }
+        return false;
+    };
+    bool any = isKnown();
     for (std::size_t i = 0; i < names.size(); ++i) {
         if (!questions[i]) continue;
         tQuestion& question = *questions[i];
         std::unique_lock lock(question.mutex);
-        if (!question.done.wait_until(lock, until, [&] { return question.isDone; })) {
+        // Who can be reached is not kept waiting for those whose names are not found.
+        const tTime end = any ? std::min(until, std::chrono::steady_clock::now() + kGrace) : until;
+        if (!question.done.wait_until(lock, end, [&] { return question.isDone; })) {
             reason = "the host \"" + names[i] + "\" was not found in time";
         } else if (question.error != 0) {
             reason = "the host \"" + names[i] + "\" is not found: " + ::gai_strerror(question.error);
         } else {
             found[i] = question.addresses;
+            any = any || !found[i].empty();
         }
     }
-    for (std::size_t i = 0; i < names.size(); ++i) {
-        if (names[i].empty() || !found[i].empty()) return found;
-    }
-    throw ConnectionLost(reason);
+    if (!any) throw ConnectionLost(reason);
+    return found;
 }
 
 }  // namespace lumivard::platform::stores::pq

@@ -27,17 +27,18 @@ namespace {
 
 constexpr char kIsThere[] = "23505";  // a key that there is already
 constexpr char kNoTable[] = "42P01";
+constexpr char kDatabase[] = "the database";
 
 // Does something with a location, and puts the reason of its failure into a sentence.
 template <class Work>
-auto attempt(const char* what, const std::string& location, Work work) {
+auto attempt(const char* what, const std::string& location, Work work, const char* noun = "the store") {
     std::string shown = pq::withoutSecrets(location);
     try {
         const tLocation read = pq::readLocation(location);
         shown = read.shown;
         return work(read);
     } catch (const EngineError& error) {
-        throw failure(what, shown, error.what());
+        throw failure(what, shown, error.what(), noun);
     }
 }
 
@@ -64,28 +65,45 @@ std::string quotedName(const std::string& name) {
     return result + "\"";
 }
 
-// The server of the location that takes changes.
-Connection primaryOf(const tLocation& location) {
-    const tPatience patience = tPatience::of(location.options.deadline);
-    for (Connection& server : pq::connectToAll(location.database, patience.until)) {
-        const tStatement ask{pq::sql::kReadOnly, {}};
-        if (server.run(std::span(&ask, 1), patience).front().text(0, 0) != "on") return std::move(server);
-    }
-    throw EngineError("no server of the location takes changes");
-}
+/// A server that takes changes, and whether it is PostgreSQL itself.
+struct tPrimary {
+    Connection connection;
+    bool isPostgres;
+};
 
-bool isPostgres(Connection& server, tPatience patience) {
-    const tStatement ask{pq::sql::kVersion, {}};
-    return pq::isPostgres(server.run(std::span(&ask, 1), patience).front().text(0, 0));
+// Of the servers of the location that take changes the one that was promoted last.
+tPrimary primaryOf(const tLocation& location) {
+    const tPatience patience = tPatience::of(location.options.deadline);
+    std::optional<tPrimary> primary;
+    std::int64_t newest = 0;
+    std::string reason = "no server of the location takes changes";
+    for (Connection& server : pq::connectToAll(location.database, patience.until)) {
+        try {
+            const tStatement ask[] = {{pq::sql::kReadOnly, {}}, {pq::sql::kVersion, {}}};
+            const auto rows = server.run(ask, patience);
+            if (rows[0].text(0, 0) == "on") continue;
+            const bool own = pq::isPostgres(rows[1].text(0, 0));
+            const tStatement timeline{pq::sql::kTimeline, {}};
+            const std::int64_t since = own ? server.run(std::span(&timeline, 1), patience).front().number(0, 0) : 0;
+            if (primary && since <= newest) continue;
+            primary.emplace(tPrimary{std::move(server), own});
+            newest = since;
+        } catch (const pq::ConnectionLost& lost) {
+            reason = lost.what();
+        }
+    }
+    if (!primary) throw EngineError(reason);
+    return std::move(*primary);
 }
 
 std::unique_ptr<IDataStore> openLocation(const std::string& location, tMode mode) {
     return stores::postgres(location, mode);
 }
 
-}  // namespace
+// When the library is loaded.
+[[maybe_unused]] const bool isProvided = (provide(pq::kScheme, openLocation), true);
 
-const bool kPostgresIsKnown = (provide(pq::kScheme, openLocation), true);
+}  // namespace
 
 std::unique_ptr<IDataStore> postgres(const std::string& location, tMode mode, const PostgresOptions& options) {
     return attempt("open", location, [&](const tLocation&) {
@@ -135,32 +153,44 @@ std::vector<std::string> postgresRights(const std::string& role, tMode mode) {
 }
 
 void runInPostgres(const std::string& location, const std::vector<std::string>& statements) {
-    attempt("set up", location, [&](const tLocation& read) {
-        Connection server = primaryOf(read);
+    const auto work = [&](const tLocation& read) {
+        auto [server, own] = primaryOf(read);
         const tPatience patience = tPatience::of(read.options.deadline);
-        const bool own = isPostgres(server, patience);
         std::vector<tStatement> all{{pq::sql::kBegin, {}}};
         for (const std::string& statement : statements) {
             if (own || !statement.starts_with(pq::kOwn)) all.push_back({statement.c_str(), {}});
         }
         all.push_back({pq::sql::kCommit, {}});
-        try {
-            server.run(all, patience);
-        } catch (const Refused& refusal) {
-            if (refusal.state() == kIsThere) throw EngineError("there is one of that name already");
-            throw;
+        // Who makes tables at the same moment as somebody else is refused, and finds them when he tries again.
+        for (int attempts = 1;; ++attempts) {
+            try {
+                server.run(all, patience);
+                break;
+            } catch (const Refused& refusal) {
+                const std::string reason = refusal.what();
+                if (refusal.state() != kIsThere) throw;
+                if (reason.find("lvp_store_name") != std::string::npos) {
+                    throw EngineError("there is a store of that name already");
+                }
+                if (attempts == 3) throw;
+                const tStatement end{pq::sql::kRollBack, {}};
+                server.run(std::span(&end, 1), patience);
+            } catch (const pq::ConnectionLost& lost) {
+                throw EngineError(lost.what() + std::string("; it is not known whether they were run"));
+            }
         }
         if (server.warned()) throw EngineError("the server has warned that it may not be durable");
-    });
+    };
+    attempt("run statements in", location, work, kDatabase);
 }
 
 std::vector<PostgresStore> postgresStores(const std::string& location) {
-    return attempt("list the stores of", location, [&](const tLocation& read) {
-        Connection server = primaryOf(read);
-        const tStatement list{"SELECT name, version, next_off, epoch FROM lvp_store ORDER BY name", {}};
+    const auto list = [](const tLocation& read) {
+        Connection server = primaryOf(read).connection;
+        const tStatement all{"SELECT name, version, next_off, epoch FROM lvp_store ORDER BY name", {}};
         std::vector<PostgresStore> stores;
         try {
-            const Rows rows = server.run(std::span(&list, 1), tPatience::of(read.options.deadline)).front();
+            const Rows rows = server.run(std::span(&all, 1), tPatience::of(read.options.deadline)).front();
             for (std::size_t i = 0; i < rows.count(); ++i) {
                 stores.push_back({rows.text(i, 0), static_cast<unsigned int>(rows.number(i, 1)),
                                   static_cast<unsigned long long>(rows.number(i, 2)),
@@ -170,7 +200,8 @@ std::vector<PostgresStore> postgresStores(const std::string& location) {
             if (refusal.state() != kNoTable) throw;
         }
         return stores;
-    });
+    };
+    return attempt("list the stores of", location, list, kDatabase);
 }
 
 }  // namespace lumivard::platform::stores

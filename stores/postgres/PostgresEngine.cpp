@@ -21,11 +21,15 @@ using std::chrono::steady_clock;
 
 constexpr char kFenced[] = "23505";  // a key that there is already
 constexpr char kNoTable[] = "42P01";
+constexpr char kLocked[] = "55P03";  // after a wait that was too long
+
+constexpr char kWaited[] = "the server did not answer in time: somebody else may have its guard";
 
 constexpr char kOvertaken[] = "the connection was lost, and somebody else has changed the store since";
 
 // Between two attempts to reach a server.
 constexpr milliseconds kPause{20};
+constexpr milliseconds kLongestPause{320};
 
 // For how long a connection on which a transaction is kept is taken for alive when it was found so.
 constexpr milliseconds kTrust{1};
@@ -50,25 +54,57 @@ unsigned int offsetOf(const Rows& rows, std::size_t row) {
 
 }  // namespace
 
+// Does something for which a connection is needed, on another one where that is lost, as long as there is time. Servers
+// that cannot be reached are left in peace longer and longer. That the deadline has ended an attempt says less than why
+// the one before has failed.
+template <class Attempt>
+auto PostgresEngine::_persist(tTime until, Attempt attempt) {
+    std::optional<ConnectionLost> before;
+    milliseconds pause = kPause;
+    for (;;) {
+        try {
+            if (!_connection) _connect(until);
+            return attempt();
+        } catch (const ConnectionLost& lost) {
+            const bool wasThere = _connection.has_value();
+            _drop();
+            if (!before || steady_clock::now() < until) before = lost;
+            if (steady_clock::now() + pause >= until) throw *before;
+            if (wasThere) continue;
+        } catch (const EngineError&) {
+            throw;
+        } catch (...) {
+            _drop();  // of which an answer may be half read
+            throw;
+        }
+        std::this_thread::sleep_for(pause);
+        pause = std::min(2 * pause, kLongestPause);
+    }
+}
+
 PostgresEngine::PostgresEngine(Settings settings, tMode mode)
     : _settings(std::move(settings)), _mode(mode), _process(::getpid()) {
-    _connect(_patience().until);
+    // Of several servers one may be about to become the primary.
+    const tTime until = _patience().until;
+    const bool isAlone = _settings.location.find(',') == std::string::npos;
+    isAlone ? _connect(until) : _persist(until, [] {});
 }
 
 PostgresEngine::~PostgresEngine() {
     if (_process != ::getpid()) {
-        // In a child made by fork() there is no such thread, and the connection is its parent's.
-        static_cast<void>(_thread.release());
+        // In a child made by fork() there is no such thread, which its traces wait for, and the connection is its
+        // parent's.
+        static_cast<void>(_watch.release());
         if (_connection) static_cast<void>(new Connection(std::move(*_connection)));
         return;
     }
-    if (!_thread) return;
+    if (!_watch->thread.joinable()) return;
     {
-        const std::lock_guard lock(_mutex);
+        const std::lock_guard lock(_watch->mutex);
         _over = true;
     }
-    _wake.notify_all();
-    _thread->join();
+    _watch->wake.notify_all();
+    _watch->thread.join();
 }
 
 void PostgresEngine::_refuseChild() const {
@@ -91,14 +127,18 @@ struct PostgresEngine::tAnswer {
 void PostgresEngine::_connect(tTime until) {
     std::vector<Connection> servers = connectToAll(_settings.location, until);
     std::optional<tAnswer> best;
+    Connection* chosen = nullptr;
     std::string reasons;
     std::exception_ptr failure;
-    for (Connection& server : servers) {
+    for (std::size_t i = 0; i < servers.size(); ++i) {
+        // None takes the time of those that come after it.
+        const auto left = until - steady_clock::now();
+        const tTime end = steady_clock::now() + left / static_cast<int>(servers.size() - i);
         try {
-            tAnswer answer = _ask(server, until);
+            tAnswer answer = _ask(servers[i], end);
             if (best && answer.state <= best->state) continue;
             best = std::move(answer);
-            _connection = std::move(server);
+            chosen = &servers[i];
         } catch (const ConnectionLost& lost) {
             if (!reasons.empty()) reasons += "; ";
             reasons += lost.what();
@@ -111,12 +151,13 @@ void PostgresEngine::_connect(tTime until) {
     if (_store != 0) {
         _refuseLoss(*best);
         _state.timeline = best->state.timeline;
-        return;
+    } else {
+        _store = best->store;
+        _state = best->state;
+        _token = best->token;
+        _header = best->header;
     }
-    _store = best->store;
-    _state = best->state;
-    _token = best->token;
-    _header = best->header;
+    _connection = std::move(*chosen);
 }
 
 // Refuses a server that takes no changes, since it may be behind.
@@ -126,8 +167,10 @@ PostgresEngine::tAnswer PostgresEngine::_ask(Connection& connection, tTime until
     if (about[0].text(0, 0) == "on") throw ConnectionLost("the server takes no changes");
     tAnswer answer{};
     if (isPostgres(about[1].text(0, 0))) {
-        const tStatement timeline{sql::kTimeline, {}};
-        answer.state.timeline = connection.run(std::span(&timeline, 1), {until}).front().number(0, 0);
+        // The server's own process of a connection that is gone would wait on.
+        const std::string most = std::to_string(_settings.deadline.count());
+        const tStatement statements[] = {{sql::kTimeline, {}}, {sql::kWaitAtMost, {text(most)}}};
+        answer.state.timeline = connection.run(statements, {until}).front().number(0, 0);
     }
     const auto find = [&] {
         const tStatement statements[] = {{sql::kFind, {text(_settings.store)}},
@@ -143,9 +186,7 @@ PostgresEngine::tAnswer PostgresEngine::_ask(Connection& connection, tTime until
     const Rows& store = found[0];
     if (store.count() == 0) throw EngineError("there is no store \"" + _settings.store + "\" in the database");
     if (store.number(0, 6) > kFormat) throw EngineError("it was made by a newer version");
-    if (store.number(0, 7) != 0 && store.number(0, 7) != kLayout) {
-        throw EngineError("it was written on a machine with another byte order or width of wide characters");
-    }
+    _refuseLayout(store.number(0, 7));
     answer.store = store.number(0, 0);
     answer.state.epoch = store.number(0, 1);
     answer.token = store.number(0, 2);
@@ -154,6 +195,11 @@ PostgresEngine::tAnswer PostgresEngine::_ask(Connection& connection, tTime until
                      static_cast<unsigned int>(store.number(0, 5))};
     if (found[1].count() != 0) answer.knownToken = found[1].number(0, 0);
     return answer;
+}
+
+void PostgresEngine::_refuseLayout(std::int64_t layout) {
+    if (layout == 0 || layout == kLayout) return;
+    throw EngineError("it was written on a machine with another byte order or width of wide characters");
 }
 
 // A server has to have all that was seen of the store. What has become too old to be told apart is taken for the same.
@@ -168,32 +214,14 @@ void PostgresEngine::_refuseLoss(const tAnswer& answer) const {
     if (!isSame && !isLater) throw ConnectionLost("the server has another history than what was seen of the store");
 }
 
-// Does something for which a connection is needed, on another one where that is lost, as long as there is time. That an
-// attempt had no time left says less than why the one before it failed.
-template <class Attempt>
-auto PostgresEngine::_persist(tTime until, Attempt attempt) {
-    std::optional<ConnectionLost> before;
-    for (;;) {
-        try {
-            if (!_connection) _connect(until);
-            return attempt();
-        } catch (const ConnectionLost& lost) {
-            const bool wasThere = _connection.has_value();
-            _drop();
-            if (steady_clock::now() < until || !before) before = lost;
-            if (steady_clock::now() + kPause >= until) throw *before;
-            if (!wasThere) std::this_thread::sleep_for(kPause);
-        }
-    }
-}
-
 // --- Guards
 
 std::optional<Engine::News> PostgresEngine::guardTaken() {
     _refuseChild();
     bool asked = false;
+    tTime askedAt;
     {
-        const std::lock_guard lock(_mutex);
+        const std::lock_guard lock(_watch->mutex);
         const tTime now = steady_clock::now();
         if (_stage == tStage::kKept && now < _keepUntil) {
             if (now - _lookedAt < kTrust || _connection->isQuiet()) {
@@ -204,6 +232,7 @@ std::optional<Engine::News> PostgresEngine::guardTaken() {
             _drop();
         }
         asked = _stage == tStage::kAsked && _connection;
+        askedAt = _takenAt;
         if (_stage == tStage::kKept && _connection) _end();
         _stage = tStage::kOurs;
         _overtaken = false;
@@ -212,25 +241,28 @@ std::optional<Engine::News> PostgresEngine::guardTaken() {
     const tTime until = _patience().until;
     try {
         News news = _persist(until, [&] {
-            if (!std::exchange(asked, false)) _postBegin();
-            return _newsOf(_collectBegin(until));
+            const bool wasAsked = std::exchange(asked, false);
+            if (!wasAsked) _postBegin(_state.epoch);
+            News made = _newsOf(_collectBegin(until));
+            _takenAt = wasAsked ? askedAt : steady_clock::now();
+            return made;
         });
         if (_state.epoch == known) return std::nullopt;
         return news;
     } catch (...) {
-        const std::lock_guard lock(_mutex);
+        const std::lock_guard lock(_watch->mutex);
         _end();
         throw;
     }
 }
 
 // In two pipelines, so that it shows whether the server hangs or somebody else has the guard.
-void PostgresEngine::_postBegin() {
+void PostgresEngine::_postBegin(std::int64_t known) {
     const bool writes = _mode == tMode::kWrite;
     const tStatement begin{writes ? sql::kBegin : sql::kBeginReading, {}};
     const tStatement statements[] = {{writes ? sql::kLock : sql::kPeek, {number(_store)}},
-                                     {sql::kChanged, {number(_store), number(_state.epoch)}},
-                                     {sql::kRenewed, {number(_store), number(_state.epoch)}}};
+                                     {sql::kChanged, {number(_store), number(known)}},
+                                     {sql::kRenewed, {number(_store), number(known)}}};
     _connection->post(std::span(&begin, 1), _patience());
     _connection->post(statements, _patience());
 }
@@ -242,7 +274,10 @@ std::vector<Rows> PostgresEngine::_collectBegin(tTime until) {
         return _connection->collect({until});
     } catch (const ConnectionLost&) {
         if (steady_clock::now() < until || _mode == tMode::kRead) throw;
-        throw ConnectionLost("the server did not answer in time: somebody else may have its guard");
+        throw ConnectionLost(kWaited);
+    } catch (const Refused& refusal) {
+        if (refusal.state() == kLocked) throw EngineError(kWaited);
+        throw;
     }
 }
 
@@ -250,6 +285,8 @@ Engine::News PostgresEngine::_newsOf(const std::vector<Rows>& rows) {
     const Rows& store = rows[0];
     if (store.count() == 0) throw EngineError("the store is not there any more");
     if (store.number(0, 0) < _state.epoch) throw ConnectionLost("the server is behind what was seen of the store");
+    _refuseLayout(store.number(0, 5));
+    _news = rows;  // whose bytes the news show
     News news;
     news.header = {static_cast<unsigned long long>(store.number(0, 3)), static_cast<unsigned int>(store.number(0, 4))};
     news.everything = _state.epoch < store.number(0, 2);
@@ -264,30 +301,28 @@ Engine::News PostgresEngine::_newsOf(const std::vector<Rows>& rows) {
     _state.epoch = store.number(0, 0);
     _token = store.number(0, 1);
     _header = news.header;
-    _news = rows;  // whose bytes the news show
-    _takenAt = steady_clock::now();
     _begun = true;
     return news;
 }
 
 void PostgresEngine::guardReleased() noexcept {
     if (_process != ::getpid()) return;
-    const std::lock_guard lock(_mutex);
+    const std::lock_guard lock(_watch->mutex);
     if (_stage == tStage::kNone || !_connection) {
         _stage = tStage::kNone;
         return;
     }
     try {
         const tTime keepUntil = _takenAt + _settings.keep;
-        const bool keeps = _mode == tMode::kWrite && _begun && steady_clock::now() < keepUntil;
+        const bool keeps = _mode == tMode::kWrite && _begun && !_overtaken && steady_clock::now() < keepUntil;
         if (_stage == tStage::kOurs && !keeps) return _end();
         if (_stage == tStage::kOurs) {
             _stage = tStage::kKept;
             _keepUntil = keepUntil;
         }
-        if (!_thread) _thread = std::make_unique<std::thread>([this] { _watch(); });
+        if (!_watch->thread.joinable()) _watch->thread = std::thread([this] { _giveUp(); });
         _active = true;
-        if (_asleep) _wake.notify_all();
+        if (_keepUntil < _wakesAt) _watch->wake.notify_all();
     } catch (...) {
         _end();
     }
@@ -311,19 +346,24 @@ void PostgresEngine::_end() noexcept {
     }
 }
 
-// Looks now and then as long as guards come and go, so that giving one back wakes nobody.
-void PostgresEngine::_watch() {
-    std::unique_lock lock(_mutex);
+// Looks now and then as long as guards come and go, so that giving one back wakes nobody as a rule.
+void PostgresEngine::_giveUp() {
+    std::unique_lock lock(_watch->mutex);
     const auto waits = [this] { return _stage == tStage::kAsked || _stage == tStage::kKept; };
     while (!_over) {
-        if (!waits() && !_active) {
-            _asleep = true;
-            _wake.wait(lock, [this] { return _over || _active; });
-            _asleep = false;
-        }
-        _active = false;
-        _wake.wait_until(lock, waits() ? _keepUntil : steady_clock::now() + _settings.keep, [this] { return _over; });
         if (waits() && steady_clock::now() >= _keepUntil) _end();
+        if (waits()) {
+            _wakesAt = _keepUntil;
+        } else if (std::exchange(_active, false)) {
+            _wakesAt = steady_clock::now() + _settings.keep;
+        } else {
+            _wakesAt = tTime::max();
+        }
+        if (_wakesAt == tTime::max()) {
+            _watch->wake.wait(lock);
+        } else {
+            _watch->wake.wait_until(lock, _wakesAt);
+        }
     }
 }
 
@@ -332,11 +372,17 @@ void PostgresEngine::_watch() {
 // Under a guard. Where the connection is lost it goes on with another one, if nobody has stored anything meanwhile.
 template <class Read>
 auto PostgresEngine::_read(Read read) {
+    _refuseChild();
     if (_stage != tStage::kOurs) throw EngineError("there is no connection to the server");
     return _persist(_patience().until, [&] {
         if (_overtaken) throw EngineError(kOvertaken);
         if (!_begun) _resume();
-        return read();
+        try {
+            return read();
+        } catch (const Refused&) {
+            _drop();  // with the transaction, of which nothing is left
+            throw;
+        }
     });
 }
 
@@ -371,26 +417,42 @@ std::optional<std::span<const std::byte>> PostgresEngine::_whole(unsigned int of
 }
 
 void PostgresEngine::bring(std::span<const unsigned int> offsets, const std::function<void(const Record&)>& take) {
-    const auto takeAll = [&](const Rows& rows) {
-        for (std::size_t i = 0; i < rows.count(); ++i) take({offsetOf(rows, i), rows.bytes(i, 1)});
+    // Rows stand for the records that there are, in their order; those of long ones have no bytes.
+    const auto takeAll = [&](const Rows& rows, const auto& asked) {
+        std::size_t row = 0;
+        for (const auto offset : asked) {
+            const auto known = static_cast<unsigned int>(offset);
+            if (row == rows.count() || offsetOf(rows, row) != known) {
+                take({known, {}, true});
+            } else if (const std::size_t found = row++; rows.has(found, 1)) {
+                take({known, rows.bytes(found, 1)});
+            }
+        }
     };
     if (offsets.size() == 1) {
         // Records that were made one after the other are often asked for so: the more, the longer that goes on.
         const unsigned int offset = offsets.front();
+        const auto extent = static_cast<std::int64_t>(_header.extent);
         _ahead = offset == _nextAhead ? std::clamp(_ahead * 2, kAhead, kMostAhead) : kAhead;
         _nextAhead = offset + static_cast<unsigned int>(_ahead) + 1;
         const tStatement statements[] = {{sql::kLoad, {number(_store), number(offset)}},
                                          {sql::kNear, {number(_store), number(offset), number(offset + _ahead)}}};
         const std::vector<Rows> rows = _read([&] { return _connection->run(statements, _patience()); });
         if (const auto bytes = _whole(offset, rows[0])) take({offset, *bytes});
-        takeAll(rows[1]);
+        std::vector<unsigned int> near;
+        for (auto next = std::int64_t{offset} + 1; next <= offset + _ahead && next < extent; ++next) {
+            near.push_back(static_cast<unsigned int>(next));
+        }
+        takeAll(rows[1], near);
         return;
     }
     for (std::size_t begin = 0; begin < offsets.size(); begin += kMostRows) {
         const auto some = offsets.subspan(begin, std::min(kMostRows, offsets.size() - begin));
-        const std::vector<std::int64_t> asked(some.begin(), some.end());
+        std::vector<std::int64_t> asked(some.begin(), some.end());
+        std::sort(asked.begin(), asked.end());
+        asked.erase(std::unique(asked.begin(), asked.end()), asked.end());
         const tStatement statement{sql::kSeveral, {number(_store), numbers(asked)}};
-        takeAll(_read([&] { return _connection->run(std::span(&statement, 1), _patience()).front(); }));
+        takeAll(_read([&] { return _connection->run(std::span(&statement, 1), _patience()).front(); }), asked);
     }
 }
 
@@ -500,27 +562,27 @@ void PostgresEngine::_send(const tPrepared& made) {
     _connection->add({sql::kCommit, {}}, patience);
     _connection->send(patience);
 
+    // From here on it may have been done.
     const bool again = _settings.keep.count() > 0;
-    if (again) {
-        const std::int64_t before = std::exchange(_state.epoch, epoch);
-        _postBegin();
-        _state.epoch = before;
-    }
     bool done = false;
     try {
+        if (again) _postBegin(epoch);
         _connection->drain(again ? 3 : 1, patience);
         done = _connection->collect(patience).back().done() == sql::kCommit;
     } catch (const Refused& refusal) {
-        _begun = false;
+        _drop();
         if (refusal.state() == kFenced) throw EngineConflict(kOvertaken);
         throw;
+    } catch (const std::bad_alloc& failure) {
+        throw ConnectionLost(failure.what());
     }
     if (_connection->warned() || !done)
         throw ConnectionLost("the server has warned that the commit may not be durable");
     _begun = false;
-    const std::lock_guard lock(_mutex);
+    const std::lock_guard lock(_watch->mutex);
     _stage = again ? tStage::kAsked : tStage::kNone;
-    _keepUntil = steady_clock::now() + _settings.keep;
+    _takenAt = steady_clock::now();
+    _keepUntil = _takenAt + _settings.keep;
 }
 
 // Whether a commit was done of which no answer came. Who holds the store's row knows that nobody is at work on it any
@@ -542,7 +604,7 @@ void PostgresEngine::_settle(const tPrepared& made, std::string reason) {
                 const tStatement again[] = {{sql::kTouch, {number(_store)}}, {sql::kCommit, {}}};
                 _connection->run(again, {until});
                 if (_connection->warned()) throw ConnectionLost("the server has warned that it may not be durable");
-                const std::lock_guard lock(_mutex);
+                const std::lock_guard lock(_watch->mutex);
                 _stage = tStage::kNone;
                 return;
             }
@@ -553,12 +615,13 @@ void PostgresEngine::_settle(const tPrepared& made, std::string reason) {
             _send(made);
             return;
         } catch (const ConnectionLost& lost) {
-            if (steady_clock::now() < until) reason = lost.what();
-        } catch (const Refused& refusal) {
+            if (steady_clock::now() < until) reason = lost.what();  // else it was the deadline that ended it
+        } catch (...) {
             _drop();
             throw;
         }
         if (steady_clock::now() + kPause >= until) {
+            _drop();
             throw EngineError("it is not known whether it was done: " + reason);
         }
     }

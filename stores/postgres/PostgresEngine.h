@@ -87,15 +87,16 @@ private:
     void _connect(tTime until);
     tAnswer _ask(Connection& connection, tTime until) const;
     void _refuseLoss(const tAnswer& answer) const;
+    static void _refuseLayout(std::int64_t layout);
     template <class Attempt>
     auto _persist(tTime until, Attempt attempt);
 
-    void _postBegin();
+    void _postBegin(std::int64_t known);
     std::vector<Rows> _collectBegin(tTime until);
     News _newsOf(const std::vector<Rows>& rows);
     void _drop() noexcept;
     void _end() noexcept;
-    void _watch();
+    void _giveUp();
 
     template <class Read>
     auto _read(Read read);
@@ -116,7 +117,7 @@ private:
     Header _header;
     bool _begun = false;      ///< whether a transaction is under way that the guard may use
     bool _overtaken = false;  ///< whether that of the guard is lost for good
-    tTime _takenAt;           ///< when the transaction was begun
+    tTime _takenAt;           ///< when the transaction was begun, or asked for
     std::unordered_map<unsigned int, std::int32_t> _long;  ///< chunks of records that have several
     std::vector<std::byte> _loaded;
     std::vector<Rows> _news;      ///< whose bytes have been given out
@@ -124,16 +125,21 @@ private:
     std::int64_t _ahead = 0;      ///< how many that were
     std::random_device _random;
 
-    // What the thread looks at, that gives up what is kept.
-    std::mutex _mutex;
-    std::condition_variable _wake;
+    /// The thread that gives up what is kept, and what it waits with.
+    struct tWatch {
+        std::mutex mutex;
+        std::condition_variable wake;
+        std::thread thread;
+    };
+    std::unique_ptr<tWatch> _watch = std::make_unique<tWatch>();
+
+    // What it looks at.
     tStage _stage = tStage::kNone;
     tTime _keepUntil;
-    tTime _lookedAt;       ///< when the connection was found quiet
-    bool _active = false;  ///< whether a guard was given back since the thread has looked
-    bool _asleep = false;  ///< whether the thread waits for that
+    tTime _wakesAt = tTime::max();  ///< when it looks again, unless it is woken
+    bool _active = false;           ///< whether a guard was given back since it has looked
     bool _over = false;
-    std::unique_ptr<std::thread> _thread;
+    tTime _lookedAt;  ///< when the connection was found quiet
 };
 
 }  // namespace lumivard::platform::stores

@@ -20,7 +20,10 @@ inline constexpr const char* kTables[] = {
     "PRIMARY KEY(store, off, chunk)) WITH (fillfactor = 70)",
     "CREATE TABLE IF NOT EXISTS lvp_change(store bigint, epoch bigint, writer bigint NOT NULL, offs bigint[] NOT NULL, "
     "PRIMARY KEY(store, epoch))",
-    "/* PostgreSQL */ ALTER TABLE lvp_record ALTER COLUMN body SET STORAGE EXTERNAL",
+    // Only where it is not so: it waits for everybody who is at work on any store, and holds up all who come after.
+    "/* PostgreSQL */ DO $$ BEGIN IF (SELECT attstorage <> 'e' FROM pg_attribute WHERE attrelid = "
+    "'lvp_record'::regclass "
+    "AND attname = 'body') THEN ALTER TABLE lvp_record ALTER COLUMN body SET STORAGE EXTERNAL; END IF; END $$",
 };
 
 /// How a statement begins that is for PostgreSQL itself, and not for other databases that speak its language.

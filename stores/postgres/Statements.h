@@ -8,6 +8,7 @@ inline constexpr char kReadOnly[] = "SELECT current_setting('transaction_read_on
 inline constexpr char kVersion[] = "SELECT version()";
 inline constexpr char kTimeline[] =
     "SELECT ('x' || substr(pg_walfile_name(pg_current_wal_lsn()), 1, 8))::bit(32)::bigint";
+inline constexpr char kWaitAtMost[] = "SELECT set_config('lock_timeout', $1, false)";
 inline constexpr char kFind[] =
     "SELECT id, epoch, writer, low_epoch, next_off, version, format::bigint, layout FROM lvp_store WHERE name = $1";
 inline constexpr char kWriter[] = "SELECT writer FROM lvp_change WHERE store = $1 AND epoch = $2";
@@ -16,8 +17,9 @@ inline constexpr char kWriter[] = "SELECT writer FROM lvp_change WHERE store = $
 inline constexpr char kBegin[] = "BEGIN ISOLATION LEVEL READ COMMITTED READ WRITE";
 inline constexpr char kBeginReading[] = "BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY";
 inline constexpr char kLock[] =
-    "SELECT epoch, writer, low_epoch, next_off, version FROM lvp_store WHERE id = $1 FOR UPDATE";
-inline constexpr char kPeek[] = "SELECT epoch, writer, low_epoch, next_off, version FROM lvp_store WHERE id = $1";
+    "SELECT epoch, writer, low_epoch, next_off, version, layout FROM lvp_store WHERE id = $1 FOR UPDATE";
+inline constexpr char kPeek[] =
+    "SELECT epoch, writer, low_epoch, next_off, version, layout FROM lvp_store WHERE id = $1";
 inline constexpr char kCommit[] = "COMMIT";
 inline constexpr char kRollBack[] = "ROLLBACK";
 
@@ -28,13 +30,14 @@ inline constexpr char kRenewed[] =
     "SELECT off, body FROM lvp_record WHERE store = $1 AND chunk = 0 AND octet_length(body) < 8192 AND off = ANY(ARRAY("
     "SELECT DISTINCT unnest(offs) FROM lvp_change WHERE store = $1 AND epoch > $2 ORDER BY 1 LIMIT 256)) ORDER BY off";
 
-// Records: one of any length, and short ones, which are a single row.
+// Records: one of any length, and several, of which only short ones come, that are a single row.
 inline constexpr char kLoad[] = "SELECT body FROM lvp_record WHERE store = $1 AND off = $2 ORDER BY chunk";
 inline constexpr char kNear[] =
-    "SELECT off, body FROM lvp_record WHERE store = $1 AND off > $2 AND off <= $3 AND chunk = 0 "
-    "AND octet_length(body) < 8192";
+    "SELECT off, CASE WHEN octet_length(body) < 8192 THEN body END FROM lvp_record WHERE store = $1 AND off > $2 "
+    "AND off <= $3 AND chunk = 0 ORDER BY off";
 inline constexpr char kSeveral[] =
-    "SELECT off, body FROM lvp_record WHERE store = $1 AND off = ANY($2) AND chunk = 0 AND octet_length(body) < 8192";
+    "SELECT off, CASE WHEN octet_length(body) < 8192 THEN body END FROM lvp_record WHERE store = $1 AND off = ANY($2) "
+    "AND chunk = 0 ORDER BY off";
 
 // A commit.
 inline constexpr char kErase[] = "DELETE FROM lvp_record WHERE store = $1 AND off = ANY($2)";

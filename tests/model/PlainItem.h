@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <map>
 #include <memory>
@@ -25,12 +26,15 @@ struct PlainItem {
     enum tKind { kRoot, kPrimitive, kTable, kContainer };
     enum tFlag : unsigned char { kInherited = 2, kHidden = 4, kExternal = 8 };
 
+    /// Processes that have the tree open, of which each counts its own objects alone.
+    static constexpr std::size_t kProcesses = 4;
+
     tKind kind = kRoot;
     std::size_t number = 0;  ///< in the order of their making
     std::wstring name;
     PlainItem* parent = nullptr;
     bool dead = false;
-    int open = 0;  ///< how many objects stand over it
+    std::array<int, kProcesses> open{};  ///< how many objects stand over it
     unsigned char flags = 0;
     std::shared_ptr<tTexts> texts;
     std::wstring base;

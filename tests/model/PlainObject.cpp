@@ -10,6 +10,7 @@ TreeObject::tPtr PlainObject::open(PlainTree& tree, PlainItem* item, tFace face)
 PlainObject::PlainObject(PlainTree& tree, PlainItem& item, tFace face)
     : _tree(tree),
       _item(item),
+      _process(tree.process()),
       _face(face),
       _parent(item.parent),
       _tag(item.name),
@@ -25,12 +26,12 @@ PlainObject::PlainObject(PlainTree& tree, PlainItem& item, tFace face)
       _valuelocale(item.valuelocale) {
     if (_external) _uri = textOf(item.value);
     loadDefaults();
-    ++item.open;
+    ++item.open[_process];
 }
 
 PlainObject::~PlainObject() {
-    _texts.keep();
-    --_item.open;
+    if (!_tree.leavesNothing()) _texts.keep();
+    --_item.open[_process];
 }
 
 TreeObject::tKind PlainObject::kind() const {
@@ -93,7 +94,7 @@ bool PlainObject::destroy(const std::wstring& name) {
     if (!child || name.empty()) return false;
     if (!child->dead) {
         if (child->flags & PlainItem::kInherited) return false;
-        if (!_tree.rules().destroyIgnoresOpenObjects && !PlainTree::unused(*child)) return false;
+        if (!_tree.rules().destroyIgnoresOpenObjects && !_tree.unused(*child)) return false;
         _tree.destroy(*child);
     }
     _known.erase(name);

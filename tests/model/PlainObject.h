@@ -23,6 +23,7 @@ public:
     ~PlainObject() override;
 
     tKind kind() const override;
+    bool isGone() const override { return _item.dead; }
     std::wstring tag() override { return _tag; }
     std::wstring path() override;
     tPtr parent() override;
@@ -98,6 +99,7 @@ private:
 
     PlainTree& _tree;
     PlainItem& _item;
+    std::size_t _process;
     tFace _face;
     PlainItem* _parent;
     std::wstring _tag;

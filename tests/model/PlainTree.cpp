@@ -96,9 +96,9 @@ void PlainTree::each(PlainItem& item, const std::function<void(PlainItem&)>& vis
     }
 }
 
-bool PlainTree::unused(PlainItem& item) {
+bool PlainTree::unused(PlainItem& item) const {
     bool unused = true;
-    each(item, [&](PlainItem& each) { unused = unused && each.open == 0; });
+    each(item, [&](PlainItem& each) { unused = unused && each.open[_process] == 0; });
     return unused;
 }
 
@@ -127,7 +127,7 @@ PlainItem* PlainTree::copy(const PlainItem& source, const tCopied& copied, std::
         *to = *from;
         to->parent = parent;
         to->number = number;
-        to->open = 0;
+        to->open = {};
         to->list.reset();
         const std::shared_ptr<tTexts>& own = first ? copied.texts : from->texts;
         to->texts = own && !_rules.copiesShareTexts ? std::make_shared<tTexts>(*own) : own;

@@ -30,6 +30,17 @@ public:
     void reopen() override {}
 
     const tRules& rules() const { return _rules; }
+
+    /// Who does what follows, and whose objects come and go: one of several processes that share the stores. Nobody's
+    /// objects keep another one from destroying what they look at. The objects of a process that has died
+    /// `leaveNothing` when they go.
+    void process(std::size_t number, bool leavesNothing = false) {
+        _process = number;
+        _leavesNothing = leavesNothing;
+    }
+    std::size_t process() const { return _process; }
+    bool leavesNothing() const { return _leavesNothing; }
+
     PlainItem& root(unsigned int store) { return *_roots[store]; }
     PlainItem* schema(const std::wstring& name) { return _schemas->child(name); }
 
@@ -39,8 +50,8 @@ public:
     /// there.
     static PlainItem* follow(PlainItem& start, const std::wstring& path);
 
-    /// Whether nothing is open from an item downwards, and its end with all that is found there by name.
-    static bool unused(PlainItem& item);
+    /// Whether this process has nothing open from an item downwards, and its end with all that is found there by name.
+    bool unused(PlainItem& item) const;
     void destroy(PlainItem& item);
 
     /// What of an item is copied.
@@ -71,6 +82,8 @@ private:
     std::array<PlainItem*, 2> _roots;
     PlainItem* _schemas;
     std::size_t _alive = 0;
+    std::size_t _process = 0;
+    bool _leavesNothing = false;
 };
 
 }  // namespace lumivard::platform::model

@@ -27,6 +27,7 @@ public:
 
     // All items.
     virtual tKind kind() const = 0;
+    virtual bool isGone() const { return false; }  ///< of a model: another process has destroyed what it looks at
     virtual std::wstring tag() = 0;
     virtual std::wstring path() = 0;
     virtual tPtr parent() = 0;

@@ -4,12 +4,18 @@
 #include <iterator>
 #include <utility>
 
+#include "lumivard/platform/core/string/WideString.h"
+
 namespace lumivard::platform::model {
 
 namespace {
 
 std::wstring number(long long value) {
     return L" " + std::to_wstring(value);
+}
+
+std::string inUtf8(const std::wstring& text) {
+    return data::WideString(text.c_str()).string();
 }
 
 std::wstring hex(const std::string& bytes) {
@@ -130,9 +136,18 @@ int TreeClient::target(const TreeOperation& operation) {
     return object ? static_cast<int>(object->kind()) : -1;
 }
 
+bool TreeClient::isGone(const TreeOperation& operation) const {
+    using Op = TreeOperation;
+    const auto gone = [this](unsigned int slot) { return _kept[slot] && _kept[slot]->isGone(); };
+    const bool copies = operation.code == Op::kCopy || operation.code == Op::kClone;
+    // A rename goes by the name in the owner, whatever item has it now.
+    if (operation.code == Op::kDropAll || operation.code == Op::kRename) return false;
+    return (operation.slot != Op::kNone && gone(operation.slot)) || (copies && gone(operation.source));
+}
+
 std::wstring TreeClient::perform(const TreeOperation& operation) {
     if (operation.code == TreeOperation::kDropAll) {
-        for (auto& kept : _kept) kept.reset();
+        dropAll();
         _tree.reopen();
         return {};
     }
@@ -144,6 +159,10 @@ std::wstring TreeClient::perform(const TreeOperation& operation) {
     if (operation.code == TreeOperation::kKeep) return keep(open(operation.store, operation.path), operation.into);
     const auto fresh = open(operation.store, operation.path);
     return fresh ? perform(*fresh, operation) : L"nothing is found";
+}
+
+void TreeClient::dropAll() {
+    for (auto& kept : _kept) kept.reset();
 }
 
 std::wstring TreeClient::keep(TreeObject::tPtr result, unsigned int slot) {
@@ -254,7 +273,7 @@ std::wstring TreeClient::everything(unsigned int store, const std::wstring& top)
     return all(_tree.find(store, top));
 }
 
-std::wstring described(const TreeOperation& operation) {
+std::string described(const TreeOperation& operation) {
     static constexpr const wchar_t* kNames[] = {L"look",
                                                 L"parent",
                                                 L"rename",
@@ -292,9 +311,16 @@ std::wstring described(const TreeOperation& operation) {
     const std::wstring on = operation.slot == TreeOperation::kNone
                                 ? L" at " + std::to_wstring(operation.store) + L":" + operation.path
                                 : L" through" + number(operation.slot);
-    return kNames[operation.code] + on + L", source" + number(operation.source) + L", into" + number(operation.into) +
-           L", name \"" + operation.name + L"\", text \"" + operation.text + L"\"," + number(operation.number) +
-           number(operation.count) + L", schema" + number(operation.schema);
+    return inUtf8(kNames[operation.code] + on + L", source" + number(operation.source) + L", into" +
+                  number(operation.into) + L", name \"" + operation.name + L"\", text \"" + operation.text + L"\"," +
+                  number(operation.number) + number(operation.count) + L", schema" + number(operation.schema));
+}
+
+std::string firstDifference(const std::wstring& found, const std::wstring& expected) {
+    const auto at = std::mismatch(found.begin(), found.end(), expected.begin(), expected.end()).first - found.begin();
+    const auto newline = at == 0 ? std::wstring::npos : found.rfind(L'\n', static_cast<std::size_t>(at) - 1);
+    const std::size_t start = newline == std::wstring::npos ? 0 : newline + 1;
+    return inUtf8(L"it gave\n" + found.substr(start, 400) + L"\nand not\n" + expected.substr(start, 400));
 }
 
 }  // namespace lumivard::platform::model

@@ -56,11 +56,11 @@ struct TreeOperation {
     tCode code = kLook;
     unsigned int store = 0;
     unsigned int slot = kNone;  ///< the kept object; `kNone` for one that is opened
-    std::wstring path;          ///< what is opened then
+    std::wstring path{};        ///< what is opened then
     unsigned int source = 0;    ///< the slot of a second object
     unsigned int into = kNone;  ///< where the result is kept
-    std::wstring name;
-    std::wstring text;
+    std::wstring name{};
+    std::wstring text{};
     unsigned int number = 0;
     unsigned int count = 0;
     int schema = -1;
@@ -75,6 +75,12 @@ public:
     std::wstring perform(const TreeOperation& operation);
 
     bool keeps(unsigned int slot) const { return _kept[slot] != nullptr; }
+
+    /// Of a model: whether an operation will go through an object over something that another process has destroyed.
+    bool isGone(const TreeOperation& operation) const;
+
+    /// Lets all kept objects go.
+    void dropAll();
 
     /// The kind of what an operation will be done to, or -1 for nothing.
     int target(const TreeOperation& operation);
@@ -93,7 +99,10 @@ private:
     std::array<TreeObject::tPtr, TreeOperation::kSlots> _kept;
 };
 
-/// A line for a person.
-std::wstring described(const TreeOperation& operation);
+/// A line for a person, in UTF-8.
+std::string described(const TreeOperation& operation);
+
+/// The first lines that do not agree of what two clients told, likewise.
+std::string firstDifference(const std::wstring& found, const std::wstring& expected);
 
 }  // namespace lumivard::platform::model

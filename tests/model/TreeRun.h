@@ -2,9 +2,9 @@
 
 #include <cstdint>
 #include <deque>
-#include <random>
 #include <string>
 
+#include "tests/model/AnyOperation.h"
 #include "tests/model/PlainTree.h"
 #include "tests/model/TreeOperation.h"
 
@@ -30,17 +30,12 @@ public:
     const std::string& difference() const { return _difference; }
 
 private:
-    TreeOperation any();
-    TreeOperation::tCode anyCode(int kind, bool kept);
-    std::wstring anyName();
-    std::wstring anyRoute();
-    unsigned int below(std::uint64_t count) { return static_cast<unsigned int>(_random() % count); }
     bool differs(const std::wstring& found, const std::wstring& expected);
 
-    std::mt19937_64 _random;
     PlainTree _plain;
     TreeClient _realClient;
     TreeClient _plainClient;
+    AnyOperation _any;
     std::uint64_t _done = 0;
     std::deque<TreeOperation> _last;
     std::string _difference;

@@ -51,6 +51,7 @@ function(try_installation root work)
         -DCMAKE_DISABLE_FIND_PACKAGE_GTest=ON --no-warn-unused-cli)
     run(${CMAKE_COMMAND} --build ${work}/build)
     run(${work}/build/consumer ${work}/found.lvp)
+    run(${work}/build/database_consumer)
 
     # By pkg-config.
     set(ENV{PKG_CONFIG_PATH} ${libraries}/pkgconfig)
@@ -59,6 +60,12 @@ function(try_installation root work)
     separate_arguments(flags UNIX_COMMAND "${flags}")
     run(${COMPILER} -std=c++20 ${main} -o ${work}/by-pkg-config ${flags} -Wl,-rpath,${libraries})
     run(${work}/by-pkg-config ${work}/by-pkg-config.lvp)
+    execute_process(COMMAND pkg-config --cflags --libs lvp_data_postgres
+        OUTPUT_VARIABLE flags OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+    separate_arguments(flags UNIX_COMMAND "${flags}")
+    run(${COMPILER} -std=c++20 ${SOURCE}/tests/package/consumer/database.cpp -o ${work}/database-by-pkg-config ${flags}
+        -Wl,-rpath,${libraries})
+    run(${work}/database-by-pkg-config)
 
     # By the compiler alone.
     run(${COMPILER} -std=c++20 -I${root}/include ${main} -o ${work}/plain

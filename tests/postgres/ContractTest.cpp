@@ -12,9 +12,6 @@ namespace {
 
 using stores::Server;
 
-// The library is a static one here, of which a linker takes what is called.
-[[maybe_unused]] const bool kLinked = stores::kPostgresIsKnown;
-
 class DatabaseSubject final : public ISubject {
 public:
     /// The store is opened as programs open it, with these parameters.

@@ -295,7 +295,7 @@ TEST_F(DatabaseFailure, DoesNotComeWhereAStoreIsSetUpListedAndRemoved) {
                 Contains(testing::AllOf(Field(&PostgresStore::name, name + " more"), Field(&PostgresStore::version, 3U),
                                         Field(&PostgresStore::extent, 1U), Field(&PostgresStore::epoch, 1U))));
     EXPECT_THAT(messageOf<StoreError>([&] { runInPostgres(location, postgresCreation(location)); }),
-                HasSubstr("there is one of that name already"));
+                HasSubstr("there is a store of that name already"));
     runInPostgres(location, postgresRemoval(location));
     EXPECT_THAT(messageOf<StoreError>([&] { postgres(location, tMode::kRead); }), HasSubstr("there is no store"));
 }

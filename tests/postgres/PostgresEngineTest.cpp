@@ -21,7 +21,7 @@ using testing::HasSubstr;
 using tLock = std::unique_ptr<IDataStore::ILock>;
 
 /// Two clients of one store.
-class Database : public testing::Test {
+class Clients : public testing::Test {
 protected:
     void SetUp() override {
         if (!Server::isThere()) GTEST_SKIP() << "no server was named by LVP_POSTGRES: see scripts/test-postgres.sh";
@@ -42,7 +42,7 @@ protected:
     std::unique_ptr<Core> b;
 };
 
-TEST_F(Database, ShowsAClientUnderItsGuardWhatOthersHaveDone) {
+TEST_F(Clients, ShowsAClientUnderItsGuardWhatOthersHaveDone) {
     EXPECT_EQ(create(*a, "one"), 0U);
     a->version(7);
     a->flush();
@@ -53,7 +53,7 @@ TEST_F(Database, ShowsAClientUnderItsGuardWhatOthersHaveDone) {
     EXPECT_EQ(stored("epoch"), 1);
 }
 
-TEST_F(Database, KeepsRecordsOfAllLengths) {
+TEST_F(Clients, KeepsRecordsOfAllLengths) {
     const std::vector<std::size_t> sizes{0, 1, 8191, 8192, 8193, 16384, 100'000, 3, 20'000, 0};
     const unsigned int offset = create(*a, "");
     for (const std::size_t size : sizes) {
@@ -75,7 +75,7 @@ TEST_F(Database, KeepsRecordsOfAllLengths) {
     EXPECT_EQ(b->size(offset), 0U);
 }
 
-TEST_F(Database, LetsOneWriterInAtATime) {
+TEST_F(Clients, LetsOneWriterInAtATime) {
     constexpr int kRounds = 100;
     create(*a, std::string(1, '\0'));
     a->flush();
@@ -95,7 +95,7 @@ TEST_F(Database, LetsOneWriterInAtATime) {
     EXPECT_EQ(stored("epoch"), 2 * kRounds + 1) << "each commit has an epoch of its own";
 }
 
-TEST_F(Database, ShowsAReaderOneStateUnderAGuard) {
+TEST_F(Clients, ShowsAReaderOneStateUnderAGuard) {
     create(*a, "old");
     create(*a, "old");
     a->flush();
@@ -108,7 +108,7 @@ TEST_F(Database, ShowsAReaderOneStateUnderAGuard) {
     EXPECT_EQ(contents(*reader, 1), "old");
 }
 
-TEST_F(Database, ConnectsAnewWhereTheConnectionWasLostBetweenGuards) {
+TEST_F(Clients, ConnectsAnewWhereTheConnectionWasLostBetweenGuards) {
     create(*a, "one");
     a->flush();
     Server::cutAll();
@@ -118,7 +118,7 @@ TEST_F(Database, ConnectsAnewWhereTheConnectionWasLostBetweenGuards) {
     EXPECT_EQ(contents(*b, 0), "two");
 }
 
-TEST_F(Database, CommitsAgainWhatWasNotDoneWhenTheConnectionWasLost) {
+TEST_F(Clients, CommitsAgainWhatWasNotDoneWhenTheConnectionWasLost) {
     create(*a, "one");
     a->flush();
     {
@@ -132,7 +132,7 @@ TEST_F(Database, CommitsAgainWhatWasNotDoneWhenTheConnectionWasLost) {
     EXPECT_EQ(contents(*b, 0), "two");
 }
 
-TEST_F(Database, GivesUpAGuardWhoseConnectionWasLostWhenSomebodyElseGotInBetween) {
+TEST_F(Clients, GivesUpAGuardWhoseConnectionWasLostWhenSomebodyElseGotInBetween) {
     create(*a, "one");
     a->flush();
     const tLock guard(a->lock());
@@ -147,16 +147,24 @@ TEST_F(Database, GivesUpAGuardWhoseConnectionWasLostWhenSomebodyElseGotInBetween
 
 // Pieces of a flush: the statements, and the answers. Cut before the server has them all, the commit was not done; cut
 // behind, it was, and only the answer is missing.
-TEST_F(Database, CommitsOnceWhereverTheConnectionIsCut) {
+class ClientsWay : public Clients, public testing::WithParamInterface<std::chrono::milliseconds> {};
+INSTANTIATE_TEST_SUITE_P(Kept, ClientsWay,
+                         testing::Values(std::chrono::milliseconds(0), std::chrono::milliseconds(50),
+                                         std::chrono::hours(1)));
+
+TEST_P(ClientsWay, CommitsOnceWhereverTheConnectionIsCut) {
     Proxy proxy(Server::port());
-    Core store(name, std::make_unique<PostgresEngine>(Server::settings(name, proxy.port()), tMode::kWrite),
-               tMode::kWrite);
+    auto settings = Server::settings(name, proxy.port());
+    settings.keep = GetParam();
+    auto client =
+        std::make_unique<Core>(name, std::make_unique<PostgresEngine>(settings, tMode::kWrite), tMode::kWrite);
+    Core& store = *client;
     create(store, "begin");
     store.flush();
     long long epoch = stored("epoch");
     int cuts = 0;
     for (int round = 0; round < 3; ++round) {
-        for (int piece = 1; piece <= 8; ++piece) {
+        for (int piece = 1; piece <= 10; ++piece) {
             SCOPED_TRACE("piece " + std::to_string(piece));
             const std::string bytes = std::to_string(round) + " " + std::to_string(piece) + std::string(20'000, '.');
             const tLock guard(store.lock());
@@ -170,11 +178,12 @@ TEST_F(Database, CommitsOnceWhereverTheConnectionIsCut) {
         }
     }
     EXPECT_GE(cuts, 6);
+    client.reset();  // which may keep its guard
     const tLock guard(b->lock());
-    EXPECT_EQ(contents(*b, 0).substr(0, 4), "2 8.");
+    EXPECT_EQ(contents(*b, 0).substr(0, 4), "2 10");
 }
 
-TEST_F(Database, GoesOnAfterTheServerHasRefusedATransaction) {
+TEST_F(Clients, GoesOnAfterTheServerHasRefusedATransaction) {
     create(*a, "one");
     a->flush();
     Server::run("ALTER TABLE lvp_change ADD CONSTRAINT odd CHECK (writer = 0) NOT VALID");
@@ -190,17 +199,38 @@ TEST_F(Database, GoesOnAfterTheServerHasRefusedATransaction) {
     EXPECT_EQ(contents(*b, 0), "one");
 }
 
-TEST_F(Database, RefusesAStoreThatThereIsNot) {
+TEST_F(Clients, RefusesAStoreThatThereIsNot) {
     EXPECT_THAT(messageOf<EngineError>([&] { PostgresEngine(Server::settings("nowhere"), tMode::kWrite); }),
                 HasSubstr("there is no store \"nowhere\" in the database"));
 }
 
-TEST_F(Database, WaitsNoLongerThanItsDeadlineForTheGuard) {
+TEST_F(Clients, WaitsNoLongerThanItsDeadlineForTheGuard) {
     const tLock guard(a->lock());
     auto settings = Server::settings(name);
     settings.deadline = std::chrono::milliseconds(100);
     Core hasty(name, std::make_unique<PostgresEngine>(settings, tMode::kWrite), tMode::kWrite);
     EXPECT_THAT(messageOf<StoreError>([&] { const tLock other(hasty.lock()); }), HasSubstr("did not answer in time"));
+}
+
+// A flush under a guard stores, and takes the guard again, for which others may wait.
+TEST_F(Clients, HasStoredWhatWasFlushedUnderAGuardThatCannotBeHadAgain) {
+    create(*a, "one");
+    a->flush();
+    auto settings = Server::settings(name);
+    settings.deadline = std::chrono::milliseconds(200);
+    Core hasty(name, std::make_unique<PostgresEngine>(settings, tMode::kWrite), tMode::kWrite);
+    {
+        const tLock guard(hasty.lock());
+        update(hasty, 0, "two");
+        const Server::Waiter other("BEGIN; LOCK TABLE lvp_store IN EXCLUSIVE MODE");
+        EXPECT_NO_THROW(hasty.flush());
+        EXPECT_EQ(stored("epoch"), 2) << "it is stored";
+        EXPECT_THAT(messageOf<StoreError>([&] { update(hasty, 0, "three"); }), HasSubstr("did not answer in time"));
+    }
+    EXPECT_NO_THROW(hasty.flush()) << "nothing has changed under the guard that was lost";
+    update(hasty, 0, "four");
+    EXPECT_NO_THROW(hasty.flush());
+    EXPECT_EQ(stored("epoch"), 3);
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <stdexcept>
+#include <thread>
 
 #include <unistd.h>
 
@@ -18,6 +19,8 @@ const char* location() {
 
 std::string answer(const std::string& sql) {
     const std::unique_ptr<PGconn, void (*)(PGconn*)> connection(PQconnectdb(location()), PQfinish);
+    PQsetNoticeProcessor(
+        connection.get(), [](void*, const char*) {}, nullptr);
     const std::unique_ptr<PGresult, void (*)(PGresult*)> result(PQexec(connection.get(), sql.c_str()), PQclear);
     const ExecStatusType status = PQresultStatus(result.get());
     if (status == PGRES_TUPLES_OK) return PQgetvalue(result.get(), 0, 0);
@@ -37,6 +40,13 @@ void Server::run(const std::string& sql) {
 
 long long Server::count(const std::string& sql) {
     return std::stoll(answer(sql));
+}
+
+Server::Waiter::Waiter(const std::string& sql) : _connection(PQconnectdb(location()), PQfinish) {
+    const std::string waits = "SELECT count(*) FROM pg_stat_activity WHERE wait_event_type = 'Lock' AND pid = " +
+                              std::to_string(PQbackendPID(_connection.get()));
+    if (PQsendQuery(_connection.get(), sql.c_str()) != 1) throw std::runtime_error(PQerrorMessage(_connection.get()));
+    while (count(waits) == 0) std::this_thread::yield();
 }
 
 std::string Server::newStore() {

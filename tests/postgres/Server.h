@@ -7,6 +7,8 @@
 #include "stores/core/Core.h"
 #include "stores/postgres/PostgresEngine.h"
 
+struct pg_conn;
+
 namespace lumivard::platform::stores {
 
 /// The server that the tests were given, by the environment variable LVP_POSTGRES; its tables are made when it is first
@@ -19,6 +21,16 @@ public:
     /// Runs a statement that gives no rows.
     static void run(const std::string& sql);
     static long long count(const std::string& sql);
+
+    /// A client that waits for a lock with its statements, and has it as soon as it can be had, until its own end.
+    class Waiter {
+    public:
+        /// Returns when it waits.
+        explicit Waiter(const std::string& sql);
+
+    private:
+        std::unique_ptr<pg_conn, void (*)(pg_conn*)> _connection;
+    };
 
     /// Makes a new, empty store, and gives its name.
     static std::string newStore();

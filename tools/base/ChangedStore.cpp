@@ -8,15 +8,6 @@
 
 namespace lvp::tool {
 
-namespace {
-
-bool isThere(const std::string& name) {
-    std::error_code error;
-    return std::filesystem::exists(name, error);
-}
-
-}  // namespace
-
 ChangedStore::ChangedStore(const std::string& name, bool mayMake)
     : _name(name), _isNew(!isThere(name)), _store(mayMake ? openToWrite(name) : openToChange(name)) {
     // Somebody else may have made it in between, and filled it. From here on nobody else does.
@@ -33,7 +24,10 @@ ChangedStore::~ChangedStore() {
     std::filesystem::remove(_name + "-lock", error);
 }
 
+// What is done in a database is stored when the guard is given back, which cannot throw: that it was not is told by the
+// flush behind it.
 void ChangedStore::keep() {
+    _store.letGo();
     _store->flush();
     _kept = true;
 }

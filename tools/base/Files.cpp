@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -13,7 +14,11 @@
 
 #include "lumivard/platform/core/io/FileWriter.h"
 #include "lumivard/platform/stores.h"
+#ifdef LVP_TOOL_POSTGRES
+#include "lumivard/platform/stores/Postgres.h"
+#endif
 #include "tools/base/ExitStatus.h"
+#include "tools/base/Location.h"
 #include "tools/base/Watch.h"
 
 namespace lvp::tool {
@@ -22,16 +27,38 @@ namespace stores = lumivard::platform::stores;
 
 namespace {
 
-std::unique_ptr<IDataStore> openStore(const std::string& store, stores::tMode mode) {
+#ifdef LVP_TOOL_POSTGRES
+/// Opens a store in a database. Nobody takes its guard again when it is given back, so it is not kept.
+HeldStore openLocation(const std::string& location, stores::tMode mode) {
+    try {
+        return HeldStore(stores::postgres(location, mode, {.keep = std::chrono::milliseconds(0)}));
+    } catch (const stores::StoreError& failure) {
+        const std::string words = failure.what();
+        const bool isNone = words.find("no store \"") != words.npos || words.find("no stores in") != words.npos;
+        const std::string advice = " lvp-data store create makes one, store list shows those that there are";
+        throw Failure(kCannotOpen, words + (isNone ? advice : ""));
+    }
+}
+#endif
+
+void refuseSlip(const std::string& store) {
+    if (!isAlmostLocation(store)) return;
+    throw Failure(kCannotOpen, "cannot open " + store + ": the location of a store begins with postgresql://");
+}
+
+HeldStore openStore(const std::string& store, stores::tMode mode) {
+    refuseSlip(store);
     if (store == "memory:")
         throw Failure(kCannotOpen, "a store in memory would be gone with this command: give a file");
-    Watch watch("opening " + store, "pages");
+    Watch watch("opening " + shown(store), "pages");
+#ifdef LVP_TOOL_POSTGRES
+    if (isLocation(store)) return openLocation(store, mode);
+#endif
     // A file that is made here has nothing to measure, and is not left behind by an interrupt.
-    std::error_code error;
-    const auto listener = std::filesystem::exists(store, error) ? watch.listener() : stores::tProgress();
+    const auto listener = isThere(store) ? watch.listener() : stores::tProgress();
     try {
         // Whoever turns to the tool may do so because a file is damaged: every page is measured first.
-        return stores::open(store, mode, {.verify = true, .progress = listener});
+        return HeldStore(stores::open(store, mode, {.verify = true, .progress = listener}));
     } catch (const stores::StoreError& failure) {
         refuseStore(store, failure);
     }
@@ -50,23 +77,29 @@ void refuseStore(const std::string& store, const stores::StoreError& error) {
     throw Failure(kCannotOpen, error.what());
 }
 
-std::unique_ptr<IDataStore> openToRead(const std::string& store) {
+HeldStore openToRead(const std::string& store) {
     return openStore(store, stores::tMode::kRead);
 }
 
-std::unique_ptr<IDataStore> openToWrite(const std::string& store) {
+HeldStore openToWrite(const std::string& store) {
     return openStore(store, stores::tMode::kWrite);
 }
 
-std::unique_ptr<IDataStore> openToChange(const std::string& store) {
-    std::error_code error;
-    if (!std::filesystem::exists(store, error)) {
+HeldStore openToChange(const std::string& store) {
+    if (!isThere(store)) {
+        refuseSlip(store);
         throw Failure(kCannotOpen, "Cannot open the store \"" + store + "\": there is no such file.");
     }
     return openToWrite(store);
 }
 
+bool isThere(const std::string& store) {
+    std::error_code error;
+    return isLocation(store) || std::filesystem::exists(store, error);
+}
+
 bool isDocument(const std::string& file) {
+    if (isLocation(file)) return false;
     std::error_code error;
     if (file == "-" || std::filesystem::is_fifo(file, error)) return true;  // where no store can be
     if (!std::filesystem::is_regular_file(file, error)) return false;
@@ -79,15 +112,20 @@ bool isDocument(const std::string& file) {
     return false;
 }
 
-bool isSameFile(const std::string& a, const std::string& b) {
+bool isSameStore(const std::string& a, const std::string& b) {
+    if (isLocation(a) || isLocation(b)) return isSameLocation(a, b);
     std::error_code error;
     return std::filesystem::equivalent(a, b, error) && !error;
 }
 
 void refuseOutput(const char* what, const std::string& output, const std::string& store,
                   const std::vector<std::string>& others) {
+    if (isLocation(output)) {
+        throw Failure(kCannotOpen, std::string("cannot write ") + what + " " + output +
+                                       ": it is the location of a store, and what is written is a file");
+    }
     const auto refuse = [&](const std::string& input) {
-        if (output.empty() || (!isSameFile(input, output) && !isSameFile(input + "-lock", output))) return;
+        if (output.empty() || (!isSameStore(input, output) && !isSameStore(input + "-lock", output))) return;
         throw Failure(kCannotOpen,
                       std::string(what) + " " + output + " would replace " + input + ", which it is made from");
     };
@@ -122,6 +160,9 @@ void requireReadable(const std::string& document) {
     // Not by opening it: who writes into a pipe would have lost his reader.
     struct stat status {};
     if (document == "-") return;
+    if (isLocation(document)) {
+        throw Failure(kCannotOpen, document + " is a store and no document: lvp-data export makes a document of it");
+    }
     errno = ::stat(document.c_str(), &status) == 0 && S_ISDIR(status.st_mode) ? EISDIR : 0;
     if (errno == 0 && ::access(document.c_str(), R_OK) == 0) return;
     throw Failure(kCannotOpen, "cannot read the document " + document + ": " + std::generic_category().message(errno));

@@ -6,37 +6,16 @@
 #include <iostream>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tools/base/Files.h"
+#include "tools/base/Location.h"
 #include "tools/base/Nearest.h"
 #include "tools/base/Text.h"
 #include "tools/base/Watch.h"
 
 namespace lvp::tool {
-
-namespace {
-
-tExitStatus tell(const char* sentence, tExitStatus status) {
-    std::cerr << "lvp-data: " << printable(sentence) << '\n';
-    return status;
-}
-
-tExitStatus guarded(const std::function<tExitStatus()>& work) {
-    try {
-        return work();
-    } catch (const Failure& failure) {
-        return tell(failure.what(), failure.status());
-    } catch (const Interrupted& interrupted) {
-        return tell((interrupted.work + " was interrupted, and nothing was changed").c_str(), kCannotFinish);
-    } catch (const std::bad_alloc&) {
-        return tell("there is not enough memory", kCannotFinish);
-    } catch (const std::exception& error) {
-        return tell(error.what(), kCannotFinish);
-    }
-}
-
-}  // namespace
 
 CommandLine::CommandLine()
     : _app(std::make_unique<CLI::App>("Reads, shows, changes and writes stores of structured, typed, localizable data.",
@@ -64,8 +43,31 @@ Verb CommandLine::addHidden(const char* name, std::function<tExitStatus()> work)
     return verb;
 }
 
+/// A location may hold a password, which no message repeats.
+tExitStatus CommandLine::tell(const char* sentence, tExitStatus status) const {
+    std::string told = sentence;
+    for (const std::string& word : _words) told = withoutSecrets(std::move(told), word);
+    std::cerr << "lvp-data: " << printable(told) << '\n';
+    return status;
+}
+
+tExitStatus CommandLine::guarded(const std::function<tExitStatus()>& work) const {
+    try {
+        return work();
+    } catch (const Failure& failure) {
+        return tell(failure.what(), failure.status());
+    } catch (const Interrupted& interrupted) {
+        return tell((interrupted.work + " was interrupted, and nothing was changed").c_str(), kCannotFinish);
+    } catch (const std::bad_alloc&) {
+        return tell("there is not enough memory", kCannotFinish);
+    } catch (const std::exception& error) {
+        return tell(error.what(), kCannotFinish);
+    }
+}
+
 tExitStatus CommandLine::run(int argc, char** argv) {
-    std::vector<std::string> words = Verb::marked({argv + std::min(argc, 1), argv + argc});
+    _words.assign(argv + std::min(argc, 1), argv + argc);
+    std::vector<std::string> words = Verb::marked(_words);
     const std::string first = words.empty() ? std::string() : words.front();
     const bool isVerb = !_app->get_subcommands([&](const CLI::App* verb) { return verb->get_name() == first; }).empty();
     const bool isOption = first.rfind('-', 0) == 0 && _app->get_option_no_throw(first) != nullptr;

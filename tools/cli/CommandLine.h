@@ -2,6 +2,8 @@
 
 #include <functional>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "tools/base/ExitStatus.h"
 #include "tools/cli/Verb.h"
@@ -34,12 +36,15 @@ public:
     tExitStatus run(int argc, char** argv);
 
 private:
+    tExitStatus tell(const char* sentence, tExitStatus status) const;
+    tExitStatus guarded(const std::function<tExitStatus()>& work) const;
     tExitStatus missesVerb(const std::string& word) const;
     tExitStatus refuseExtras() const;
     tExitStatus answer(const CLI::ParseError& error);
 
     std::unique_ptr<CLI::App> _app;
     std::function<tExitStatus()> _work;
+    std::vector<std::string> _words;  ///< that were given, of which messages may repeat some
 };
 
 }  // namespace lvp::tool

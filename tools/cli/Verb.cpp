@@ -5,6 +5,7 @@
 #include <cmath>
 #include <string_view>
 
+#include "tools/base/Location.h"
 #include "tools/base/Nearest.h"
 
 namespace lvp::tool {
@@ -113,6 +114,10 @@ Verb& Verb::flag(const char* name, bool& value, const char* help, const char* ne
     CLI::Option* const flag = _app.add_flag(name, value, help);
     if (needs) flag->needs(_app.get_option(needs));
     return *this;
+}
+
+Verb& Verb::store(std::string& store) {
+    return argument("STORE", store, kStoreHelp);
 }
 
 Verb& Verb::needSchemas(std::vector<std::string>& schemas) {

@@ -45,7 +45,7 @@ public:
     Verb& flag(const char* name, bool& value, const char* help, const char* needs = nullptr);
 
     // What several verbs have.
-    Verb& store(std::string& store) { return argument("STORE", store, "The store: a file"); }
+    Verb& store(std::string& store);
     Verb& item(std::string& path) { return argument("PATH", path, "Names from the top down, joined by dots"); }
     Verb& part(std::string& path) {
         return optionalArgument("PATH", path, "Names from the top down, joined by dots; the whole store when left out");

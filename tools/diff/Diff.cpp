@@ -7,6 +7,7 @@
 
 #include "tools/Verbs.h"
 #include "tools/base/Files.h"
+#include "tools/base/Location.h"
 #include "tools/base/Text.h"
 #include "tools/base/WatchedStore.h"
 #include "tools/diff/Comparison.h"
@@ -71,7 +72,8 @@ public:
     Reading(const Reading&) = delete;
     Reading& operator=(const Reading&) = delete;
     ~Reading() {
-        if (_faults > kFaultsTold) std::cerr << printable(_source.name()) << ": " << _faults - kFaultsTold << " more\n";
+        if (_faults > kFaultsTold)
+            std::cerr << printable(shown(_source.name())) << ": " << _faults - kFaultsTold << " more\n";
     }
 
     void read(const tExtent& extent) {
@@ -97,7 +99,7 @@ private:
     void refused(unsigned int offset, const std::string& why) {
         if (++_faults > kFaultsTold) return;
         const std::string where = _reader ? _reader->where() : std::string();
-        std::cerr << printable(_source.name()) << ": " << (where.empty() ? "" : "in " + printable(where) + ": ")
+        std::cerr << printable(shown(_source.name())) << ": " << (where.empty() ? "" : "in " + printable(where) + ": ")
                   << "record " << std::to_string(offset) << " cannot be read and is left out: " << printable(why)
                   << '\n';
     }
@@ -143,8 +145,8 @@ private:
 void writeJson(std::ostream& out, const tOptions& options, Comparison& comparison, unsigned long faults) {
     JsonWriter json(out);
     json.beginObject();
-    json.key("a").value(options.a);
-    json.key("b").value(options.b);
+    json.key("a").value(shown(options.a));
+    json.key("b").value(shown(options.b));
     json.key("equal").value(comparison.equal() && faults == 0);
     json.key("differences").beginArray();
     JsonReport report(json);
@@ -163,7 +165,7 @@ void write(const tOptions& options, Comparison& comparison, unsigned long faults
     if (options.json) {
         writeJson(output.stream(), options, comparison, faults);
     } else if (options.html) {
-        HtmlReport report(output.stream(), options.a, options.b);
+        HtmlReport report(output.stream(), shown(options.a), shown(options.b));
         const tCounts counts = comparison.tell(report, kValuesForPeople);
         report.finish(counts, faults);
     } else {

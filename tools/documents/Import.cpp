@@ -11,6 +11,7 @@
 #include "tools/base/Files.h"
 #include "tools/base/JsonWriter.h"
 #include "tools/base/Kinds.h"
+#include "tools/base/Location.h"
 #include "tools/base/Text.h"
 #include "tools/base/WatchedStore.h"
 #include "tools/documents/DocumentReader.h"
@@ -142,8 +143,8 @@ tOutcome import(const tOptions& options, Schemas& schemas, const Faults::tHear& 
     const auto start = std::chrono::steady_clock::now();
     ChangedStore target(options.store, true);
     if (target->extent() != 0) {
-        throw Failure(kCannotOpen,
-                      "the store " + options.store + " already holds data: give a new file to import into");
+        throw Failure(kCannotOpen, "the store " + options.store + " already holds data: give a new " +
+                                       (isLocation(options.store) ? "store" : "file") + " to import into");
     }
     std::error_code error;
     const auto size = std::filesystem::file_size(options.document, error);
@@ -185,7 +186,7 @@ tExitStatus importDocument(const tOptions& options) {
         JsonWriter json(out);
         json.beginObject();
         json.key("document").value(options.document);
-        json.key("store").value(options.store);
+        json.key("store").value(shown(options.store));
         json.key("messages").beginArray();
         outcome = import(options, schemas, [&](const Faults::tFault& fault) { writeFault(json, fault); });
         json.endArray();
@@ -207,7 +208,7 @@ void declareImport(CommandLine& line) {
     line.add("import", "Read an XML document into a new store", "import materials.xml materials.lvp",
              [options] { return importDocument(*options); })
         .argument("DOCUMENT", options->document, "The document: an XML file, or - for standard input")
-        .argument("STORE", options->store, "The store: a file, made when it is not there")
+        .argument("STORE", options->store, kNewStoreHelp)
         .schemas(options->schemas)
         .flag("--strict", options->strict, "Leave the store as it is when there is any fault")
         .json(options->json);

@@ -91,16 +91,16 @@ struct tOptions {
 /// too, if the item leaves it.
 template <class Work>
 tExitStatus transfer(const char* doing, const tOptions& options, bool leaves, Work work) {
-    const bool two = !options.target.empty() && !isSameFile(options.store, options.target);
+    const bool two = !options.target.empty() && !isSameStore(options.store, options.target);
     ChangedStore target(two ? options.target : options.store, false);
     std::optional<ChangedStore> left;
-    std::unique_ptr<IDataStore> read;
+    std::optional<HeldStore> read;
     if (two && leaves) left.emplace(options.store, false);
-    if (two && !leaves) read = openToRead(options.store);
+    if (two && !leaves) read.emplace(openToRead(options.store));
     Watch watch(doing, "steps");
     WatchedStore watchedTarget(*target, watch);
     std::optional<WatchedStore> watchedSource;
-    if (two) watchedSource.emplace(left ? **left : *read, watch);
+    if (two) watchedSource.emplace(left ? **left : **read, watch);
     const tPlace from{two ? &*watchedSource : &watchedTarget, options.store, tItemPath(options.path)};
     const tPlace to{&watchedTarget, two ? options.target : options.store, tItemPath(options.destination)};
     requireSetUp(*from.store, from.storeName);

@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "tools/base/Kinds.h"
+#include "tools/base/Location.h"
 #include "tools/base/Units.h"
 #include "tools/base/Values.h"
 #include "tools/items/Items.h"
@@ -152,7 +153,7 @@ void printItems(IDataStore& store, const std::string& storeName, const std::stri
     std::ostringstream out;  // a whole object or none
     JsonWriter json(out);
     json.beginObject();
-    json.key("store").value(storeName);
+    json.key("store").value(shown(storeName));
     json.key("path").value(path);
     json.key("items").beginArray();
     extent.byPath = !path.empty();

@@ -1,11 +1,10 @@
-#include <filesystem>
 #include <memory>
-#include <system_error>
 
 #include "lumivard/platform/data.h"
 #include "lumivard/platform/stores.h"
 #include "tools/Verbs.h"
 #include "tools/base/ChangedStore.h"
+#include "tools/base/Files.h"
 #include "tools/base/Kinds.h"
 #include "tools/base/Nearest.h"
 #include "tools/items/Items.h"
@@ -162,8 +161,7 @@ tExitStatus make(const tOptions& options) {
         schema = schemas.locator()->resolve(wide(options.classes));
     }
     const bool atTop = options.path.find('.') == std::string::npos;
-    std::error_code error;
-    if (!atTop && !options.parents && !std::filesystem::exists(options.store, error)) {
+    if (!atTop && !options.parents && !isThere(options.store)) {
         throw Failure(kCannotOpen, "there is no store " + options.store +
                                        ": with -p it is made, with the groups on the "
                                        "way to " +

@@ -61,7 +61,7 @@ Schemas::Schemas(const std::vector<std::string>& sources) : _sources(sources) {
 
 Schemas::IDataStore& Schemas::storeToRead(const std::string& store) {
     for (const tStore& open : _stores) {
-        if (!open.file.empty() && isSameFile(open.file, store)) return *open.store;
+        if (!open.name.empty() && isSameStore(open.name, store)) return *open.store;
     }
     _stores.push_back({store, openToRead(store)});
     requireSetUp(*_stores.back().store, store);
@@ -70,11 +70,11 @@ Schemas::IDataStore& Schemas::storeToRead(const std::string& store) {
 
 void Schemas::readDocument(const std::string& document) {
     requireReadable(document);
-    _stores.push_back({"", lumivard::platform::stores::memory()});
-    IDataStore* store = _stores.back().store.get();
+    _stores.push_back({"", HeldStore(lumivard::platform::stores::memory())});
+    IDataStore* store = &*_stores.back().store;
     // A locator of its own: what one finds in a document that is half read, it keeps.
     const auto above = ISchemaLocator::make(nullptr);
-    for (const tStore& open : _stores) above->push(open.store.get());
+    for (const tStore& open : _stores) above->push(&*open.store);
     DocumentReader reader(document);
     Faults faults([&](const Faults::tFault& fault) { printFault(document, fault); });
     IXMLFrontEnd::parse(store, &reader, above.get(), nullptr, &faults);

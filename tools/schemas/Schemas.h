@@ -7,6 +7,7 @@
 #include "lumivard/platform/core/storage/datastore/IDataStore.h"
 #include "lumivard/platform/data/metadata/ISchema.h"
 #include "lumivard/platform/data/metadata/ISchemaLocator.h"
+#include "tools/base/Files.h"
 
 namespace lvp::tool {
 
@@ -30,7 +31,7 @@ public:
     /// that breaks off is a failure of `kCannotOpen`.
     explicit Schemas(const std::vector<std::string>& sources);
 
-    /// A store to read, which may be one of those: a process opens a file once. It belongs to this object. Throws a
+    /// A store to read, which may be one of those: a process opens a store once. It belongs to this object. Throws a
     /// failure of `kCannotOpen` where it is not there or empty.
     IDataStore& storeToRead(const std::string& store);
 
@@ -53,8 +54,8 @@ private:
     [[noreturn]] void refuse(const std::string& uri) const;
 
     struct tStore {
-        std::string file;  ///< empty for a document
-        std::unique_ptr<IDataStore> store;
+        std::string name;  ///< empty for a document
+        HeldStore store;
     };
 
     std::vector<std::string> _sources;

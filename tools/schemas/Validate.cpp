@@ -5,6 +5,7 @@
 #include "tools/Verbs.h"
 #include "tools/base/Files.h"
 #include "tools/base/JsonWriter.h"
+#include "tools/base/Location.h"
 #include "tools/base/Text.h"
 #include "tools/items/Items.h"
 #include "tools/schemas/Conformance.h"
@@ -63,7 +64,7 @@ struct tOptions {
 void printJson(const tOptions& options, const std::string& difference) {
     JsonWriter json(std::cout);
     json.beginObject();
-    json.key("store").value(options.store);
+    json.key("store").value(shown(options.store));
     json.key("path").value(options.path);
     json.key("schemas").value(options.uris);
     json.key("conforms").value(difference.empty());

@@ -8,7 +8,9 @@
 #include "lumivard/platform/data/check/Check.h"
 #include "lumivard/platform/stores.h"
 #include "tools/Verbs.h"
+#include "tools/base/ChangedStore.h"
 #include "tools/base/Files.h"
+#include "tools/base/Location.h"
 #include "tools/base/Text.h"
 #include "tools/base/WatchedStore.h"
 #include "tools/stores/CheckJson.h"
@@ -23,13 +25,8 @@ namespace stores = lumivard::platform::stores;
 
 namespace {
 
-/// Whether a store has a file of its own; what others have beneath them is not ours to examine.
-bool isFile(const std::string& store) {
-    return store != "memory:" && store.rfind("postgresql://", 0) != 0;
-}
-
 stores::FileReport verify(const tCheckOptions& options) {
-    if (!isFile(options.store)) return {};
+    if (isLocation(options.store)) return {};  // what a database has beneath is not ours to examine
     Watch watch("check", "pages");
     try {
         return stores::verify(options.store, options.whole || options.repair, {.progress = watch.listener()});
@@ -65,9 +62,9 @@ check::Repair planFor(IDataStore& store, const check::Options& how) {
     return check::plan(watched, how);
 }
 
-/// What was found, why, and what is going to be done is told before anything is.
+/// What was found, why, and what is going to be done is told before anything is. Nobody else gets at the store between.
 void repair(const tCheckOptions& options, tCheckResult& result) {
-    const auto store = openToChange(options.store);
+    ChangedStore store(options.store, false);
     check::Options how{.whole = options.whole, .reclaim = options.reclaim};
     auto repair = planFor(*store, how);
     result.report = repair.before;
@@ -85,15 +82,14 @@ void repair(const tCheckOptions& options, tCheckResult& result) {
             throw Failure(kCannotFinish, std::string(error.what()) + "; the old bytes are in " + result.oldBytes);
         }
     }
+    store.keep();
     result.repair = std::move(repair);
 }
 
 tExitStatus checkStore(const tCheckOptions& options) {
-    if (options.repair && !isFile(options.store)) {
-        throw Failure(kCannotOpen, "only the store of a file can be repaired");
-    }
     tCheckResult result;
     result.store = options.store;
+    result.inFile = !isLocation(options.store);
     result.file = verify(options);
     if (options.repair && result.file.faultCount == 0) {
         repair(options, result);

@@ -2,6 +2,7 @@
 
 #include "lumivard/platform/core/string/WideString.h"
 #include "tools/base/JsonWriter.h"
+#include "tools/base/Location.h"
 
 namespace lvp::tool {
 
@@ -87,8 +88,8 @@ void writeRepair(JsonWriter& json, const tCheckResult& result) {
 void printJson(const tCheckResult& result, std::ostream& out) {
     JsonWriter json(out);
     json.beginObject();
-    json.key("store").value(result.store);
-    writeFile(json, result);
+    json.key("store").value(shown(result.store));
+    if (result.inFile) writeFile(json, result);
     if (result.report) writeReport(json, "report", *result.report);
     if (result.repair) writeRepair(json, result);
     json.key("clean").value(result.clean());

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "tools/base/ExitStatus.h"
+#include "tools/base/Location.h"
 
 namespace lvp::tool {
 
@@ -85,7 +86,7 @@ std::string hex(const std::string& bytes) {
 }  // namespace
 
 std::string keepOldBytes(const std::string& store, const check::Repair& repair) {
-    NewFile file(store + ".before-repair");
+    NewFile file(fileBeside(store) + ".before-repair");
     file.write("lvp-data before-repair 1\n");
     for (const check::Step& step : repair.steps) {
         const std::string& bytes = step.before;

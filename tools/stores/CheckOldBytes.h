@@ -6,9 +6,9 @@
 
 namespace lvp::tool {
 
-/// Writes the old bytes of all records that a repair changes to a new file beside the store, and returns its name: the
-/// store's with ".before-repair" behind it, and a number where there is such a file already. It is on the disk when
-/// this returns. A failure is one of `kCannotFinish`, and leaves no file.
+/// Writes the old bytes of all records that a repair changes to a new file beside the store, and returns its name: that
+/// of `fileBeside` with ".before-repair" behind it, and a number where there is such a file already. It is on the disk
+/// when this returns. A failure is one of `kCannotFinish`, and leaves no file.
 ///
 ///     lvp-data before-repair 1
 ///     <offset> <length in bytes> <the bytes in hexadecimal digits>

@@ -20,9 +20,10 @@ struct tCheckOptions {
 /// What it has found out and done.
 struct tCheckResult {
     std::string store;
+    bool inFile = true;  ///< or in a database, of which nothing is known below the records
 
-    /// The file below the records; no faults for what is no file. Where it has faults that keep it from being opened,
-    /// there is no report.
+    /// The file below the records; no faults for a store in a database. Where it has faults that keep it from being
+    /// opened, there is no report.
     lumivard::platform::stores::FileReport file;
     std::optional<lumivard::platform::data::check::Report> report;
 

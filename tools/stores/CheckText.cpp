@@ -98,9 +98,8 @@ void printEnd(const tCheckResult& result, std::ostream& out) {
     if (result.last()) printTotals(*result.last(), out);
     out << verdict(result) << '\n';
     if (!result.repair && result.last() && result.last()->sound() && result.last()->unattached != 0) {
-        out << "what nothing reaches, as reading a document may leave it, goes with check --repair --reclaim; compact "
-               "then "
-               "gives its room back\n";
+        out << "what nothing reaches, as reading a document may leave it, goes with check --repair --reclaim"
+            << (result.inFile ? "; compact then gives its room back\n" : "\n");
     }
 }
 

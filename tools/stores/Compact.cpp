@@ -6,6 +6,7 @@
 #include "tools/Verbs.h"
 #include "tools/base/Files.h"
 #include "tools/base/JsonWriter.h"
+#include "tools/base/Location.h"
 #include "tools/base/Watch.h"
 
 namespace lvp::tool {
@@ -28,8 +29,19 @@ void compact(const std::string& store) {
     }
 }
 
+/// What cannot be opened is refused as by every other command.
+void requireOpening(const std::string& store) {
+    if (isLocation(store)) {
+        throw Failure(kCannotOpen,
+                      "the store " + store +
+                          " has no file, so there is nothing to do: the database takes the room of what is "
+                          "gone for what comes");
+    }
+    openToChange(store);
+}
+
 tExitStatus compactStore(const tOptions& options) {
-    openToChange(options.store).reset();  // what cannot be opened is refused as by every other command
+    requireOpening(options.store);
     const auto before = std::filesystem::file_size(options.store);
     compact(options.store);
     const auto after = std::filesystem::file_size(options.store);

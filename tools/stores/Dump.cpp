@@ -6,6 +6,7 @@
 #include "tools/Verbs.h"
 #include "tools/base/Files.h"
 #include "tools/base/JsonWriter.h"
+#include "tools/base/Location.h"
 #include "tools/base/Text.h"
 
 namespace lvp::tool {
@@ -53,7 +54,7 @@ void print(const check::Dump& dump, const check::Field& field) {
 void printJson(const tOptions& options, unsigned int offset, const check::Dump& dump) {
     JsonWriter json(std::cout);
     json.beginObject();
-    json.key("store").value(options.store);
+    json.key("store").value(shown(options.store));
     json.key("offset").value(offset);
     json.key("kind").value(dump.kind);
     json.key("bytes").value(hexadecimal(dump.bytes, 0, dump.bytes.size()));

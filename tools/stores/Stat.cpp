@@ -2,6 +2,7 @@
 #include <array>
 #include <iostream>
 #include <memory>
+#include <optional>
 
 #include "lumivard/platform/data/check/Check.h"
 #include "lumivard/platform/stores.h"
@@ -9,6 +10,7 @@
 #include "tools/base/Files.h"
 #include "tools/base/JsonWriter.h"
 #include "tools/base/Kinds.h"
+#include "tools/base/Location.h"
 #include "tools/base/Text.h"
 #include "tools/base/WatchedStore.h"
 #include "tools/items/Items.h"
@@ -64,13 +66,15 @@ private:
 };
 
 struct tStatistics {
-    stores::FileReport file;
+    std::optional<stores::FileReport> file;  ///< none of a store in a database
     check::Report records;
     std::vector<Largest::tValueSize> largest;
     unsigned int version = 0;
-
-    std::uint64_t spare() const { return file.freePages * file.pageSize; }
 };
+
+std::uint64_t spareIn(const stores::FileReport& file) {
+    return file.freePages * file.pageSize;
+}
 
 stores::FileReport examine(const std::string& name) {
     Watch watch("stat", "pages");
@@ -83,7 +87,7 @@ stores::FileReport examine(const std::string& name) {
 
 tStatistics gather(const std::string& name) {
     tStatistics statistics;
-    statistics.file = examine(name);
+    if (!isLocation(name)) statistics.file = examine(name);
     const auto store = openToRead(name);
     requireSetUp(*store, name);
     Watch watch("stat", "steps");
@@ -100,13 +104,15 @@ void printJson(const std::string& store, const tStatistics& statistics) {
     const check::Report& records = statistics.records;
     JsonWriter json(std::cout);
     json.beginObject();
-    json.key("store").value(store);
+    json.key("store").value(shown(store));
     json.key("version").value(statistics.version);
-    json.key("file").beginObject();
-    json.key("format").value(statistics.file.format);
-    json.key("length").value(statistics.file.length);
-    json.key("spare").value(statistics.spare());
-    json.endObject();
+    if (statistics.file) {
+        json.key("file").beginObject();
+        json.key("format").value(statistics.file->format);
+        json.key("length").value(statistics.file->length);
+        json.key("spare").value(spareIn(*statistics.file));
+        json.endObject();
+    }
     json.key("records").value(records.records);
     json.key("bytes").value(records.bytes);
     json.key("kinds").beginArray();
@@ -138,10 +144,14 @@ void printJson(const std::string& store, const tStatistics& statistics) {
 
 void print(const tStatistics& statistics) {
     const check::Report& records = statistics.records;
-    std::cout << "file: " << statistics.file.length << " bytes in format " << statistics.file.format << ", version "
-              << statistics.version << " of the data; compact would give back about " << statistics.spare()
-              << " bytes\n"
-              << "records: " << records.records << " of " << records.bytes << " bytes, on " << records.depth
+    if (statistics.file) {
+        std::cout << "file: " << statistics.file->length << " bytes in format " << statistics.file->format
+                  << ", version " << statistics.version << " of the data; compact would give back about "
+                  << spareIn(*statistics.file) << " bytes\n";
+    } else {
+        std::cout << "database: version " << statistics.version << " of the data\n";
+    }
+    std::cout << "records: " << records.records << " of " << records.bytes << " bytes, on " << records.depth
               << " levels\n";
     for (std::size_t kind = 0; kind < kKinds.size(); ++kind) {
         if (records.byKind[kind] == 0) continue;

@@ -1,10 +1,10 @@
-#include <filesystem>
 #include <iostream>
 #include <memory>
 
 #include "lumivard/platform/data/check/Check.h"
 #include "tools/Verbs.h"
 #include "tools/base/Files.h"
+#include "tools/base/Location.h"
 #include "tools/base/WatchedStore.h"
 #include "tools/schemas/Schemas.h"
 #include "tools/view/PageData.h"
@@ -37,7 +37,7 @@ std::uint64_t writePage(const tOptions& options, Schemas& schemas) {
     Watch watch("view", "looks");
     WatchedStore store(schemas.storeToRead(options.store), watch);
     tPageSource source;
-    source.name = std::filesystem::path(options.store).filename().string();
+    source.name = calledName(options.store);
     source.store = &store;
     source.schemas = &schemas;
     if (options.all) source.limits = tPageLimits::none();

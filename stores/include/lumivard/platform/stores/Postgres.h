@@ -28,11 +28,12 @@ struct PostgresOptions {
 
     /// For how long a guard is kept for the next one of this process when it has been given back: who takes the guard
     /// again within that time asks the server for nothing. Another process waits so long at most, and no longer: who
-    /// takes the guard over and over gives way each time that this is over. 0 keeps nothing.
-    std::chrono::milliseconds keep{50};
+    /// takes the guard over and over gives way each time that this is over. 0 keeps nothing, which is better where
+    /// others have much to do while this process takes the guard every few milliseconds.
+    std::chrono::milliseconds keep{10};
 
     /// How much memory the records may take that are kept for being read again, in bytes. What is changed and not yet
-    /// stored, and what is read under one guard, may take more.
+    /// stored, and what is read under one guard, or without any until the next one, may take more.
     unsigned long long cache = 256ULL << 20;
 };
 
@@ -98,10 +99,6 @@ LVP_EXPORT std::vector<std::string> postgresRights(const std::string& role, tMod
 /// Runs statements in the database that `location` names, as one transaction. A store's name need not be given. Throws
 /// `StoreError` with the server's words, and nothing is done then; of a creation, where there is such a store.
 LVP_EXPORT void runInPostgres(const std::string& location, const std::vector<std::string>& statements);
-
-/// True: what a linker is told to look for, so that it does not leave the library out of a program that calls nothing
-/// of it but by `open`.
-LVP_EXPORT extern const bool kPostgresIsKnown;
 
 /// The stores of the database that `location` names, by name; none where there are no tables. Throws `StoreError`.
 LVP_EXPORT std::vector<PostgresStore> postgresStores(const std::string& location);

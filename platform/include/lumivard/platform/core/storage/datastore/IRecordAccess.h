@@ -29,8 +29,8 @@ public:
 
     /// Shows a record without copying it; no bytes for an offset that names no record, as for a record that has none.
     /// The bytes stand until that record is changed, by bookkeeping too, or erased, the store is flushed, or the thread
-    /// gives back its last guard; looking at or changing other records leaves them. They begin anywhere: numbers in
-    /// them are copied out.
+    /// gives back its last guard; looking at or changing other records leaves them. In a store that other processes
+    /// write to they stand under a guard alone. They begin anywhere: numbers in them are copied out.
     virtual tView view(unsigned int offset) = 0;
 
     /// Overwrites `size` bytes of a record, beginning at byte `position`, by those from `data`; all else of the record
