@@ -58,6 +58,20 @@ TEST_F(ToolItems, CopyAContainerIntoItself) {
     EXPECT_EQ(shown(first, "b"), "b  [group]\n└─ b  [group]\n");
 }
 
+TEST_F(ToolItems, CopyAWholeStoreIntoANewOne) {
+    EXPECT_EQ(run("rm -r " + first + " a.t").status, 0);
+    const std::string copy = path("copy.lvp");
+    EXPECT_EQ(run("cp " + first + " --to " + copy).status, 0);
+    EXPECT_EQ(run("tree " + copy).out, run("tree " + first).out);
+    EXPECT_EQ(run("stat " + copy).status, 0);
+    EXPECT_EQ(run("check " + copy).status, 0);
+    expectRefusal("cp " + first + " --to " + second,
+                  "the store " + second + " is not empty: a whole store is copied into an empty one");
+    expectRefusal("cp " + first + " --to " + first, "the store " + first + " cannot be copied onto itself");
+    EXPECT_EQ(run("cp " + first).status, 2);
+    EXPECT_EQ(run("cp " + first + " a").status, 2);
+}
+
 TEST_F(ToolItems, CopyToAnotherStore) {
     EXPECT_EQ(run("cp " + first + " a c.a2 --to " + second).status, 0);
     EXPECT_EQ(run("cp " + first + " a.t c.t --to " + second).status, 0);

@@ -208,6 +208,20 @@ TEST_F(DatabaseVerbs, ItemsGoBetweenFilesAndDatabases) {
     EXPECT_EQ(done("ls " + two + " t").out, "h\n");
 }
 
+TEST_F(DatabaseVerbs, WholeStoresGoThereAndBackAsTheyAre) {
+    const std::string file = path("m.lvp");
+    done("import " + materials + " " + file + " --schemas " + schemas);
+    done("rm -r " + file + " Carbon.Graphite");  // which leaves offsets without records
+    done("cp " + file + " --to " + one);
+    done("diff " + file + " " + one + " --hidden --order");
+    done("cp " + one + " --to " + path("back.lvp"));
+    done("diff " + file + " " + path("back.lvp") + " --hidden --order");
+    EXPECT_THAT(refused("cp " + file + " --to " + one, 3).err, HasSubstr("is not empty"));
+    const std::string two = newStore();
+    done("cp " + one + " --to " + two);
+    done("diff " + one + " " + two);
+}
+
 TEST_F(DatabaseVerbs, DocumentsGoInAndOut) {
     const std::string file = path("m.lvp");
     done("import " + materials + " " + file + " --schemas " + schemas);

@@ -7,6 +7,7 @@
 #include "tools/base/Files.h"
 #include "tools/base/Kinds.h"
 #include "tools/base/WatchedStore.h"
+#include "tools/items/CopyStore.h"
 #include "tools/items/Items.h"
 
 namespace lvp::tool {
@@ -113,7 +114,13 @@ tExitStatus transfer(const char* doing, const tOptions& options, bool leaves, Wo
 }
 
 tExitStatus copyItem(const tOptions& options) {
-    return transfer("cp", options, false, copy);
+    if (!options.path.empty() && !options.destination.empty()) return transfer("cp", options, false, copy);
+    if (!options.path.empty()) throw Failure(kWrongUsage, "cp: where the copy goes is missing: give CONTAINER.NAME");
+    if (options.target.empty()) throw Failure(kWrongUsage, "cp: give a PATH and its DESTINATION, or a store by --to");
+    if (isSameStore(options.store, options.target))
+        refuse("the store " + options.store + " cannot be copied onto itself");
+    copyStore(options.store, options.target);
+    return kDone;
 }
 
 tExitStatus moveItem(const tOptions& options) {
@@ -128,26 +135,27 @@ tExitStatus moveItem(const tOptions& options) {
     });
 }
 
-void declareTransfer(CommandLine& line, const char* name, const char* help, const char* example,
-                     tExitStatus (*work)(const tOptions&)) {
+}  // namespace
+
+void declareCopy(CommandLine& line) {
     const auto options = std::make_shared<tOptions>();
-    line.add(name, help, example, [options, work] { return work(*options); })
+    line.add("cp", "Copy an item with all that it holds, or a whole store into an empty one",
+             "cp materials.lvp Carbon.Graphite Carbon.MyGraphite", [options] { return copyItem(*options); })
+        .store(options->store)
+        .optionalArgument("PATH", options->path,
+                          "Names from the top down, joined by dots; the whole store when left out")
+        .optionalArgument("DESTINATION", options->destination, "CONTAINER.NAME: the new place and name")
+        .option("--to", options->target, "The store of the destination; the same one when left out");
+}
+
+void declareMove(CommandLine& line) {
+    const auto options = std::make_shared<tOptions>();
+    line.add("mv", "Move an item, with all that it holds", "mv materials.lvp Carbon.MyGraphite Other.MyGraphite",
+             [options] { return moveItem(*options); })
         .store(options->store)
         .item(options->path)
         .argument("DESTINATION", options->destination, "CONTAINER.NAME: the new place and name")
         .option("--to", options->target, "The store of the destination; the same one when left out");
-}
-
-}  // namespace
-
-void declareCopy(CommandLine& line) {
-    declareTransfer(line, "cp", "Copy an item, with all that it holds",
-                    "cp materials.lvp Carbon.Graphite Carbon.MyGraphite", copyItem);
-}
-
-void declareMove(CommandLine& line) {
-    declareTransfer(line, "mv", "Move an item, with all that it holds",
-                    "mv materials.lvp Carbon.MyGraphite Other.MyGraphite", moveItem);
 }
 
 }  // namespace lvp::tool
