@@ -16,8 +16,8 @@ namespace {
 using stores::ChildProcess;
 using stores::tMode;
 
-// What the writer has the reader do. A number beside kLook and kCount is the seed of what they do.
-enum tCommand : unsigned int { kOpen, kTakeGuard, kGiveGuard, kLook, kCount, kChange, kClose, kEnd };
+// What the writer has the reader do. A number beside kLookAt and kCount is the seed of what they do.
+enum tCommand : unsigned int { kOpen, kTakeGuard, kGiveGuard, kLookAt, kCount, kChange, kClose, kEnd };
 
 constexpr unsigned int kRefused = 7;
 constexpr unsigned int kDone = 8;
@@ -73,7 +73,7 @@ private:
             case kGiveGuard:
                 _guard.reset();
                 break;
-            case kLook:
+            case kLookAt:
                 return digest(_store->extent(), _store->version(), seed,
                               [this](unsigned int offset) { return contents(*_store, offset); });
             case kCount:
@@ -148,7 +148,7 @@ private:
         const auto seed = static_cast<unsigned int>(_run.random()());
         if (below(_run.random(), 8) == 0 && order(kChange) != kRefused) return false;
         if (below(_run.random(), 2) == 0) count(seed);
-        return order(kLook, seed) == digest(_view.extent, _view.version, seed, [this](unsigned int offset) {
+        return order(kLookAt, seed) == digest(_view.extent, _view.version, seed, [this](unsigned int offset) {
                    const std::string* const bytes = _view.find(offset);
                    return bytes ? *bytes : std::string();
                });
