@@ -13,9 +13,11 @@
 #include "lumivard/platform/core/storage/datastore/IDataStore.h"
 #include "lumivard/platform/core/storage/datastore/IRecordAccess.h"
 #include "lumivard/platform/stores/tMode.h"
+#include "stores/core/Failure.h"
 #include "stores/core/PrivateBytes.h"
 #include "stores/core/RecordTable.h"
 #include "stores/engine/Engine.h"
+#include "stores/engine/EngineError.h"
 
 namespace lumivard::platform::stores {
 
@@ -166,5 +168,14 @@ private:
 
     std::unique_ptr<Engine> _engine;
 };
+
+template <class Question>
+auto Core::_ask(const Attempt& attempt, Question question) const {
+    try {
+        return question();
+    } catch (const EngineError& error) {
+        throw failure(attempt.text(), _name, error.what());
+    }
+}
 
 }  // namespace lumivard::platform::stores

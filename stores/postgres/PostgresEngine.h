@@ -81,6 +81,9 @@ private:
         auto operator<=>(const tState&) const = default;
     };
 
+    static constexpr char kOvertaken[] = "the connection was lost, and somebody else has changed the store since";
+    static constexpr std::chrono::milliseconds kPause{20};  ///< between two attempts to reach a server
+
     tPatience _patience() const { return tPatience::of(_settings.deadline); }
     void _refuseChild() const;
 

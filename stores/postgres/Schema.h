@@ -1,5 +1,8 @@
 #pragma once
 
+#include <bit>
+#include <cstdint>
+
 namespace lumivard::platform::stores::pq {
 
 /// How stores lie in a database.
@@ -31,5 +34,8 @@ inline constexpr char kOwn[] = "/* PostgreSQL */";
 
 inline constexpr unsigned int kChunk = 8192;  ///< bytes
 inline constexpr int kFormat = 1;
+
+/// How records lie in the memory of this machine.
+inline constexpr std::int64_t kLayout = 2 * sizeof(wchar_t) + (std::endian::native == std::endian::big ? 1 : 0);
 
 }  // namespace lumivard::platform::stores::pq

@@ -10,34 +10,29 @@
 #include <gtest/gtest.h>
 
 #include "lumivard/platform/stores.h"
+#include "tests/postgres/Database.h"
 #include "tests/postgres/Proxy.h"
-#include "tests/postgres/Server.h"
-#include "tests/stores/Records.h"
 
 namespace lumivard::platform::stores {
 namespace {
 
 using testing::HasSubstr;
-using tLock = std::unique_ptr<IDataStore::ILock>;
 
 /// Two clients of one store.
-class Clients : public testing::Test {
+class Clients : public Database {
 protected:
     void SetUp() override {
-        if (!Server::isThere()) GTEST_SKIP() << "no server was named by LVP_POSTGRES: see scripts/test-postgres.sh";
-        name = Server::newStore();
+        Database::SetUp();
+        if (!Server::isThere()) return;
         a = Server::open(name);
         b = Server::open(name);
     }
 
-    long long stored(const std::string& what) const {
-        return Server::count("SELECT " + what + " FROM lvp_store WHERE name = '" + name + "'");
-    }
     /// Ends the server's side of all connections that hold a transaction.
     static void cutTransactions() {
         Server::run("SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE state = 'idle in transaction'");
     }
-    std::string name;
+
     std::unique_ptr<Core> a;
     std::unique_ptr<Core> b;
 };
