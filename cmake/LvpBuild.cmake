@@ -21,6 +21,10 @@ add_library(lvp_build INTERFACE)
 target_compile_options(lvp_build INTERFACE
     -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
     $<$<BOOL:${LVP_DATA_WERROR}>:-Werror>)
+# Where it optimizes, it takes a text that is put together of two for a copy onto itself (GCC's bug 105651).
+if(CMAKE_CXX_COMPILER_ID STREQUAL GNU AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+    target_compile_options(lvp_build INTERFACE -Wno-restrict)
+endif()
 target_link_libraries(lvp_build INTERFACE Threads::Threads)
 if(LVP_DATA_SANITIZE)
     target_compile_options(lvp_build INTERFACE

@@ -39,22 +39,29 @@ least_when_the_first_was_done() {
         sort -n | head -n 1
 }
 
+# strike SIGNAL: a client that holds the guard, and has changed something, is struck by a signal while another one waits.
+# Sets `took`, in milliseconds, after which that had the guard, and `answer`.
+strike() {
+    local begin
+    expect holder take taken
+    expect holder change changed
+    tell waiter write
+    require_waiter
+    begin=$(now)
+    signal_client holder "$1"
+    hear waiter
+    took=$((($(now) - begin) / 1000))
+}
+
 # The guard of a process that is killed goes to the next one at once, and what was not stored is not there.
 dead_holders() {
-    local store=dead where round begin took longest=0
+    local store=dead where round took longest=0
     make_store $primary $store 1
     where=$(location $store "&deadline=10000" $primary)
     start_client waiter "$where" w
     for round in 1 2 3 4 5; do
         start_client holder "$where" w
-        expect holder take taken
-        expect holder change changed
-        tell waiter write
-        require_waiter
-        begin=$(now)
-        signal_client holder KILL
-        hear waiter
-        took=$((($(now) - begin) / 1000))
+        strike KILL
         [ "$answer" = "wrote $round" ] || fail "behind a holder that was killed: $answer"
         [ $took -lt 1000 ] || fail "the guard of a holder that was killed came after $took ms"
         [ $took -lt $longest ] || longest=$took
@@ -72,19 +79,12 @@ require_waiter() {
 
 # That of one that hangs goes to the next one when the server has lost its patience, and it stores nothing any more.
 frozen_holder() {
-    local store=frozen where begin took
+    local store=frozen where took
     make_store $primary $store 1
     where=$(location $store "&deadline=10000" $primary)
     start_client waiter "$where" w
     start_client holder "$where" w
-    expect holder take taken
-    expect holder change changed
-    tell waiter write
-    require_waiter
-    begin=$(now)
-    signal_client holder STOP
-    hear waiter
-    took=$((($(now) - begin) / 1000))
+    strike STOP
     [ "$answer" = "wrote 1" ] || fail "behind a holder that hangs: $answer"
     [ $took -lt $(((idle_timeout + 1) * 1000)) ] || fail "the guard of a holder that hangs came after $took ms"
     signal_client holder CONT

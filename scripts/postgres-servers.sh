@@ -1,8 +1,8 @@
 # Two PostgreSQL servers on the loopback, of which one is the primary and the other one its standby, with all that an
 # administrator does to them when one fails. Sourced by test-postgres.sh, which names their folder in `folder`.
 #
-# A server is named by its number, 1 or 2. They store nothing safely: what is on trial is what happens when processes
-# are killed, and not when the power fails.
+# A server is named by its number, 1 or 2; there may be a third. They store nothing safely: what is on trial is what
+# happens when processes are killed, and not when the power fails.
 
 programs=/usr/lib/postgresql/15/bin
 first_port=15441  # below those that the system gives to connections
@@ -91,10 +91,11 @@ is_gone() {
 settings_of() {
     "${as_server[@]}" tee "$folder/$1/postgresql.auto.conf" >/dev/null
 }
+# follow SERVER PRIMARY
 follow() {
     "${as_server[@]}" touch "$folder/$1/standby.signal"
     settings_of "$1" <<END
-primary_conninfo = 'host=127.0.0.1 port=$(port "$(other "$1")") user=tester application_name=server$1'
+primary_conninfo = 'host=127.0.0.1 port=$(port "$2") user=tester application_name=server$1'
 END
 }
 
@@ -119,7 +120,7 @@ END
     start_server 1
     "${as_server[@]}" $programs/pg_basebackup -h 127.0.0.1 -p "$(port 1)" -U tester -D "$folder/2" -c fast -X stream \
         --no-sync
-    follow 2
+    follow 2 1
     start_server 2
     require_standby 1
 }
@@ -147,22 +148,27 @@ promote() {
     wait_until 30 "server$1 takes changes" holds "$1" "NOT pg_is_in_recovery()"
 }
 
-# bring_back SERVER: one that was the primary and has died comes back as the standby of the other one.
+# rewind SERVER PRIMARY: one that was the primary and has died comes back as a standby.
+rewind() {
+    # Without this the new primary's history does not show yet that it was promoted.
+    sql "$2" CHECKPOINT
+    "${as_server[@]}" $programs/pg_rewind -D "$folder/$1" --no-sync \
+        --source-server="host=127.0.0.1 port=$(port "$2") user=tester dbname=postgres" \
+        >"$folder/rewind.log" 2>&1 ||
+        fail "server $1 cannot be rewound: $(tail -n 5 "$folder/rewind.log")"
+    follow "$1" "$2"
+    start_server "$1"
+}
+
+# bring_back SERVER: as the standby of the other one of two.
 bring_back() {
     local primary
     primary=$(other "$1")
-    # Without this the new primary's history does not show yet that it was promoted.
-    sql "$primary" CHECKPOINT
-    "${as_server[@]}" $programs/pg_rewind -D "$folder/$1" --no-sync \
-        --source-server="host=127.0.0.1 port=$(port "$primary") user=tester dbname=postgres" \
-        >"$folder/rewind.log" 2>&1 ||
-        fail "server $1 cannot be rewound: $(tail -n 5 "$folder/rewind.log")"
-    follow "$1"
-    start_server "$1"
+    rewind "$1" "$primary"
     require_standby "$primary"
 }
 
 end_servers() {
     local server
-    for server in 1 2; do signal_server $server KILL; done
+    for server in 1 2 3; do signal_server $server KILL; done
 }

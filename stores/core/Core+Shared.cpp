@@ -76,6 +76,7 @@ void Core::_flushShared() {
     }
 }
 
+// Once.
 void Core::_tellLoss() {
     if (_loss) std::rethrow_exception(std::exchange(_loss, nullptr));
 }

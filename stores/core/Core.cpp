@@ -32,7 +32,7 @@ void sort(std::vector<unsigned int>& offsets) {
 /// Holds the guard of a core.
 class Core::Guard final : public IDataStore::ILock {
 public:
-    explicit Guard(Core& core) : _core(core) { _core._takeGuard(); }
+    explicit Guard(Core& core) : _core(core) { _core._takeGuard(true); }
     ~Guard() override { _core._giveGuard(); }
     Guard(const Guard&) = delete;
     Guard& operator=(const Guard&) = delete;
@@ -73,6 +73,7 @@ Core::~Core() {
 void Core::discard() {
     if (!_keeps || _failure) return;
     _failure = std::make_exception_ptr(failure("change", _name, "what was changed in it has been given up"));
+    if (_shared) _forgetChanges();
 }
 
 core::storage::datastore::IDataStore::ILock* Core::lock() {
@@ -198,12 +199,19 @@ void Core::erase(unsigned int offset) {
     _noteContent(offset, slot);
 }
 
-// A thread finds its own id in the owner if it has put it there, whatever other threads do meanwhile.
-void Core::_takeGuard() {
+// A thread finds its own id in the owner if it has put it there, whatever other threads do meanwhile. Whether who takes
+// it is sure to hear what is thrown is said by `tells`.
+void Core::_takeGuard(bool tells) {
     const std::thread::id self = std::this_thread::get_id();
     if (_owner.load(std::memory_order_relaxed) != self) {
         std::unique_lock held(_guard);
-        if (_engine) _hearNews();
+        if (tells) _tellLoss();
+        try {
+            if (_engine) _hearNews();
+        } catch (...) {
+            if (tells) _loss = nullptr;  // it is what is thrown, if there is one
+            throw;
+        }
         _owner.store(self, std::memory_order_relaxed);
         held.release();
     }
@@ -254,8 +262,13 @@ void Core::_receive(const Engine::News& news) {
     _storedExtent = news.header.extent;
     ++_contentChanges;
     if (!conflict) return;
-    throw failure("take the guard of", _name,
-                  "what was written without a guard is given up, since somebody else has changed the same");
+    try {
+        throw failure("take the guard of", _name,
+                      "what was written without a guard is given up, since somebody else has changed the same");
+    } catch (...) {
+        _loss = std::current_exception();
+        throw;
+    }
 }
 
 // The slot of a record that exists, brought in if it was not asked for before; null for any other offset. An offset
@@ -298,7 +311,7 @@ RecordSlot* Core::_bringIn(unsigned int offset, RecordSlot* known) {
 void Core::_refuseChange(const Attempt& attempt) {
     if (_mode == tMode::kRead) throw failure(attempt.text(), _name, "it was opened for reading only");
     if (_failure) std::rethrow_exception(_failure);
-    _tellLoss();
+    if (_loss) std::rethrow_exception(_loss);
     if (_guardLoss && _holdsGuard()) std::rethrow_exception(_guardLoss);
 }
 
@@ -359,11 +372,8 @@ void Core::_commit() {
             }
         });
     } catch (...) {
-        if (conflict) {
-            _forgetChanges();
-        } else {
-            _failure = std::current_exception();
-        }
+        if (!conflict) _failure = std::current_exception();
+        if (_shared) _forgetChanges();  // it shows what is stored
         throw;
     }
 }

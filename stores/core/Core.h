@@ -30,11 +30,12 @@ namespace lumivard::platform::stores {
 /// transactions.
 ///
 /// Where the engine is shared with other writers, a guard is a transaction: who takes it sees all that others have done
-/// until then, and what was written under it is stored when it ends. That it could not be is told by the next flush or
-/// change of content, since a guard ends in a destructor. What is written without a guard gathers until `flush`, or the
-/// next guard, takes it along; if somebody else has got at the same records in between, or has made new ones as well,
-/// all of it is given up, and who takes the guard is told. Under a guard, `flush` ends one transaction and begins
-/// another: others may have changed the store behind it.
+/// until then, and what was written under it is stored when it ends. What is written without a guard gathers until
+/// `flush`, or the next guard, takes it along; if somebody else has got at the same records in between, or has made new
+/// ones where this process has, all of it is given up. What was given up, there or where a guard could not store it at
+/// its end, is told by the next `flush` or `lock`; until then changes are refused with it, since those may come from
+/// destructors, which tell nobody. Under a guard, `flush` ends one transaction and begins another: others may have
+/// changed the store behind it.
 ///
 /// Two kinds of change are kept apart. Content (`create`, `append`, `update` with `changed`, `erase`, `version`) is
 /// what a flush is for. Bookkeeping (`update` without `changed`) never makes a flush work and is refused by nothing,
@@ -72,7 +73,7 @@ public:
 
     tView view(unsigned int offset) override;
     tView write(unsigned int offset, unsigned int position, const void* data, unsigned int size, bool changed) override;
-    void enter() override { _takeGuard(); }
+    void enter() override { _takeGuard(false); }
     void leave() noexcept override { _giveGuard(); }
     unsigned long long changes() const override { return _contentChanges; }
     void expect(const void* offsets, unsigned int count) override;
@@ -92,7 +93,7 @@ private:
     template <class Question>
     auto _ask(const Attempt& attempt, Question question) const;
 
-    void _takeGuard();
+    void _takeGuard(bool tells);
     void _giveGuard() noexcept;
     bool _holdsGuard() const noexcept;
     void _hearNews();

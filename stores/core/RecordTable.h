@@ -32,7 +32,8 @@ struct RecordSlot {
 /// number of records before it. Not thread-safe.
 class RecordTable {
 public:
-    /// The slot of an offset; a new one is away. The reference holds until `clear`. Throws `std::bad_alloc`.
+    /// The slot of an offset; a new one is away. The reference holds until `clear` or `shrink`. Throws
+    /// `std::bad_alloc`.
     RecordSlot& at(unsigned int offset);
 
     /// The slot of an offset, or null where its page was never made.

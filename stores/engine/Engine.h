@@ -92,8 +92,9 @@ public:
     /// a process has noted for itself.
     virtual bool isShared() const noexcept { return false; }
 
-    /// Makes a batch durable, all of it or, when it throws, none of it, and moves the snapshot there. After a failure
-    /// `load` still answers from the snapshot before, and nothing else will be committed; but for an `EngineConflict`.
+    /// Makes a batch durable, as a whole, and moves the snapshot there. When it throws, none of it was made durable, or
+    /// that is not known, and the error says so. After a failure `load` still answers from the snapshot before, and
+    /// nothing else will be committed; but for an `EngineConflict`.
     virtual void commit(const Batch& batch) = 0;
 
     /// A thread that did not have the store's guard has taken it. The engine may move its snapshot, and then says what

@@ -13,8 +13,8 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// Nothing of a batch was stored, since somebody else has changed the store in between. What it held is lost, and the
-/// engine goes on.
+/// Nothing of a batch was stored, since somebody else has changed the store in between, or since it could not be
+/// reached. What it held is lost, and the engine goes on.
 class LVP_EXPORT EngineConflict : public EngineError {
 public:
     using EngineError::EngineError;

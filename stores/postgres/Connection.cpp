@@ -51,15 +51,27 @@ void putNumber(std::string& bytes, Number number) {
     put(bytes, number);
 }
 
-// Called by libpq, through which nothing may be thrown.
-void hear(void* warned, const PGresult* notice) noexcept {
-    const char* const severity = PQresultErrorField(notice, PG_DIAG_SEVERITY_NONLOCALIZED);
-    if (severity && std::strcmp(severity, "WARNING") == 0) *static_cast<bool*>(warned) = true;
+constexpr char kOddAnswer[] = "the server's answer is not as it should be";
+
+// Whether an error, by its five characters, leaves open what became of a commit: the connection was lost on the way, or
+// the server does not know it itself.
+bool leavesOpen(std::string_view state) {
+    return state.empty() || state.starts_with("08") || state == "40003";
 }
 
 std::string firstLine(const char* message) {
     std::string text = message ? message : "";
     return text.substr(0, text.find('\n'));
+}
+
+Refused refusalOf(const pg_result* result) {
+    const char* const field = PQresultErrorField(result, PG_DIAG_SQLSTATE);
+    const std::string state = field ? field : "";
+    // One that libpq has made has no fields.
+    const char* const message = PQresultErrorField(result, PG_DIAG_MESSAGE_PRIMARY);
+    std::string words = firstLine(message ? message : PQresultErrorMessage(result));
+    if (leavesOpen(state)) throw ConnectionLost(words);
+    return {words, state};
 }
 
 }  // namespace
@@ -102,8 +114,10 @@ std::size_t Rows::count() const {
 }
 
 std::int64_t Rows::number(std::size_t row, int column) const {
+    const auto all = bytes(row, column);
+    if (all.size() != sizeof(std::int64_t)) throw ConnectionLost(kOddAnswer);
     std::uint64_t number = 0;
-    for (const std::byte each : bytes(row, column)) number = number << 8 | std::to_integer<std::uint64_t>(each);
+    for (const std::byte each : all) number = number << 8 | std::to_integer<std::uint64_t>(each);
     return static_cast<std::int64_t>(number);
 }
 
@@ -134,8 +148,21 @@ void Connection::tClose::operator()(pg_conn* connection) const noexcept {
 }
 
 Connection::Connection(tHandle connection) : _connection(std::move(connection)) {
-    PQsetNoticeReceiver(_connection.get(), hear, _warned.get());
+    PQsetNoticeReceiver(_connection.get(), hear, _heard.get());
     if (PQsetnonblocking(_connection.get(), 1) != 0 || PQenterPipelineMode(_connection.get()) != 1) lose(reason());
+}
+
+// Called by libpq, through which nothing may be thrown.
+void Connection::hear(void* heard, const pg_result* notice) noexcept {
+    const char* const severity = PQresultErrorField(notice, PG_DIAG_SEVERITY_NONLOCALIZED);
+    if (!severity || std::strcmp(severity, "WARNING") != 0) return;
+    tHeard& all = *static_cast<tHeard*>(heard);
+    all.warned = true;
+    try {
+        all.words = firstLine(PQresultErrorField(notice, PG_DIAG_MESSAGE_PRIMARY));
+    } catch (const std::bad_alloc&) {
+        all.words.clear();
+    }
 }
 
 void Connection::post(std::span<const tStatement> statements, tPatience patience) {
@@ -184,7 +211,7 @@ void Connection::send(tPatience patience) {
 }
 
 std::vector<Rows> Connection::collect(tPatience patience) {
-    *_warned = false;
+    *_heard = {};
     patience.renew();
     if (std::exchange(_hasSent, false)) ++_trips;
     std::vector<Rows> all;
@@ -194,16 +221,28 @@ std::vector<Rows> Connection::collect(tPatience patience) {
     for (const bool prepared : pipeline.prepares) {
         while (pg_result* const result = next(patience)) {
             Rows rows(result);
-            const ExecStatusType status = PQresultStatus(result);
-            if (status == PGRES_FATAL_ERROR && !refused) {
-                const char* const state = PQresultErrorField(result, PG_DIAG_SQLSTATE);
-                refused.emplace(firstLine(PQresultErrorField(result, PG_DIAG_MESSAGE_PRIMARY)), state ? state : "");
+            switch (PQresultStatus(result)) {
+                case PGRES_COMMAND_OK:
+                case PGRES_TUPLES_OK:
+                case PGRES_PIPELINE_ABORTED:
+                    break;
+                case PGRES_FATAL_ERROR:
+                    if (!refused) refused = refusalOf(result);
+                    break;
+                default:
+                    lose(kOddAnswer);
             }
             if (!prepared) all.push_back(std::move(rows));
         }
     }
-    Rows end(next(patience));  // of the pipeline
-    if (!refused) return all;
+    pg_result* const last = next(patience);
+    const Rows end(last);  // of the pipeline
+    if (!last || PQresultStatus(last) != PGRES_PIPELINE_SYNC) lose(kOddAnswer);
+    if (!refused) {
+        const auto asked = std::count(pipeline.prepares.begin(), pipeline.prepares.end(), false);
+        if (all.size() != static_cast<std::size_t>(asked)) lose(kOddAnswer);
+        return all;
+    }
     // What should have been prepared may not have been, and is prepared by another name when it comes again.
     for (const std::size_t place : pipeline.prepared) _prepared[place] = nullptr;
     throw *refused;
@@ -260,7 +299,7 @@ void Connection::wait(short events, tPatience& patience) const {
     patience.renew();
 }
 
-void Connection::lose(const std::string& what) const {
+void Connection::lose(const std::string& what) {
     throw ConnectionLost(what);
 }
 

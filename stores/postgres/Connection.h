@@ -55,13 +55,13 @@ struct tStatement {
     std::vector<tValue> values;
 };
 
-/// The rows that a statement gives.
+/// The rows that a statement gives. Who asks for a row or a column that is not there gets nothing.
 class Rows {
 public:
     explicit Rows(pg_result* result);
 
     std::size_t count() const;
-    std::int64_t number(std::size_t row, int column) const;
+    std::int64_t number(std::size_t row, int column) const;  ///< throws `ConnectionLost` where it is no `bigint`
     std::span<const std::byte> bytes(std::size_t row, int column) const;
     bool has(std::size_t row, int column) const;  ///< whether there is a value
     std::string text(std::size_t row, int column) const;
@@ -116,8 +116,8 @@ public:
     void add(const tStatement& statement, tPatience patience);
     void send(tPatience patience);
 
-    /// The answer to the oldest pipeline that is under way: the rows of each statement. The first statement that is
-    /// refused ends all of that pipeline.
+    /// The answer to the oldest pipeline that is under way: the rows of each statement, as many as there were. The
+    /// first statement that is refused ends all of that pipeline.
     std::vector<Rows> collect(tPatience patience);
 
     /// Passes over the answers that are under way, refusals included, until so many are left.
@@ -126,9 +126,10 @@ public:
     /// Sends a pipeline and waits for its answer, passing over those before.
     std::vector<Rows> run(std::span<const tStatement> statements, tPatience patience);
 
-    /// Whether the server has warned while the last answer came: a commit that comes with a warning may not be what it
-    /// says.
-    bool warned() const noexcept { return *_warned; }
+    /// Whether the server has warned while the last answer came, and in which words: a commit that comes with a warning
+    /// may not be what it says.
+    bool warned() const noexcept { return _heard->warned; }
+    const std::string& warning() const noexcept { return _heard->words; }
 
     /// How often an answer was asked for after something was sent: round trips.
     unsigned long long trips() const noexcept { return _trips; }
@@ -137,22 +138,29 @@ public:
     bool isQuiet() const noexcept;
 
 private:
+    /// What the server has said that was not asked for.
+    struct tHeard {
+        bool warned = false;
+        std::string words;
+    };
+
     struct tPipeline {
         std::vector<bool> prepares;         // of what was sent: whether it prepares
         std::vector<std::size_t> prepared;  // the places of what was prepared in it
     };
 
-    [[noreturn]] void lose(const std::string& what) const;
+    static void hear(void* heard, const pg_result* notice) noexcept;
+    [[noreturn]] static void lose(const std::string& what);
     std::string reason() const;
     void wait(short events, tPatience& patience) const;
     void flush(tPatience patience);
     pg_result* next(tPatience& patience);
 
     tHandle _connection;
-    std::unique_ptr<bool> _warned = std::make_unique<bool>(false);  // which the notices are told to
-    std::vector<const char*> _prepared;                             // by number
-    tPipeline _open;                                                // that is being put together
-    std::size_t _unsent = 0;                                        // bytes of it, about
+    std::unique_ptr<tHeard> _heard = std::make_unique<tHeard>();  // which the notices are told to
+    std::vector<const char*> _prepared;                           // by number
+    tPipeline _open;                                              // that is being put together
+    std::size_t _unsent = 0;                                      // bytes of it, about
     std::deque<tPipeline> _underWay;
     unsigned long long _trips = 0;
     bool _hasSent = false;  // since an answer was asked for

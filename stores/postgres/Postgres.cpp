@@ -29,6 +29,9 @@ constexpr char kIsThere[] = "23505";  // a key that there is already
 constexpr char kNoTable[] = "42P01";
 constexpr char kDatabase[] = "the database";
 
+// For how long a server may be at work on a statement that takes in a whole store.
+constexpr std::chrono::milliseconds kLongWork = std::chrono::minutes(5);
+
 // Does something with a location, and puts the reason of its failure into a sentence.
 template <class Work>
 auto attempt(const char* what, const std::string& location, Work work, const char* noun = "the store") {
@@ -96,6 +99,10 @@ tPrimary primaryOf(const tLocation& location) {
     return std::move(*primary);
 }
 
+void runAlone(Connection& server, const tStatement& statement, std::chrono::milliseconds silence) {
+    server.run(std::span(&statement, 1), tPatience::of(silence));
+}
+
 std::unique_ptr<IDataStore> openLocation(const std::string& location, tMode mode) {
     return stores::postgres(location, mode);
 }
@@ -155,16 +162,18 @@ std::vector<std::string> postgresRights(const std::string& role, tMode mode) {
 void runInPostgres(const std::string& location, const std::vector<std::string>& statements) {
     const auto work = [&](const tLocation& read) {
         auto [server, own] = primaryOf(read);
-        const tPatience patience = tPatience::of(read.options.deadline);
-        std::vector<tStatement> all{{pq::sql::kBegin, {}}};
-        for (const std::string& statement : statements) {
-            if (own || !statement.starts_with(pq::kOwn)) all.push_back({statement.c_str(), {}});
-        }
-        all.push_back({pq::sql::kCommit, {}});
+        // Where nobody waits any more the server would wait on, and do it after all.
+        const std::string most = std::to_string(read.options.deadline.count());
+        if (own) runAlone(server, {pq::sql::kWaitAtMost, {pq::text(most)}}, read.options.deadline);
         // Who makes tables at the same moment as somebody else is refused, and finds them when he tries again.
         for (int attempts = 1;; ++attempts) {
             try {
-                server.run(all, patience);
+                runAlone(server, {pq::sql::kBegin, {}}, read.options.deadline);
+                for (const std::string& statement : statements) {
+                    if (!own && statement.starts_with(pq::kOwn)) continue;
+                    runAlone(server, {statement.c_str(), {}}, std::max(read.options.deadline, kLongWork));
+                    if (server.warned()) throw EngineError(server.warning());
+                }
                 break;
             } catch (const Refused& refusal) {
                 const std::string reason = refusal.what();
@@ -173,11 +182,13 @@ void runInPostgres(const std::string& location, const std::vector<std::string>& 
                     throw EngineError("there is a store of that name already");
                 }
                 if (attempts == 3) throw;
-                const tStatement end{pq::sql::kRollBack, {}};
-                server.run(std::span(&end, 1), patience);
-            } catch (const pq::ConnectionLost& lost) {
-                throw EngineError(lost.what() + std::string("; it is not known whether they were run"));
+                runAlone(server, {pq::sql::kRollBack, {}}, read.options.deadline);
             }
+        }
+        try {
+            runAlone(server, {pq::sql::kCommit, {}}, read.options.deadline);
+        } catch (const pq::ConnectionLost& lost) {
+            throw EngineError(lost.what() + std::string("; it is not known whether they were run"));
         }
         if (server.warned()) throw EngineError("the server has warned that it may not be durable");
     };

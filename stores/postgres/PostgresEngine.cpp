@@ -35,8 +35,22 @@ constexpr std::int64_t kMostAhead = 1024;
 // Records that one statement asks for.
 constexpr std::size_t kMostAtOnce = 1000;
 
+constexpr char kOdd[] = "what the server has of the store is not as it should be";
+
+// A number that has 32 bits without a sign.
+unsigned int smallNumber(const Rows& rows, std::size_t row, int column) {
+    const std::int64_t number = rows.number(row, column);
+    if (number < 0 || number > std::int64_t{UINT32_MAX}) throw EngineError(kOdd);
+    return static_cast<unsigned int>(number);
+}
+
 unsigned int offsetOf(const Rows& rows, std::size_t row) {
-    return static_cast<unsigned int>(rows.number(row, 0));
+    return smallNumber(rows, row, 0);
+}
+
+// From the column of the next offset on.
+Engine::Header headerOf(const Rows& store, int column) {
+    return {smallNumber(store, 0, column), smallNumber(store, 0, column + 1)};
 }
 
 }  // namespace
@@ -48,12 +62,12 @@ template <class Attempt>
 auto PostgresEngine::_persist(tTime until, Attempt attempt) {
     std::optional<ConnectionLost> before;
     milliseconds pause = kPause;
-    for (;;) {
+    for (bool isFirst = true;; isFirst = false) {
         try {
             if (!_connection) _connect(until);
             return attempt();
         } catch (const ConnectionLost& lost) {
-            const bool wasThere = _connection.has_value();
+            const bool wasThere = isFirst && _connection.has_value();
             _drop();
             if (!before || steady_clock::now() < until) before = lost;
             if (steady_clock::now() + pause >= until) throw *before;
@@ -135,11 +149,11 @@ void PostgresEngine::_connect(tTime until) {
     }
     if (!best && failure) std::rethrow_exception(failure);
     if (!best) throw ConnectionLost(reasons);
-    if (_store != 0) {
+    if (_id != 0) {
         _refuseLoss(*best);
         _state.timeline = best->state.timeline;
     } else {
-        _store = best->store;
+        _id = best->store;
         _state = best->state;
         _token = best->token;
         _header = best->header;
@@ -161,7 +175,7 @@ PostgresEngine::tAnswer PostgresEngine::_ask(Connection& connection, tTime until
     }
     const auto find = [&] {
         const tStatement statements[] = {{sql::kFind, {text(_settings.store)}},
-                                         {sql::kWriter, {number(_store), number(_state.epoch)}}};
+                                         {sql::kWriter, {number(_id), number(_state.epoch)}}};
         try {
             return connection.run(statements, {until});
         } catch (const Refused& refusal) {
@@ -178,8 +192,7 @@ PostgresEngine::tAnswer PostgresEngine::_ask(Connection& connection, tTime until
     answer.state.epoch = store.number(0, 1);
     answer.token = store.number(0, 2);
     answer.low = store.number(0, 3);
-    answer.header = {static_cast<unsigned long long>(store.number(0, 4)),
-                     static_cast<unsigned int>(store.number(0, 5))};
+    answer.header = headerOf(store, 4);
     if (found[1].count() != 0) answer.knownToken = found[1].number(0, 0);
     return answer;
 }
@@ -191,7 +204,7 @@ void PostgresEngine::_refuseLayout(std::int64_t layout) {
 
 // A server has to have all that was seen of the store. What has become too old to be told apart is taken for the same.
 void PostgresEngine::_refuseLoss(const tAnswer& answer) const {
-    if (answer.store != _store) throw EngineError("the store is not there any more");
+    if (answer.store != _id) throw EngineError("the store is not there any more");
     if (answer.state.timeline < _state.timeline || answer.state.epoch < _state.epoch) {
         throw ConnectionLost("the server is behind what was seen of the store");
     }
@@ -203,10 +216,16 @@ void PostgresEngine::_refuseLoss(const tAnswer& answer) const {
 
 // --- Guards
 
+/// What a transaction begins with: the store, what has changed since it was seen, and some of that.
+struct PostgresEngine::tBegun {
+    Rows store;
+    Rows changed;
+    Rows renewed;
+};
+
 std::optional<Engine::News> PostgresEngine::guardTaken() {
     _refuseChild();
     bool asked = false;
-    tTime askedAt;
     {
         const std::lock_guard lock(_watch->mutex);
         const tTime now = steady_clock::now();
@@ -219,7 +238,6 @@ std::optional<Engine::News> PostgresEngine::guardTaken() {
             _drop();
         }
         asked = _stage == tStage::kAsked && _connection;
-        askedAt = _takenAt;
         if (_stage == tStage::kKept && _connection) _end();
         _stage = tStage::kOurs;
         _overtaken = false;
@@ -231,7 +249,7 @@ std::optional<Engine::News> PostgresEngine::guardTaken() {
             const bool wasAsked = std::exchange(asked, false);
             if (!wasAsked) _postBegin(_state.epoch);
             News made = _newsOf(_collectBegin(until));
-            _takenAt = wasAsked ? askedAt : steady_clock::now();
+            if (!wasAsked || _state.epoch != known) _since = steady_clock::now();
             return made;
         });
         if (_state.epoch == known) return std::nullopt;
@@ -243,48 +261,53 @@ std::optional<Engine::News> PostgresEngine::guardTaken() {
     }
 }
 
-// In two pipelines, so that it shows whether the server hangs or somebody else has the guard.
+// In three pipelines, so that it shows whether the server hangs, somebody else has the guard, or much has changed.
 void PostgresEngine::_postBegin(std::int64_t known) {
-    const bool writes = _mode == tMode::kWrite;
+    const bool writes = _writes();
     const tStatement begin{writes ? sql::kBegin : sql::kBeginReading, {}};
-    const tStatement statements[] = {{writes ? sql::kLock : sql::kPeek, {number(_store)}},
-                                     {sql::kChanged, {number(_store), number(known)}},
-                                     {sql::kRenewed, {number(_store), number(known)}}};
+    const tStatement lock{writes ? sql::kLock : sql::kPeek, {number(_id)}};
+    const tStatement news[] = {{sql::kChanged, {number(_id), number(known)}},
+                               {sql::kRenewed, {number(_id), number(known)}}};
     _connection->post(std::span(&begin, 1), _patience());
-    _connection->post(statements, _patience());
+    _connection->post(std::span(&lock, 1), _patience());
+    _connection->post(news, _patience());
 }
 
-std::vector<Rows> PostgresEngine::_collectBegin(tTime until) {
-    _connection->drain(2, {until});
+PostgresEngine::tBegun PostgresEngine::_collectBegin(tTime until) {
+    _connection->drain(3, {until});
     _connection->collect({until});
-    try {
-        return _connection->collect({until});
-    } catch (const ConnectionLost&) {
-        if (steady_clock::now() < until || _mode == tMode::kRead) throw;
-        throw ConnectionLost(kWaited);
-    } catch (const Refused& refusal) {
-        if (refusal.state() == kLocked) throw EngineError(kWaited);
-        throw;
-    }
+    const Rows store = [&] {
+        try {
+            return _connection->collect({until}).front();
+        } catch (const ConnectionLost&) {
+            if (steady_clock::now() < until || !_writes()) throw;
+            throw ConnectionLost(kWaited);
+        } catch (const Refused& refusal) {
+            if (refusal.state() == kLocked) throw EngineError(kWaited);
+            throw;
+        }
+    }();
+    const std::vector<Rows> news = _connection->collect(_patience());
+    return {store, news[0], news[1]};
 }
 
-Engine::News PostgresEngine::_newsOf(const std::vector<Rows>& rows) {
-    const Rows& store = rows[0];
+Engine::News PostgresEngine::_newsOf(const tBegun& begun) {
+    const Rows& store = begun.store;
     if (store.count() == 0) throw EngineError("the store is not there any more");
     if (store.number(0, 0) < _state.epoch) throw ConnectionLost("the server is behind what was seen of the store");
     _refuseLayout(store.number(0, 5));
-    _news = rows;  // whose bytes the news show
     News news;
-    news.header = {static_cast<unsigned long long>(store.number(0, 3)), static_cast<unsigned int>(store.number(0, 4))};
+    news.header = headerOf(store, 3);
     news.everything = _state.epoch < store.number(0, 2);
-    for (std::size_t i = 0; i < rows[1].count(); ++i) {
-        news.offsets.push_back(offsetOf(rows[1], i));
+    for (std::size_t i = 0; i < begun.changed.count(); ++i) {
+        news.offsets.push_back(offsetOf(begun.changed, i));
         _long.erase(news.offsets.back());
     }
-    for (std::size_t i = 0; i < rows[2].count(); ++i) {
-        news.records.push_back({offsetOf(rows[2], i), rows[2].bytes(i, 1)});
+    for (std::size_t i = 0; i < begun.renewed.count(); ++i) {
+        news.records.push_back({offsetOf(begun.renewed, i), begun.renewed.bytes(i, 1)});
     }
     if (news.everything) _long.clear();
+    _news = begun.renewed;  // whose bytes the news show
     _state.epoch = store.number(0, 0);
     _token = store.number(0, 1);
     _header = news.header;
@@ -300,8 +323,8 @@ void PostgresEngine::guardReleased() noexcept {
         return;
     }
     try {
-        const tTime keepUntil = _takenAt + _settings.keep;
-        const bool keeps = _mode == tMode::kWrite && _begun && !_overtaken && steady_clock::now() < keepUntil;
+        const tTime keepUntil = _since + _settings.keep;
+        const bool keeps = _writes() && _begun && !_overtaken && steady_clock::now() < keepUntil;
         if (_stage == tStage::kOurs && !keeps) return _end();
         if (_stage == tStage::kOurs) {
             _stage = tStage::kKept;
@@ -363,8 +386,8 @@ auto PostgresEngine::_read(Read read) {
     if (_stage != tStage::kOurs) throw EngineError("there is no connection to the server");
     return _persist(_patience().until, [&] {
         if (_overtaken) throw EngineError(kOvertaken);
-        if (!_begun) _resume();
         try {
+            if (!_begun) _resume();
             return read();
         } catch (const Refused&) {
             _drop();  // with the transaction, of which nothing is left
@@ -374,9 +397,9 @@ auto PostgresEngine::_read(Read read) {
 }
 
 void PostgresEngine::_resume() {
-    const bool writes = _mode == tMode::kWrite;
+    const bool writes = _writes();
     const tStatement statements[] = {{writes ? sql::kBegin : sql::kBeginReading, {}},
-                                     {writes ? sql::kLock : sql::kPeek, {number(_store)}}};
+                                     {writes ? sql::kLock : sql::kPeek, {number(_id)}}};
     const Rows store = _connection->run(statements, _patience())[1];
     _begun = true;
     if (store.count() == 1 && store.number(0, 0) == _state.epoch && store.number(0, 1) == _token) return;
@@ -385,7 +408,7 @@ void PostgresEngine::_resume() {
 }
 
 std::optional<std::span<const std::byte>> PostgresEngine::load(unsigned int offset) {
-    const tStatement statement{sql::kLoad, {number(_store), number(offset)}};
+    const tStatement statement{sql::kLoad, {number(_id), number(offset)}};
     const Rows rows = _read([&] { return _connection->run(std::span(&statement, 1), _patience()).front(); });
     return _whole(offset, rows);
 }
@@ -394,12 +417,16 @@ std::optional<std::span<const std::byte>> PostgresEngine::load(unsigned int offs
 std::optional<std::span<const std::byte>> PostgresEngine::_whole(unsigned int offset, const Rows& rows) {
     _long.erase(offset);
     if (rows.count() == 0) return std::nullopt;
-    if (rows.count() > 1) _long[offset] = static_cast<std::int32_t>(rows.count());
     _loaded.clear();
     for (std::size_t i = 0; i < rows.count(); ++i) {
-        const auto bytes = rows.bytes(i, 0);
+        const auto bytes = rows.bytes(i, 1);
+        const bool isLast = i + 1 == rows.count();
+        if (smallNumber(rows, i, 0) != i || (isLast ? bytes.size() > kChunk : bytes.size() != kChunk)) {
+            throw EngineError("of its parts some are missing, or not as they were written");
+        }
         _loaded.insert(_loaded.end(), bytes.begin(), bytes.end());
     }
+    if (rows.count() > 1) _long[offset] = static_cast<std::int32_t>(rows.count());
     return std::span<const std::byte>(_loaded);
 }
 
@@ -415,6 +442,7 @@ void PostgresEngine::bring(std::span<const unsigned int> offsets, const std::fun
                 take({known, rows.bytes(found, 1)});
             }
         }
+        if (row != rows.count()) throw EngineError(kOdd);
     };
     if (offsets.size() == 1) {
         // Records that were made one after the other are often asked for so: the more, the longer that goes on.
@@ -422,8 +450,8 @@ void PostgresEngine::bring(std::span<const unsigned int> offsets, const std::fun
         const auto extent = static_cast<std::int64_t>(_header.extent);
         _ahead = offset == _nextAhead ? std::clamp(_ahead * 2, kAhead, kMostAhead) : kAhead;
         _nextAhead = offset + static_cast<unsigned int>(_ahead) + 1;
-        const tStatement statements[] = {{sql::kLoad, {number(_store), number(offset)}},
-                                         {sql::kNear, {number(_store), number(offset), number(offset + _ahead)}}};
+        const tStatement statements[] = {{sql::kLoad, {number(_id), number(offset)}},
+                                         {sql::kNear, {number(_id), number(offset), number(offset + _ahead)}}};
         const std::vector<Rows> rows = _read([&] { return _connection->run(statements, _patience()); });
         if (const auto bytes = _whole(offset, rows[0])) take({offset, *bytes});
         std::vector<unsigned int> near;
@@ -438,7 +466,7 @@ void PostgresEngine::bring(std::span<const unsigned int> offsets, const std::fun
         std::vector<std::int64_t> asked(some.begin(), some.end());
         std::sort(asked.begin(), asked.end());
         asked.erase(std::unique(asked.begin(), asked.end()), asked.end());
-        const tStatement statement{sql::kSeveral, {number(_store), numbers(asked)}};
+        const tStatement statement{sql::kSeveral, {number(_id), numbers(asked)}};
         takeAll(_read([&] { return _connection->run(std::span(&statement, 1), _patience()).front(); }), asked);
     }
 }

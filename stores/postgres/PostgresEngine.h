@@ -29,17 +29,21 @@ namespace lumivard::platform::stores {
 ///
 /// To take a guard is one round trip, and so is to commit; nobody waits for the end of a transaction that has changed
 /// nothing. Where guards are kept, the next transaction is asked for along with the commit, and given up when nobody
-/// has wanted it for a while.
+/// has wanted it for a while; transactions follow each other so for as long as guards are kept, and no longer, so that
+/// others get in.
 ///
-/// Nothing waits longer than the deadline. Threads and errors as for `Engine`; a thread of its own gives up what is
-/// kept, under the mutex, and touches nothing else.
+/// When it is not known what became of a commit, or the server has refused one, guards are those of a reader from there
+/// on: they wait for nobody.
+///
+/// The server may be silent for the deadline, and no longer. Threads and errors as for `Engine`; a thread of its own
+/// gives up what is kept, under the mutex, and touches nothing else.
 class PostgresEngine final : public Engine {
 public:
     struct Settings {
         std::string location;                      ///< as libpq takes it, without the store
         std::string store;                         ///< the name of the store
         std::chrono::milliseconds deadline{5000};  ///< for each answer, and for settling what became of a commit
-        std::chrono::milliseconds keep{0};         ///< for how long a guard is kept
+        std::chrono::milliseconds keep{0};         ///< for how long guards are kept that follow each other
         std::int64_t history = 10'000;             ///< commits of which it is remembered what they have changed
     };
 
@@ -61,6 +65,7 @@ public:
 private:
     struct tPrepared;
     struct tAnswer;
+    struct tBegun;
     using Connection = pq::Connection;
     using Rows = pq::Rows;
     using tPatience = pq::tPatience;
@@ -85,6 +90,7 @@ private:
     static constexpr std::chrono::milliseconds kPause{20};  ///< between two attempts to reach a server
 
     tPatience _patience() const { return tPatience::of(_settings.deadline); }
+    bool _writes() const noexcept { return _mode == tMode::kWrite && !_hasFailed; }
     void _refuseChild() const;
 
     void _connect(tTime until);
@@ -95,8 +101,8 @@ private:
     auto _persist(tTime until, Attempt attempt);
 
     void _postBegin(std::int64_t known);
-    std::vector<Rows> _collectBegin(tTime until);
-    News _newsOf(const std::vector<Rows>& rows);
+    tBegun _collectBegin(tTime until);
+    News _newsOf(const tBegun& begun);
     void _drop() noexcept;
     void _end() noexcept;
     void _giveUp();
@@ -107,23 +113,26 @@ private:
     std::optional<std::span<const std::byte>> _whole(unsigned int offset, const Rows& rows);
 
     tPrepared _prepare(const Batch& batch);
-    void _send(const tPrepared& batch);
-    void _settle(const tPrepared& batch, std::string reason);
+    void _store(tPrepared& batch);
+    void _post(tPrepared& batch);
+    void _send(tPrepared& batch);
+    void _settle(tPrepared& batch, std::string reason);
 
     const Settings _settings;
     const tMode _mode;
     const int _process;
     std::optional<Connection> _connection;
-    std::int64_t _store = 0;
+    std::int64_t _id = 0;     ///< of the store
     tState _state;            ///< the newest that was seen; its epoch is that of the snapshot
     std::int64_t _token = 0;  ///< of the commit that made the epoch
     Header _header;
     bool _begun = false;      ///< whether a transaction is under way that the guard may use
     bool _overtaken = false;  ///< whether that of the guard is lost for good
-    tTime _takenAt;           ///< when the transaction was begun, or asked for
+    bool _hasFailed = false;  ///< whether nothing will be committed any more
+    tTime _since;             ///< when the first of the transactions was begun that follow each other
     std::unordered_map<unsigned int, std::int32_t> _long;  ///< chunks of records that have several
     std::vector<std::byte> _loaded;
-    std::vector<Rows> _news;      ///< whose bytes have been given out
+    std::optional<Rows> _news;    ///< whose bytes have been given out
     unsigned int _nextAhead = 0;  ///< the offset behind those that were read ahead
     std::int64_t _ahead = 0;      ///< how many that were
     std::random_device _random;

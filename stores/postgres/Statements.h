@@ -31,7 +31,8 @@ inline constexpr char kRenewed[] =
     "SELECT DISTINCT unnest(offs) FROM lvp_change WHERE store = $1 AND epoch > $2 ORDER BY 1 LIMIT 256)) ORDER BY off";
 
 // Records: one of any length, and several, of which only short ones come, that are a single row.
-inline constexpr char kLoad[] = "SELECT body FROM lvp_record WHERE store = $1 AND off = $2 ORDER BY chunk";
+inline constexpr char kLoad[] =
+    "SELECT chunk::bigint, body FROM lvp_record WHERE store = $1 AND off = $2 ORDER BY chunk";
 inline constexpr char kNear[] =
     "SELECT off, CASE WHEN octet_length(body) < 8192 THEN body END FROM lvp_record WHERE store = $1 AND off > $2 "
     "AND off <= $3 AND chunk = 0 ORDER BY off";

@@ -159,8 +159,9 @@ TEST_F(DatabaseCost, OfAppendingToALongRecordIsItsLastChunk) {
     client->flush();
     const auto changed = [&](const auto& work) {
         Server::run(
-            "DROP TABLE IF EXISTS before; CREATE TABLE before AS SELECT store, off, chunk, xmin AS made FROM "
-            "lvp_record");
+            "DROP TABLE IF EXISTS before; CREATE TABLE before AS SELECT store, off, chunk, r.xmin AS made FROM "
+            "lvp_record r JOIN lvp_store s ON s.id = r.store WHERE s.name = '" +
+            name + "'");
         work();
         client->flush();
         const tClient other = open(kNever);

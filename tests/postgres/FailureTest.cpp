@@ -5,11 +5,18 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <optional>
+#include <thread>
+
 #include <gmock/gmock.h>
 
 #include "lumivard/platform/stores.h"
 #include "lumivard/platform/stores/Postgres.h"
 #include "tests/postgres/Database.h"
+#include "tests/postgres/Proxy.h"
 
 namespace lumivard::platform::stores {
 namespace {
@@ -58,6 +65,11 @@ TEST_F(DatabaseFailure, OfACommitThatCameWithAWarningIsMendedByAnotherOneWithout
 }
 
 TEST_F(DatabaseFailure, OfACommitThatNothingIsKnownOfRefusesAllChangesUntilTheStoreIsOpenedAgain) {
+    {
+        const tClient other = open(kNever);
+        create(*other, "zero");
+        other->flush();
+    }
     const tClient client = openHasty();
     create(*client, "one");
     warnOnCommit("lvp_store");
@@ -65,11 +77,69 @@ TEST_F(DatabaseFailure, OfACommitThatNothingIsKnownOfRefusesAllChangesUntilTheSt
     EXPECT_THAT(refusal([&] { client->flush(); }), HasSubstr("it is not known whether it was done"));
     EXPECT_THAT(refusal([&] { client->flush(); }), HasSubstr("it is not known whether it was done"));
     EXPECT_THAT(refusal([&] { create(*client, "two"); }), HasSubstr("it is not known whether it was done"));
-    EXPECT_EQ(contents(*client, 0), "one") << "it can be read";
+    EXPECT_EQ(contents(*client, 0), "zero") << "it can be read";
+    EXPECT_EQ(contents(*client, 1), "one");
     TearDown();
     const tClient again = open(kNever);
     create(*again, "two");
     EXPECT_NO_THROW(again->flush());
+}
+
+// It may have been replicated no further than here, and whoever waits for its end may wait for long.
+TEST_F(DatabaseFailure, OfACommitThatNothingIsKnownOfLetsReadWhileSomebodyElseHasTheGuard) {
+    const tClient client = openHasty();
+    create(*client, "one");
+    warnOnCommit("lvp_store");
+    EXPECT_THROW(client->flush(), StoreError);
+    TearDown();
+    const tClient other = open(kNever);
+    const tLock theirs(other->lock());
+    const tLock guard(client->lock());
+    EXPECT_EQ(client->extent(), 1U);
+    EXPECT_EQ(contents(*client, 0), "one") << "and what is stored by now is seen";
+}
+
+// So many others have stored something by then that the list of changes begins behind it.
+TEST_F(DatabaseFailure, OfACommitWhoseTraceIsGoneIsToldAsNotKnown) {
+    const tClient client = open(kNever);
+    create(*client, "one");
+    Server::run(
+        "CREATE OR REPLACE FUNCTION lvp_warn() RETURNS trigger LANGUAGE plpgsql AS $$ BEGIN RAISE WARNING 'lost'; "
+        "DELETE FROM lvp_change WHERE store = NEW.store; UPDATE lvp_store SET epoch = epoch + 5, low_epoch = epoch + 2 "
+        "WHERE id = NEW.store; RETURN NULL; END $$");
+    Server::run(
+        "CREATE CONSTRAINT TRIGGER warning AFTER INSERT ON lvp_change DEFERRABLE INITIALLY DEFERRED FOR EACH ROW "
+        "EXECUTE FUNCTION lvp_warn()");
+    EXPECT_THAT(messageOf<StoreError>([&] { client->flush(); }),
+                HasSubstr("it is not known whether it was done: too much was stored since"));
+}
+
+TEST_F(DatabaseFailure, OfAFlushOfWhichNothingWasSentLosesThatAndGoesOn) {
+    {
+        const tClient other = open(kNever);
+        create(*other, "one");
+        create(*other, std::string(20'000, 'b'));
+        other->flush();
+    }
+    Proxy proxy(Server::port());
+    auto settings = Server::settings(name, proxy.port());
+    settings.deadline = milliseconds(300);
+    const tClient client = open(std::move(settings));
+    {
+        const tLock guard(client->lock());
+        update(*client, 0, "two");
+        proxy.close(true);
+        EXPECT_THROW(client->size(1), StoreError);
+        EXPECT_THAT(messageOf<StoreError>([&] { client->flush(); }), HasSubstr("nothing was stored: "));
+    }
+    proxy.close(false);
+    {
+        const tLock guard(client->lock());
+        EXPECT_EQ(contents(*client, 0), "one");
+        update(*client, 0, "three");
+        EXPECT_NO_THROW(client->flush());
+    }
+    EXPECT_EQ(stored("epoch"), 2);
 }
 
 // --- Servers that have lost something
@@ -114,12 +184,54 @@ TEST_F(DatabaseFailure, OfAStoreThatWasDeletedIsToldByName) {
     EXPECT_THAT(messageOf<StoreError>([&] { const tLock guard(client->lock()); }), HasSubstr("there is no store"));
 }
 
+TEST_F(DatabaseFailure, OfAStoreThatWasDeletedIsNotSeenInAnotherOneOfItsName) {
+    const tClient client = openHasty();
+    create(*client, "one");
+    client->flush();
+    Server::run("DELETE FROM lvp_store WHERE name = '" + name + "'");
+    Server::run("INSERT INTO lvp_store(name, epoch, next_off) VALUES('" + name + "', 100, 5)");
+    Server::cutAll();
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        EXPECT_THAT(messageOf<StoreError>([&] { const tLock guard(client->lock()); }), HasSubstr("not there any more"));
+        EXPECT_THAT(messageOf<StoreError>([&] { client->size(3); }), HasSubstr("not there any more"));
+    }
+    EXPECT_EQ(contents(*client, 0), "one") << "what is known stays";
+}
+
 TEST_F(DatabaseFailure, OfAStoreOfANewerVersionOrAnotherMachineIsToldByName) {
     Server::run("UPDATE lvp_store SET format = 2 WHERE name = '" + name + "'");
     EXPECT_THAT(messageOf<EngineError>([&] { open(kNever); }), HasSubstr("it was made by a newer version"));
     Server::run("UPDATE lvp_store SET format = 1, layout = 5 WHERE name = '" + name + "'");
     EXPECT_THAT(messageOf<EngineError>([&] { open(kNever); }),
                 HasSubstr("another byte order or width of wide characters"));
+}
+
+TEST_F(DatabaseFailure, OfWhatTheServerHasOfAStoreIsToldByName) {
+    {
+        const tClient client = open(kNever);
+        create(*client, std::string(20'000, 'a'));
+        create(*client, "one");
+        client->flush();
+    }
+    const std::string store = "(SELECT id FROM lvp_store WHERE name = '" + name + "')";
+    const std::string odd = "what the server has of the store is not as it should be";
+    const tClient sound = open(kNever);
+    for (const char* const number : {"next_off = -1", "next_off = 4294967296", "version = -1"}) {
+        SCOPED_TRACE(number);
+        Server::run(std::string("UPDATE lvp_store SET ") + number + " WHERE name = '" + name + "'");
+        EXPECT_THAT(messageOf<EngineError>([&] { open(kNever); }), HasSubstr(odd));
+        EXPECT_THAT(messageOf<StoreError>([&] { const tLock guard(sound->lock()); }), HasSubstr(odd));
+        Server::run("UPDATE lvp_store SET next_off = 2, version = 0 WHERE name = '" + name + "'");
+    }
+    EXPECT_EQ(contents(*sound, 1), "one");
+    Server::run("DELETE FROM lvp_record WHERE chunk = 1 AND store = " + store);
+    const tClient client = open(kNever);
+    EXPECT_THAT(messageOf<StoreError>([&] { client->size(0); }), HasSubstr("of its parts some are missing"));
+    EXPECT_EQ(contents(*client, 1), "one") << "others can be read";
+    Server::run("UPDATE lvp_change SET offs = '{4294967297}' WHERE store = " + store);
+    Server::run("UPDATE lvp_change SET epoch = 2 WHERE store = " + store);
+    Server::run("UPDATE lvp_store SET epoch = 2 WHERE name = '" + name + "'");
+    EXPECT_THAT(messageOf<StoreError>([&] { const tLock guard(sound->lock()); }), HasSubstr(odd));
 }
 
 // --- Guards
@@ -146,21 +258,41 @@ TEST_F(DatabaseFailure, OfTheConnectionUnderAGuardEndsItWhereSomebodyHasStoredSo
     create(*writer, "one");
     create(*writer, std::string(20'000, 'b'));
     writer->flush();
-    const tClient client = open(kNever);
+    for (const milliseconds keep : {kNever, milliseconds(kLong)}) {
+        const tClient client = open(keep);
+        {
+            const tLock guard(client->lock());
+            update(*client, 0, "mine");
+            Server::cutAll();
+            update(*writer, 0, "theirs " + std::to_string(keep.count()));
+            writer->flush();
+            const auto overtaken = HasSubstr("the connection was lost, and somebody else has changed the store since");
+            EXPECT_THAT(messageOf<StoreError>([&] { client->size(1); }), overtaken);
+            EXPECT_THAT(messageOf<StoreError>([&] { client->size(1); }), overtaken);
+            EXPECT_THAT(messageOf<StoreError>([&] { client->flush(); }), overtaken);
+        }
+        const tLock guard(client->lock());
+        EXPECT_EQ(contents(*client, 0), "theirs " + std::to_string(keep.count()));
+        EXPECT_EQ(client->size(1), 20'000U);
+    }
+}
+
+TEST_F(DatabaseFailure, OfAGuardThatWasLostIsNotKept) {
+    const tClient writer = open(kNever);
+    create(*writer, "one");
+    create(*writer, std::string(20'000, 'b'));
+    writer->flush();
+    const tClient client = open(kLong);
+    EXPECT_EQ(contents(*client, 0), "one");
     {
         const tLock guard(client->lock());
-        update(*client, 0, "mine");
         Server::cutAll();
-        update(*writer, 0, "theirs");
+        update(*writer, 0, "two");
         writer->flush();
-        const auto overtaken = HasSubstr("the connection was lost, and somebody else has changed the store since");
-        EXPECT_THAT(messageOf<StoreError>([&] { client->size(1); }), overtaken);
-        EXPECT_THAT(messageOf<StoreError>([&] { client->size(1); }), overtaken);
-        EXPECT_THAT(messageOf<StoreError>([&] { client->flush(); }), overtaken);
+        EXPECT_THROW(client->size(1), StoreError);
     }
     const tLock guard(client->lock());
-    EXPECT_EQ(contents(*client, 0), "theirs");
-    EXPECT_EQ(client->size(1), 20'000U);
+    EXPECT_EQ(contents(*client, 0), "two");
 }
 
 TEST_F(DatabaseFailure, OfAKeptGuardsConnectionIsSeenBeforeItIsUsedAgain) {
@@ -187,6 +319,29 @@ TEST_F(DatabaseFailure, OfWaitingForAGuardThatIsKeptForLongIsToldByName) {
                 HasSubstr("somebody else may have its guard"));
 }
 
+// The transaction that is asked for along with a commit may wait while nobody looks at its answer.
+TEST_F(DatabaseFailure, OfATransactionThatTheServerHasWaitedForTooLongIsToldByName) {
+    auto settings = Server::settings(name);
+    settings.keep = kLong;
+    settings.deadline = milliseconds(500);
+    const tClient client = open(std::move(settings));
+    {
+        std::optional<Server::Waiter> other;
+        {
+            const tLock guard(client->lock());
+            create(*client, "one");
+            other.emplace("BEGIN; LOCK TABLE lvp_store IN EXCLUSIVE MODE");
+        }
+        const std::string refused =
+            "SELECT count(*) FROM pg_stat_activity WHERE state = 'idle in transaction (aborted)'";
+        while (Server::count(refused) == 0) std::this_thread::yield();
+        EXPECT_THAT(messageOf<StoreError>([&] { const tLock guard(client->lock()); }),
+                    HasSubstr("somebody else may have its guard"));
+    }
+    const tLock guard(client->lock());
+    EXPECT_EQ(contents(*client, 0), "one");
+}
+
 TEST_F(DatabaseFailure, DoesNotComeFromAGuardThatIsKeptForAMomentByWhoDoesNothingMore) {
     const tClient keeper = open(milliseconds(20));
     const tClient other = open(kNever);
@@ -202,7 +357,7 @@ TEST_F(DatabaseFailure, DoesNotComeFromAGuardThatIsKeptForAMomentByWhoDoesNothin
 }
 
 TEST_F(DatabaseFailure, OfACallFromAChildOfTheProcessIsToldByName) {
-    const tClient client = open(kLong);
+    tClient client = open(kLong);
     create(*client, "one");
     client->flush();
     { const tLock guard(client->lock()); }
@@ -214,6 +369,7 @@ TEST_F(DatabaseFailure, OfACallFromAChildOfTheProcessIsToldByName) {
         } catch (const StoreError& error) {
             status = std::string(error.what()).find("opened by another process") == std::string::npos ? 2 : 0;
         }
+        client.store.reset();  // waits for nothing, and leaves the parent's connection alone
         ::_exit(status);
     }
     int status = 0;
@@ -280,6 +436,22 @@ TEST_F(DatabaseFailure, DoesNotComeFromNamesOfHosts) {
     EXPECT_NE(stores::open(location, tMode::kRead), nullptr);
 }
 
+TEST_F(DatabaseFailure, DoesNotComeFromLocationsThatNameAService) {
+    const std::string location = Server::url(name);
+    const std::size_t at = location.find('@');
+    const std::size_t slash = location.find('/', at);
+    const std::string database = location.substr(slash + 1, location.find('?') - slash - 1);
+    const std::string user = location.substr(location.find("//") + 2, at - location.find("//") - 2);
+    const std::string file = testing::TempDir() + "/lvp_service." + std::to_string(::getpid());
+    std::ofstream(file) << "[lvp_test]\nhost=127.0.0.1\nport=" << Server::port() << "\nuser=" << user
+                        << "\ndbname=" << database << "\n";
+    ASSERT_EQ(::setenv("PGSERVICEFILE", file.c_str(), 1), 0);
+    EXPECT_NO_THROW(stores::open(
+        "postgresql:///?service=lvp_test&store=" + location.substr(location.find("store=") + 6), tMode::kRead));
+    EXPECT_EQ(::unsetenv("PGSERVICEFILE"), 0);
+    EXPECT_EQ(std::remove(file.c_str()), 0);
+}
+
 // --- Setting up
 
 TEST_F(DatabaseFailure, DoesNotComeWhereAStoreIsSetUpListedAndRemoved) {
@@ -298,6 +470,22 @@ TEST_F(DatabaseFailure, DoesNotComeWhereAStoreIsSetUpListedAndRemoved) {
                 HasSubstr("there is a store of that name already"));
     runInPostgres(location, postgresRemoval(location));
     EXPECT_THAT(messageOf<StoreError>([&] { postgres(location, tMode::kRead); }), HasSubstr("there is no store"));
+}
+
+TEST_F(DatabaseFailure, OfARemovalThatSomebodyHoldsUpLeavesTheStore) {
+    const tClient client = open(kNever);
+    create(*client, "one");
+    client->flush();
+    const std::string location = Server::url(name) + "&deadline=200";
+    {
+        const tLock guard(client->lock());
+        EXPECT_THAT(messageOf<StoreError>([&] { runInPostgres(location, postgresRemoval(location)); }),
+                    HasSubstr("lock timeout"));
+        update(*client, 0, "two");
+    }
+    client->flush();
+    const tClient other = open(kNever);
+    EXPECT_EQ(contents(*other, 0), "two");
 }
 
 /// Two roles that may log in, and nothing else.
@@ -344,6 +532,52 @@ TEST_F(DatabaseRights, AreThoseThatWereGiven) {
     EXPECT_EQ(contents(*reader, 0), "one");
     const auto wishful = postgres(asReader, tMode::kWrite);
     EXPECT_THAT(messageOf<StoreError>([&] { const tLock guard(wishful->lock()); }), HasSubstr("permission denied"));
+}
+
+TEST_F(DatabaseRights, AreAskedForAgainUnderAGuardThatWasRefusedSomething) {
+    runInPostgres(Server::url(name), postgresRights("lvp_test_writer", tMode::kWrite));
+    {
+        const auto writer = Server::open(name);
+        create(*writer, std::string(20'000, 'a'));
+        create(*writer, std::string(20'000, 'b'));
+        writer->flush();
+    }
+    const auto store = postgres(Server::url(name, "lvp_test_writer"), tMode::kWrite);
+    const tLock guard(store->lock());
+    Server::run("REVOKE SELECT ON lvp_record FROM lvp_test_writer");
+    EXPECT_THAT(messageOf<StoreError>([&] { store->size(0); }), HasSubstr("permission denied"));
+    Server::run("GRANT SELECT ON lvp_record TO lvp_test_writer");
+    EXPECT_EQ(store->size(0), 20'000U);
+    Server::run("REVOKE INSERT, UPDATE ON lvp_record FROM lvp_test_writer");
+    update(*store, 0, "one");
+    EXPECT_THAT(messageOf<StoreError>([&] { store->flush(); }), HasSubstr("permission denied"));
+    EXPECT_EQ(store->size(1), 20'000U) << "it can be read";
+}
+
+TEST_F(DatabaseRights, AreAskedForAgainUnderAGuardWhoseConnectionIsLostToo) {
+    runInPostgres(Server::url(name), postgresRights("lvp_test_writer", tMode::kWrite));
+    {
+        const auto writer = Server::open(name);
+        create(*writer, std::string(20'000, 'a'));
+        writer->flush();
+    }
+    const auto store = postgres(Server::url(name, "lvp_test_writer"), tMode::kWrite);
+    const tLock guard(store->lock());
+    Server::cutAll();
+    Server::run("REVOKE UPDATE ON lvp_store FROM lvp_test_writer");
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        EXPECT_THAT(messageOf<StoreError>([&] { store->size(0); }), HasSubstr("permission denied"));
+    }
+    Server::run("GRANT UPDATE ON lvp_store TO lvp_test_writer");
+    EXPECT_EQ(store->size(0), 20'000U);
+}
+
+TEST_F(DatabaseRights, AreNotGivenByWhoMayNot) {
+    runInPostgres(Server::url(name), postgresRights("lvp_test_writer", tMode::kWrite));
+    const std::string asWriter = Server::url(name, "lvp_test_writer");
+    EXPECT_THAT(
+        messageOf<StoreError>([&] { runInPostgres(asWriter, postgresRights("lvp_test_reader", tMode::kRead)); }),
+        HasSubstr("no privileges were granted"));
 }
 
 }  // namespace

@@ -83,6 +83,13 @@ TEST(LocationRefusal, OfAStoreIsASentenceWithoutSecrets) {
     }
 }
 
+TEST(LocationRefusal, OfTheShortFormOfTheSchemeNamesTheLongOne) {
+    const std::string message =
+        messageOf<StoreError>([&] { stores::open("postgres://me:secret@a/db?store=x", tMode::kWrite); });
+    EXPECT_THAT(message, HasSubstr("postgresql://"));
+    EXPECT_THAT(message, Not(HasSubstr("secret")));
+}
+
 TEST(Scripts, QuoteWhatTheyAreGiven) {
     EXPECT_EQ(postgresCreation("postgresql://a/db?store=it%27s").back(), "INSERT INTO lvp_store(name) VALUES('it''s')");
     EXPECT_EQ(postgresCreation("postgresql://a/db?store=a%5Cb%27").back(),

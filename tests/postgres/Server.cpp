@@ -69,7 +69,8 @@ unsigned short Server::port() {
 // Of two ports the last one counts.
 PostgresEngine::Settings Server::settings(const std::string& store, unsigned short port) {
     PostgresEngine::Settings settings;
-    settings.location = location() + (port == 0 ? std::string() : " port=" + std::to_string(port));
+    settings.location = location();
+    if (port != 0) settings.location += " sslmode=disable gssencmode=disable port=" + std::to_string(port);
     settings.store = store;
     return settings;
 }

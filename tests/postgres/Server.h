@@ -35,7 +35,7 @@ public:
     /// Makes a new, empty store, and gives its name.
     static std::string newStore();
 
-    /// How a store is found, by the server's own port or another one that leads there.
+    /// How a store is found, by the server's own port or another one that leads there, and takes no encryption.
     static PostgresEngine::Settings settings(const std::string& store, unsigned short port = 0);
     static unsigned short port();
     static std::unique_ptr<Core> open(const std::string& store, tMode mode = tMode::kWrite);

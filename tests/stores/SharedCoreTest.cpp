@@ -136,6 +136,7 @@ TEST_F(SharedCore, GivesUpWhatIsDiscarded) {
     }
     EXPECT_EQ(server.records[0], "zero");
     EXPECT_EQ(server.holder, nullptr);
+    EXPECT_EQ(contents(*a, 0), "zero");
 }
 
 TEST_F(SharedCore, LooksForRecordsThatOthersHaveMadeWithoutAGuardToo) {
@@ -227,9 +228,54 @@ TEST_F(SharedCore, GivesUpAGatheredVersionWhereOthersHaveChangedAnything) {
     EXPECT_EQ(a->version(), 5U);
 }
 
+// A destructor takes the guard as well, and tells nobody.
+TEST_F(SharedCore, TellsInTheNextFlushWhatWasGivenUpWhereNobodyHasHeardIt) {
+    update(*a, 0, "mine");
+    {
+        const tLock guard(b->lock());
+        update(*b, 0, "theirs");
+    }
+    EXPECT_EQ(failureOf([&] { a->access()->enter(); }), kConflict);
+    EXPECT_EQ(contents(*a, 0), "theirs");
+    EXPECT_EQ(failureOf([&] { update(*a, 1, "more"); }), kConflict);
+    EXPECT_EQ(failureOf([&] { create(*a, "more"); }), kConflict) << "what comes after it may build on it";
+    EXPECT_EQ(failureOf([&] { a->flush(); }), kConflict);
+    EXPECT_NO_THROW(a->flush());
+    update(*a, 1, "more");
+    a->flush();
+    EXPECT_EQ(server.records[1], "more");
+}
+
+TEST_F(SharedCore, TellsOfAConflictThatARecordHasBroughtWhichWasReadWithoutAGuard) {
+    update(*a, 0, "mine");
+    {
+        const tLock guard(b->lock());
+        update(*b, 0, "theirs");
+    }
+    EXPECT_EQ(failureOf([&] { contents(*a, 1); }), kConflict);
+    EXPECT_EQ(contents(*a, 1), "one") << "reading goes on";
+    EXPECT_EQ(failureOf([&] { a->flush(); }), kConflict);
+    EXPECT_NO_THROW(a->flush());
+}
+
 // --- Outcomes
 
-TEST_F(SharedCore, TellsOnceThatWhatAGuardWroteIsLostAndGoesOn) {
+TEST_F(SharedCore, TellsInTheNextGuardToo) {
+    server.beforeCommit = [] { throw EngineConflict("somebody else got in between"); };
+    {
+        const tLock guard(a->lock());
+        update(*a, 0, "changed");
+    }
+    server.beforeCommit = nullptr;
+    EXPECT_EQ(failureOf([&] { const tLock guard(a->lock()); }),
+              "Cannot flush the store \"the name\": somebody else got in between.");
+    EXPECT_EQ(server.holder, nullptr);
+    const tLock guard(a->lock());
+    update(*a, 0, "again");
+    EXPECT_NO_THROW(a->flush());
+}
+
+TEST_F(SharedCore, TellsThatWhatAGuardWroteIsLostAndGoesOn) {
     server.beforeCommit = [] { throw EngineConflict("somebody else got in between"); };
     {
         const tLock guard(a->lock());
@@ -240,6 +286,7 @@ TEST_F(SharedCore, TellsOnceThatWhatAGuardWroteIsLostAndGoesOn) {
     const std::string lost = "Cannot flush the store \"the name\": somebody else got in between.";
     EXPECT_EQ(contents(*a, 0), "zero");
     EXPECT_EQ(failureOf([&] { update(*a, 0, "more"); }), lost);
+    EXPECT_EQ(failureOf([&] { a->flush(); }), lost);
     EXPECT_NO_THROW(a->flush());
     {
         const tLock guard(a->lock());
@@ -268,7 +315,14 @@ TEST_F(SharedCore, RefusesChangesOnceItIsUnknownWhatBecameOfSome) {
         EXPECT_EQ(failureOf([&] { update(*a, 0, "more"); }), unknown);
     }
     EXPECT_EQ(contents(*a, 1), "one") << "reading goes on";
+    EXPECT_EQ(contents(*a, 0), "zero") << "of what is stored";
     EXPECT_THAT(server.log, IsEmpty());
+    {
+        const tLock guard(b->lock());
+        update(*b, 0, "theirs");
+    }
+    const tLock guard(a->lock());
+    EXPECT_EQ(contents(*a, 0), "theirs") << "and goes on further";
 }
 
 // --- What a process notes for itself

@@ -22,6 +22,7 @@ constexpr std::chrono::milliseconds kPause{10};
 // How the store says what became of a step.
 constexpr std::string_view kUnknown = "it is not known whether it was done";
 constexpr std::string_view kGivenUp = "somebody else has changed the store since";
+constexpr std::string_view kNotStored = "nothing was stored";
 
 volatile std::sig_atomic_t stopped = 0;
 
@@ -89,7 +90,7 @@ private:
     }
 
     void _hear(const std::string& message) {
-        const bool givenUp = says(message, kGivenUp);
+        const bool givenUp = says(message, kGivenUp) || says(message, kNotStored);
         if (_storing) {
             _doubtful = says(message, kUnknown);
             const tOutcome otherwise = givenUp ? tOutcome::kGivenUp : tOutcome::kRefused;

@@ -28,8 +28,9 @@ struct PostgresOptions {
 
     /// For how long a guard is kept for the next one of this process when it has been given back: who takes the guard
     /// again within that time asks the server for nothing. Another process waits so long at most, and no longer: who
-    /// takes the guard over and over gives way each time that this is over. 0 keeps nothing, which is better where
-    /// others have much to do while this process takes the guard every few milliseconds.
+    /// takes the guard over and over lets it go each time that this is over. What others store shows later by so much
+    /// where the way to the server is cut meanwhile: let it be much shorter than the server's time-outs. 0 keeps
+    /// nothing, which is better where others have much to do while this process takes the guard every few milliseconds.
     std::chrono::milliseconds keep{10};
 
     /// How much memory the records may take that are kept for being read again, in bytes. What is changed and not yet
@@ -45,7 +46,7 @@ struct PostgresStore {
     unsigned long long epoch = 0;   ///< how often something was stored in it
 };
 
-/// Opens the store that `location` names, which has to be there (`createPostgres`). It keeps to `IDataStore` as the
+/// Opens the store that `location` names, which has to be there (`postgresCreation`). It keeps to `IDataStore` as the
 /// other stores do, and says more in these points:
 ///
 /// Guards. The outermost guard of a thread is a transaction: who has it sees all that was stored before, by anybody,
@@ -56,19 +57,21 @@ struct PostgresStore {
 ///
 /// Durability. What a `flush`, or a guard, has stored is what the server calls committed: with synchronous standbys it
 /// outlasts the loss of the primary (docs/stores.md tells what to set up). `flush` under a guard ends one transaction
-/// and begins another: others may have changed the store behind it. A guard ends in a destructor: that it could not
-/// store is told by the next `flush` or change, so flush where it matters. What is written without a guard gathers
-/// until `flush`, or the next guard, takes it along, and is given up as a whole, in an exception, when somebody else
-/// has changed the same records or made new ones in between. Reads without a guard are up to date when they first bring
-/// a record in, and later as much as the last guard was.
+/// and begins another: others may have changed the store behind it, and where that other one cannot be had, changes and
+/// what is not known yet throw until the guard is given back. A guard ends in a destructor: that it could not store is
+/// told by the next `flush` or `lock`, and until then changes throw the same, so flush where it matters. What is
+/// written without a guard gathers until `flush`, or the next guard, takes it along, and is given up as a whole, in an
+/// exception, when somebody else has changed the same records in between, or made new ones where this process has, or
+/// done anything where this process has set the version, or more than 10,000 times. Reads without a guard are up to
+/// date when they first bring a record in, and later as much as the last guard was.
 ///
 /// Failures. Where the connection is lost while something is being stored, it is found out on another one, before the
 /// deadline, whether that was done: then the flush succeeds; where it was not, it is done now; and where somebody else
 /// has got in between it is given up as a whole, in an exception that says so, and the store goes on. What cannot be
-/// found out is an exception, too, and the store can then be read and not changed until it is opened again; likewise
-/// where the server refuses to store something, for want of rights or of space. A server that is behind what was seen
-/// of the store, or has another history, is refused: of several hosts the one with the newest state is used, among
-/// those that take changes.
+/// found out is an exception, too, and the store then shows what is stored, waiting for nobody's guard, and cannot be
+/// changed until it is opened again; likewise where the server refuses to store something, for want of rights or of
+/// space. A server that is behind what was seen of the store, or has another history, is refused: of several hosts the
+/// one with the newest state is used, among those that take changes.
 ///
 /// Memory. Records come when they are first asked for, with others that were made next to them, and stay within the
 /// `cache` as long as nobody changes them.
@@ -86,8 +89,8 @@ LVP_EXPORT std::unique_ptr<core::storage::datastore::IDataStore> postgres(const 
                                                                           const PostgresOptions& options = {});
 
 /// What makes a store in a database, as SQL, one statement each: its tables, where there are none, and the store. Who
-/// has it run has to be allowed to make tables, where there are none. Nothing is done by asking for it. Throws
-/// `StoreError` for a location that names no store, or cannot be understood.
+/// has it run has to be allowed to make tables there, also where there are some. Nothing is done by asking for it.
+/// Throws `StoreError` for a location that names no store, or cannot be understood.
 LVP_EXPORT std::vector<std::string> postgresCreation(const std::string& location);
 
 /// Likewise what deletes a store with all that is in it, once nobody has its guard.
@@ -97,7 +100,9 @@ LVP_EXPORT std::vector<std::string> postgresRemoval(const std::string& location)
 LVP_EXPORT std::vector<std::string> postgresRights(const std::string& role, tMode mode);
 
 /// Runs statements in the database that `location` names, as one transaction. A store's name need not be given. Throws
-/// `StoreError` with the server's words, and nothing is done then; of a creation, where there is such a store.
+/// `StoreError` with the server's words, and nothing is done then, but where it says that this is not known: where the
+/// connection is lost while it is committed. Of a creation, where there is such a store; of a removal, where somebody
+/// has its guard for longer than the deadline. A statement may take five minutes.
 LVP_EXPORT void runInPostgres(const std::string& location, const std::vector<std::string>& statements);
 
 /// The stores of the database that `location` names, by name; none where there are no tables. Throws `StoreError`.
