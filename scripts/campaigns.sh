@@ -3,13 +3,13 @@
 # more of everything. Each prints how often it tried, its seed (LVP_SEED repeats it), and what it found.
 #   scripts/campaigns.sh             all of them, one after the other: some hours
 #   scripts/campaigns.sh NAME...     these: operations, trees, threads, depth, calls, memory, kills, power, disk,
-#                                    small-disk (as root), damage, flips, checker, documents, fuzz, records
+#                                    small-disk (as root), damage, flips, checker, documents, fuzz, records, servers
 set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/packages.sh
 
 names=(operations trees threads depth calls memory kills power disk small-disk damage flips checker documents fuzz
-    records)
+    records servers)
 [ $# -eq 0 ] || names=("$@")
 tests=build/release/tests
 sanitized=build/asan-ubsan/tests
@@ -66,6 +66,7 @@ campaign() {
         fuzz) scripts/fuzz.sh 600 ;;
         records) build release lvp_test_measured_records &&
             LVP_MUTATED_RECORDS=6000000 run $tests/fuzz/lvp_test_measured_records '*' ;;
+        servers) scripts/test-postgres.sh release --long --required ;;
         *) echo "There is no campaign of that name: $1" >&2 && exit 2 ;;
     esac
 }

@@ -33,6 +33,7 @@ dpkg-deb --contents $packages/lvp-data-tools_*.deb | grep -q /man1/ || passed_ov
 lintian --fail-on error,warning --allow-root --tag-display-limit 0 "${passed_over[@]}" $packages/*.deb
 
 echo "Trying them ..."
-cmake -DPACKAGES=$PWD/$packages -DSOURCE=$PWD -DWORK=$PWD/$build/trial -DCOMPILER="$(command -v g++)" -DGENERATOR=Ninja \
+cmake -DPACKAGES=$PWD/$packages -DSOURCE=$PWD -DWORK=$PWD/$build/trial -DCOMPILER="$(command -v g++)" \
+    -DGENERATOR=Ninja -DPOSTGRES=ON \
     -P tests/package/Packages.cmake >$build/trial.log 2>&1 || { cat $build/trial.log; exit 1; }
 ls -l $packages/*.deb

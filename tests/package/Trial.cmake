@@ -47,11 +47,13 @@ function(try_installation root work)
 
     # By find_package.
     run(${CMAKE_COMMAND} -S ${SOURCE}/tests/package/consumer -B ${work}/build -G ${GENERATOR}
-        -DCMAKE_CXX_COMPILER=${COMPILER} -DCMAKE_PREFIX_PATH=${root}
+        -DCMAKE_CXX_COMPILER=${COMPILER} -DCMAKE_PREFIX_PATH=${root} -DPOSTGRES=${POSTGRES}
         -DCMAKE_DISABLE_FIND_PACKAGE_GTest=ON --no-warn-unused-cli)
     run(${CMAKE_COMMAND} --build ${work}/build)
     run(${work}/build/consumer ${work}/found.lvp)
-    run(${work}/build/database_consumer)
+    if(POSTGRES)
+        run(${work}/build/database_consumer)
+    endif()
 
     # By pkg-config.
     set(ENV{PKG_CONFIG_PATH} ${libraries}/pkgconfig)
@@ -60,12 +62,14 @@ function(try_installation root work)
     separate_arguments(flags UNIX_COMMAND "${flags}")
     run(${COMPILER} -std=c++20 ${main} -o ${work}/by-pkg-config ${flags} -Wl,-rpath,${libraries})
     run(${work}/by-pkg-config ${work}/by-pkg-config.lvp)
-    execute_process(COMMAND pkg-config --cflags --libs lvp_data_postgres
-        OUTPUT_VARIABLE flags OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
-    separate_arguments(flags UNIX_COMMAND "${flags}")
-    run(${COMPILER} -std=c++20 ${SOURCE}/tests/package/consumer/database.cpp -o ${work}/database-by-pkg-config ${flags}
-        -Wl,-rpath,${libraries})
-    run(${work}/database-by-pkg-config)
+    if(POSTGRES)
+        execute_process(COMMAND pkg-config --cflags --libs lvp_data_postgres
+            OUTPUT_VARIABLE flags OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+        separate_arguments(flags UNIX_COMMAND "${flags}")
+        run(${COMPILER} -std=c++20 ${SOURCE}/tests/package/consumer/database.cpp -o ${work}/database-by-pkg-config
+            ${flags} -Wl,-rpath,${libraries})
+        run(${work}/database-by-pkg-config)
+    endif()
 
     # By the compiler alone.
     run(${COMPILER} -std=c++20 -I${root}/include ${main} -o ${work}/plain
