@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include "lumivard/platform/stores/Stores.h"
 #include "stores/core/Core.h"
 #include "stores/postgres/PostgresEngine.h"
 #include "tests/postgres/Server.h"
